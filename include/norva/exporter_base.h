@@ -1,0 +1,59 @@
+#pragma once
+
+#include "norva/api.h"
+#include "norva/file_util.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace norva {
+
+class CExportSelectionDlg;
+class CReplacementFile;
+
+/// The user's choice in the export dialog.
+struct ExportSelection {
+    std::vector<int> profiles;  ///< store profile numbers in output order
+    std::vector<int> channels;  ///< positions in the store's channel order, in the order of the export list
+    int labelAsChannel = 0;
+    int pointIdAsChannel = 0;
+    int exportUnits = 0;
+};
+
+/// What every exporter carries: the lists of the dialog, the selected profiles, the output file.
+class NORVA_API CExporterBase {
+public:
+    CExporterBase(CNorvaFileUtil* store, std::string outputFile, CWindow* owner);
+
+protected:
+    /// Not virtual: an exporter is never deleted through this base.
+    ~CExporterBase();
+
+    /// Empties the profile index table, lists every profile that is shown and has a location not marked deleted.
+    void FillProfileArray(std::vector<std::string>& names);
+    void FillChannelArray(std::vector<std::string>& names);
+    void AdjustProfileToSelected(int count, int const* profiles);
+    int isProfExported(int profile) const;
+    int isChannelExported(int channel, int count, int const* channels) const;
+
+    /// Fills the dialog and runs it; false when it did not end with "Export". The exporter presets the dialog.
+    bool RunSelection(CExportSelectionDlg& dialog, ExportSelection& selection);
+
+    /// Deletes an older output file as far as its name is concerned: what would keep it from being deleted is shown
+    /// in the "Error" box, and the export goes on.
+    void CheckOldFile();
+    /// Opens the file that is to take the output's place. False with the last error set.
+    bool OpenOutput();
+    /// Puts the finished file in its place: 1; else a message, 0, and the older file as it was.
+    int FinishOutput();
+
+    CNorvaFileUtil* m_store;
+    std::string m_outputFile;
+    CWindow* m_owner;
+    std::unique_ptr<CReplacementFile> m_output;  ///< open from OpenOutput to FinishOutput
+    std::vector<int> m_selectedProfiles;
+    std::vector<int> m_profileIndexTable;
+};
+
+}  // namespace norva

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "norva/file_util.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace norva {
+
+/// What an importer is given by the routing.
+struct ImportJob {
+    CNorvaFileUtil* store = nullptr;
+    std::string inputPath;
+    std::string storePath;
+    CWindow* owner = nullptr;
+    int gravityMeterMode = 0;
+};
+
+/// One row of the import format table. The codes are fixed; a row without `run` has no importer yet.
+struct ImportFormat {
+    int code = 0;
+    std::string_view label;
+    std::string_view filter;           ///< of the "Import file" dialog
+    int lowestLevel = 0;               ///< format list level from which it is offered
+    int (*run)(ImportJob const& job) = nullptr;
+};
+
+/// In the order of the format list.
+std::span<ImportFormat const> ImportFormats();
+ImportFormat const* FindImportFormat(int code);
+
+// The importers' entries, each defined beside its importer.
+int RunTextImport(ImportJob const& job);
+int RunSeaSpyImport(ImportJob const& job);
+int RunGpxImport(ImportJob const& job);
+int RunIpr12Import(ImportJob const& job);
+int RunCG3Import(ImportJob const& job);
+int RunBinaryXyzImport(ImportJob const& job);
+int RunGbnImport(ImportJob const& job);
+int RunTkiImport(ImportJob const& job);
+
+}  // namespace norva

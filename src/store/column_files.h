@@ -1,0 +1,55 @@
+#pragma once
+
+#include "norva/file_util.h"
+#include "platform/files.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// The temporary files of one import, "%s.%d" of a base path and the column's index: created together, filled through
+/// a buffer each, handed to the store column by column, and removed on every way out. A name that is the input
+/// file's own counts as one that cannot be created, and so does one that exists as a folder.
+class CColumnFiles {
+public:
+    CColumnFiles() = default;
+    CColumnFiles(CColumnFiles const&) = delete;
+    CColumnFiles& operator=(CColumnFiles const&) = delete;
+    ~CColumnFiles();
+
+    /// False, with the last error set and nothing left behind, when one cannot be created.
+    bool Create(std::string const& base, int count, std::string const& inputPath);
+    int Count() const;
+
+    /// Room for `size` bytes at the end of a column (`size` at most kBufferSize); the caller fills it. Null after a
+    /// write failure, see Failed().
+    char* Append(int column, std::size_t size);
+    /// As Append, for any size.
+    bool AppendBytes(int column, void const* data, std::size_t size);
+    /// Some write failed (full disk); the last error says which.
+    bool Failed() const { return m_failed; }
+    std::uint64_t Size(int column) const;
+
+    /// Hands the whole column to the store in one WriteHuge, then closes and removes the file. False when the file
+    /// cannot be read back or the store refuses.
+    bool HandOver(int column, CNorvaFileUtil& store);
+    /// Reads `count` bytes at `offset` of a column.
+    bool Read(int column, std::uint64_t offset, void* buffer, std::size_t count);
+    /// Closes and removes one file.
+    void Remove(int column);
+
+    static constexpr std::size_t kBufferSize = 64 * 1024;
+
+private:
+    struct Column;
+
+    bool FlushColumn(Column& column);
+
+    std::vector<Column> m_columns;
+    bool m_failed = false;
+};
+
+}  // namespace norva

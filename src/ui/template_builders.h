@@ -1,0 +1,37 @@
+#pragma once
+
+#include "norva/controls.h"
+
+#include <initializer_list>
+#include <vector>
+
+/// Short forms for writing dialog templates down as data.
+namespace norva::templates {
+
+TemplateNode Row(std::initializer_list<TemplateNode> children);
+TemplateNode Column(std::initializer_list<TemplateNode> children);
+TemplateNode Group(int id, std::string_view label, std::initializer_list<TemplateNode> children);
+TemplateNode Static(int id, std::string_view text);
+TemplateNode Edit(int id, std::string_view label, int maxLength = 0);
+TemplateNode ReadOnlyEdit(int id, std::string_view label);
+TemplateNode Button(int id, std::string_view label);
+TemplateNode Check(int id, std::string_view label);
+TemplateNode Radio(int id, std::string_view label, bool startsGroup = false);
+TemplateNode Combo(int id, std::string_view label);
+TemplateNode List(int id, std::string_view label, bool multiple = false);
+/// A list with columns; `editable` are the columns whose cells can be edited.
+TemplateNode Report(int id, std::string_view label, bool checkBoxes, std::initializer_list<int> editable);
+TemplateNode Grid(int id, std::string_view label);
+TemplateNode Progress(int id, std::string_view label);
+
+// One function a template, each in a file of its own in this folder's "templates".
+DialogTemplate const& Export4000();
+DialogTemplate const& SetChannels4003();
+DialogTemplate const& BinaryImport4004();
+DialogTemplate const& Progress4053();
+DialogTemplate const& GbnImport4059();
+DialogTemplate const& Delimiters4060();
+DialogTemplate const& CG3Import4062();
+DialogTemplate const& ImportFormats4063();
+
+}  // namespace norva::templates
