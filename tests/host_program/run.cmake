@@ -1,0 +1,13 @@
+# cmake -DBUILD=<build folder> -DSOURCE=<this folder> -DSAMPLE=<xyz file> -DROWS=<its rows> -DWORK=<scratch> -P run.cmake
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${ARGN}\n${output}")
+  endif()
+endfunction()
+file(REMOVE_RECURSE ${WORK})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix)
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/host -G Ninja -DCMAKE_PREFIX_PATH=${WORK}/prefix
+    -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS})
+run(${CMAKE_COMMAND} --build ${WORK}/host)
+run(${WORK}/host/host_program ${SAMPLE} ${WORK}/host.nvt ${ROWS})
