@@ -25,6 +25,7 @@ public:
         CreateReadWrite,  ///< created or truncated
         CreateNew,        ///< fails when it exists
         WriteInPlace,     ///< existing or new, truncated
+        Update,           ///< existing, kept, for reading and writing
     };
 
     CFile() = default;
@@ -61,7 +62,8 @@ bool IsFolder(std::string const& path);
 bool IsSameFile(std::string const& first, std::string const& second);
 
 /// A file that takes the place of `path` only in Commit(): it is written under a temporary name beside its target.
-/// Where the folder does not take new files, an existing writable target is written in place instead.
+/// Where the folder does not take new files, an existing writable target is written in place instead, when the caller
+/// allows that: the older content is gone then from the start.
 class CReplacementFile {
 public:
     CReplacementFile() = default;
@@ -70,7 +72,9 @@ public:
     /// Abandons what was not committed.
     ~CReplacementFile();
 
-    bool Open(std::string const& path);
+    enum class InPlace { Allowed, Never };
+
+    bool Open(std::string const& path, InPlace inPlace = InPlace::Allowed);
     bool IsOpen() const { return m_file.IsOpen(); }
     /// Buffered. After a failure every further call fails and Error() keeps the first reason.
     bool Write(void const* data, std::size_t size);
