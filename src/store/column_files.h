@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,11 +23,17 @@ public:
 
     /// False, with the last error set and nothing left behind, when one cannot be created.
     bool Create(std::string const& base, int count, std::string const& inputPath);
-    int Count() const;
+    int Count() const { return static_cast<int>(m_columns.size()); }
 
     /// Room for `size` bytes at the end of a column (`size` at most kBufferSize); the caller fills it. Null after a
-    /// write failure, see Failed().
-    char* Append(int column, std::size_t size);
+    /// write failure, see Failed(). The room stays the caller's to fill until the next call of any kind.
+    char* Append(int column, std::size_t size) {
+        Column& to = m_columns[static_cast<std::size_t>(column)];
+        if (static_cast<std::size_t>(to.limit - to.cursor) < size) return AppendSlowly(to, size);
+        char* const room = to.cursor;
+        to.cursor += size;
+        return room;
+    }
     /// As Append, for any size.
     bool AppendBytes(int column, void const* data, std::size_t size);
     /// Some write failed (full disk); the last error says which.
@@ -44,11 +51,28 @@ public:
     static constexpr std::size_t kBufferSize = 64 * 1024;
 
 private:
-    struct Column;
+    struct Column {
+        char* cursor = nullptr;
+        char* limit = nullptr;  ///< at the cursor when the next call has to take the long way
+        std::unique_ptr<char[]> buffer;
+        std::uint64_t written = 0;  ///< bytes in the file
+        CFile file;
+        std::string path;  ///< empty once removed
+    };
 
+    char* AppendSlowly(Column& column, std::size_t size);
     bool FlushColumn(Column& column);
+    bool FlushWide();
+    bool WriteColumn(Column& column, char const* data, std::size_t size);
+    bool Fail(Column const& column, int error);
+    void RemoveColumn(Column& column);
 
     std::vector<Column> m_columns;
+    std::size_t m_columnBuffer = 0;  ///< bytes of each column's buffer
+    std::size_t m_openFiles = 0;     ///< the first columns, whose files stay open
+    std::unique_ptr<char[]> m_wide;  ///< values larger than a column's buffer, one at a time
+    std::size_t m_wideSize = 0;
+    Column* m_wideColumn = nullptr;  ///< whose value stands there
     bool m_failed = false;
 };
 

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/files.h"
+#include "store/store_layout.h"
+#include "store/store_structure.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// Reads the values of one store file. Every column is read through a window of its own, so that walking through many
+/// channels row by row costs a system call a window and not a value; the windows together never take more than
+/// kWindowBytes. The file that was opened stays the one that is read, also once another takes its name.
+class CStoreReader {
+public:
+    static constexpr std::size_t kWindowBytes = 16 * 1024 * 1024;
+
+    explicit CStoreReader(std::size_t windowBytes = kWindowBytes) : m_windowBytes(windowBytes) {}
+
+    /// False with `reason` set for what is no sound store.
+    bool Open(std::string const& path, std::string& reason);
+
+    StoreLayout const& Layout() const { return m_layout; }
+    CStoreStructure& Structure() { return m_layout.structure; }
+
+    /// A location's bytes in the channel's column (the first element of an array); null when they cannot be read.
+    /// They stay until the next call.
+    char const* ColumnValue(std::size_t channel, StoreProfile const& profile, std::int64_t location) {
+        StoreChannel const& of = m_layout.structure.channels[channel];
+        return Bytes(channel, m_layout.columns + of.columnStart, of.columnWidth, profile.first + location);
+    }
+    /// The same with all elements of an array.
+    char const* WholeValue(std::size_t channel, StoreProfile const& profile, std::int64_t location);
+    /// Values of a run of locations, `first` counted over all profiles, from the column or with all elements.
+    bool ReadColumn(std::size_t channel, std::int64_t first, std::int64_t count, void* out);
+    bool ReadWhole(std::size_t channel, std::int64_t first, std::int64_t count, void* out);
+    /// Bytes of the file from an offset on.
+    bool ReadBytes(std::uint64_t offset, void* out, std::size_t size);
+    /// Why reading failed.
+    std::string Reason() const;
+
+private:
+    /// A stretch of the file in memory.
+    struct Window {
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
+        std::unique_ptr<char[]> bytes;
+    };
+
+    char const* Bytes(std::size_t column, std::uint64_t start, std::uint64_t width, std::int64_t index) {
+        std::uint64_t const offset = start + static_cast<std::uint64_t>(index) * width;
+        Window const& window = m_windows[column % m_windows.size()];
+        if (offset >= window.begin && offset < window.end && width <= window.end - offset) {
+            return window.bytes.get() + (offset - window.begin);
+        }
+        return Fetch(column, start, width, index);
+    }
+    char const* Fetch(std::size_t column, std::uint64_t start, std::uint64_t width, std::int64_t index);
+
+    CFile m_file;
+    StoreLayout m_layout;
+    std::size_t m_windowBytes;
+    std::size_t m_windowSize = 0;  ///< of one window
+    std::vector<Window> m_windows;
+    std::vector<char> m_wideValue;  ///< a value that is larger than a window
+};
+
+}  // namespace norva
