@@ -28,8 +28,8 @@ struct PlayResult {
     std::string failure;  ///< what did not fit; empty when the script fitted
 };
 
-/// Opens the store, runs the operation with the current toolkit installed by the caller, traces store calls and the
-/// result into `trace` (may be null).
+/// Runs the operation with `toolkit` as the current one; traces store calls and the result into `trace` (may be null).
+/// For an export the store is opened first; throws std::runtime_error when that fails.
 PlayResult RunOperation(Script const& script, CToolkit& toolkit, CTrace* trace, CWindow* owner);
 
 }  // namespace norva

@@ -19,12 +19,13 @@ struct TemplateNode {
     int id = 0;
     ControlKind control = ControlKind::Static;
     std::string_view label;
-    bool startsGroup = false;  ///< radio: the first of its group
-    bool multiple = false;     ///< list, report: several rows can be selected
-    bool checkBoxes = false;   ///< report: rows carry a tick box in the first column
-    bool readOnly = false;     ///< edit: shown, not editable
-    int maxLength = 0;         ///< edit: characters at most, 0 for any number
-    std::vector<int> editable;  ///< report: columns whose cells are edited in place
+    bool startsGroup = false;              ///< radio: the first of its group
+    bool multiple = false;                 ///< list, report: several rows can be selected
+    bool checkBoxes = false;               ///< report: rows carry a tick box in the first column
+    bool readOnly = false;                 ///< edit: shown, not editable
+    int maxLength = 0;                     ///< edit: characters at most, 0 for any number
+    std::vector<std::string_view> titles;  ///< report: titles of its columns
+    std::vector<int> editable;             ///< report: columns whose cells are edited in place
     std::vector<TemplateNode> children;
 };
 

@@ -3,7 +3,9 @@
 #include "norva/controls.h"
 #include "norva/window.h"
 
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace norva {
@@ -15,15 +17,15 @@ inline constexpr int kButtonCancel = 2;
 /// What a person did to a dialog.
 struct DialogEvent {
     enum class Kind {
-        Click,        ///< button pressed, check box or radio button clicked
-        Choice,       ///< combo: `row` chosen
-        Edit,         ///< edit: `text` typed and the box left
-        Select,       ///< list, report: `row` clicked
-        SelectColumn, ///< grid: `column` clicked
-        DoubleClick,  ///< list, report: `row` double-clicked
-        EditCell,     ///< report: `text` typed into `row`, `column`
-        Tick,         ///< report: tick box of `row` set to `on`
-        Close,        ///< the window's close box
+        Click,         ///< button pressed, check box or radio button clicked
+        Choice,        ///< combo: `row` chosen
+        Edit,          ///< edit: `text` typed and the box left
+        Select,        ///< list, report: `row` clicked
+        SelectColumn,  ///< grid: `column` clicked
+        DoubleClick,   ///< list, report: `row` double-clicked
+        EditCell,      ///< report: `text` typed into `row`, `column`
+        Tick,          ///< report: tick box of `row` set to `on`
+        Close,         ///< the window's close box
     };
     enum class Modifier { None, Shift, Ctrl };
 
@@ -42,6 +44,7 @@ struct DialogEvent {
 /// the controls whose revision has grown.
 class NORVA_API CDialog : public CWindow {
 public:
+    /// Throws std::invalid_argument when no template has that number.
     explicit CDialog(int templateNumber);
     ~CDialog() override;
 
@@ -62,6 +65,8 @@ public:
     /// Does what the person did, if a person could: false, with the reason in `why`, for a control that is not
     /// there, disabled or hidden, a row that does not exist, an edit that is read-only.
     bool Perform(DialogEvent const& event, std::string& why);
+    /// Ends the dialog with Cancel, whatever it says to that.
+    void Abandon();
     bool IsEnded() const { return m_ended; }
     int Result() const { return m_result; }
 
@@ -75,7 +80,8 @@ protected:
     void EndDialog(int result);
     void SetTitle(std::string title);
 
-    /// Access for changes; every call counts as one (the control's revision grows). The number must exist.
+    /// Access for changes; every call counts as one (the control's revision grows). Throws std::out_of_range for a
+    /// number that the template does not have.
     CControl& Change(int id);
     CControl const& Get(int id) const;
     void SetText(int id, std::string text);
@@ -83,21 +89,36 @@ protected:
     void SetCheck(int id, bool checked);
     /// Checks one radio button and clears the others of its group; `id` 0 clears the group that holds `groupOf`.
     void CheckRadio(int groupOf, int id);
+    /// The checked radio button of the group that holds `groupOf`; 0 for none.
+    int CheckedRadio(int groupOf) const;
     /// Replaces the entries of a list or combo box; nothing is selected then.
     void SetItems(int id, std::vector<std::string> items);
-    /// Selects one row (caret and anchor go there); -1 for none.
+    /// Replaces the rows of a report or grid; no row is selected or ticked then. A grid keeps its column while it
+    /// has that many.
+    void SetRows(int id, std::vector<std::vector<std::string>> rows);
+    void SetColumns(int id, std::vector<std::string> titles);
+    void SetCell(int id, int row, int column, std::string text);
+    void SetTick(int id, int row, bool on);
+    /// Selects one row (caret and anchor go there); -1 for none. The person's last choice stays what it was.
     void SelectRow(int id, int row);
+    void SelectAllRows(int id);
+    /// The selected entry of a combo box or the first selected row of a list; -1 for none.
+    int SelectedRow(int id) const;
+    void SelectColumn(int id, int column);
 
 private:
-    bool PerformSelection(CControl& control, DialogEvent const& event, std::string& why);
+    CControl* Find(int id);
+    /// First and one-past-last position of the radio group around a position of m_controls.
+    std::pair<std::size_t, std::size_t> RadioGroup(int id) const;
+    /// Shows the act in the control's state: false, with the reason, when a person could not do it. `quiet` says
+    /// that nothing came of it.
+    bool Apply(CControl& control, DialogEvent const& event, std::string& why, bool& quiet);
 
     DialogTemplate const* m_template;
     std::string m_title;
     std::vector<CControl> m_controls;
     bool m_ended = false;
     int m_result = 0;
-
-    friend class CModelessDialog;
 };
 
 /// A window that stays open while its creator works on: the progress window.
@@ -106,6 +127,7 @@ public:
     using CDialog::CDialog;
     ~CModelessDialog() override;
 
+    /// Opens the window; it stays until DestroyWindow() or the end of this object.
     void Create();
     void SetWindowTitle(std::string title);
     void ShowWindow();
@@ -113,7 +135,9 @@ public:
     bool IsCreated() const { return m_created; }
 
 protected:
-    /// Repaints at once.
+    /// Tells the toolkit that controls have changed; nothing happens before Create().
+    void Changed();
+    /// The same, and repaints before it returns.
     void UpdateWindow();
 
 private:

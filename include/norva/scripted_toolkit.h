@@ -37,11 +37,11 @@ struct ScriptAnswer {
     Kind kind = Kind::Dialog;
     int dialog = 0;
     std::vector<ScriptAction> actions{};
-    std::string text{};                  ///< message: the exact text
+    std::string text{};  ///< message: the exact text
     MessageAnswer answer = MessageAnswer::Ok;
-    std::optional<std::string> path{};   ///< open, save: none cancels
-    std::string extension{};             ///< save: of the filter picked, may be empty
-    std::string source{};                ///< as the script has it, for messages
+    std::optional<std::string> path{};  ///< open, save: none cancels
+    std::string extension{};            ///< save: of the filter picked, may be empty
+    std::string source{};               ///< as the script has it, for messages
 };
 
 /// Finds the control that a script names, or null with the reason in `why`.
@@ -60,7 +60,7 @@ public:
     CScriptPlayer(std::vector<ScriptAnswer> answers, bool defaults);
 
     /// The next answer if it is of that kind (and for a dialog that template, for a message that text), used up;
-    /// null when the default is to be used or the script has failed.
+    /// none when the default is to be used or the script has failed. `shown` describes what is shown.
     std::optional<ScriptAnswer> Take(ScriptAnswer::Kind kind, int dialog, std::string_view text,
                                      std::string const& shown);
     void Fail(std::string message);
@@ -83,7 +83,7 @@ public:
     ~CScriptedToolkit() override;
 
     /// See CScriptPlayer::Failure.
-    std::string Failure() const { return m_player.Failure(); }
+    std::string Failure() const override { return m_player.Failure(); }
 
     int RunModal(CDialog& dialog) override;
     MessageAnswer ShowMessage(MessageRequest const& request) override;
@@ -102,6 +102,10 @@ public:
     void ShowHelp(std::string const& topic) override;
 
 private:
+    /// Does the acts of the script, or of the default; ends early when the script fails.
+    void Answer(CDialog& dialog);
+    bool ChooseFile(ScriptAnswer::Kind kind, FileRequest const& request, std::string& path, std::string& extension);
+
     CScriptPlayer m_player;
     CTrace* m_trace;
 };

@@ -56,8 +56,11 @@ public:
     virtual void OwnerNotice(std::string_view first, std::string_view second);
 
     virtual void SetCursor(CursorShape shape) = 0;
-    /// Opens a page of the host's help file; `topic` is "path::/html/page.htm".
-    virtual void ShowHelp(std::string const& topic) = 0;
+    /// Opens a page of the host's help file; `topic` is "path::/html/page.htm". The base uses the system's viewer.
+    virtual void ShowHelp(std::string const& topic);
+
+    /// What of its script did not fit what was shown; empty when all fitted, or when it plays none.
+    virtual std::string Failure() const;
 };
 
 /// Makes `toolkit` the one that shows this thread's windows; returns the one before. With none, every dialog is
@@ -65,7 +68,8 @@ public:
 NORVA_API CToolkit* SetToolkit(CToolkit* toolkit);
 NORVA_API CToolkit& CurrentToolkit();
 
-/// Path of the host's help file. Help buttons work only when it contains "NORVATOOL.CHM" in any case.
+/// Path of the host's help file, for this thread's dialogs. Help buttons work only when it contains "NORVATOOL.CHM" in
+/// any case.
 NORVA_API void SetHelpFilePath(std::string path);
 NORVA_API std::string const& HelpFilePath();
 

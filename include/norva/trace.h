@@ -3,6 +3,7 @@
 #include "norva/api.h"
 #include "norva/toolkit.h"
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,8 @@ public:
     void Result(int value, std::string_view store);
 
 private:
+    void Begin(std::string_view event);
+    void BeginFile(std::string_view event, FileRequest const& request, std::string const* path);
     void Emit();
 
     Sink m_sink;

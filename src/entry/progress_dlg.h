@@ -21,6 +21,9 @@ public:
     std::intptr_t SendMessage(unsigned message, std::intptr_t first, std::intptr_t second) override;
 
 private:
+    void RefreshTexts();
+    void SetBar(int bar, std::string_view value);
+
     std::string m_channelText;
     std::string m_fileText;
 };
@@ -31,7 +34,9 @@ class CProgressReporter {
 public:
     explicit CProgressReporter(CProgressDlg& window) : m_window(window) {}
 
-    void FilePercent(long long percent) { if (percent != m_file) SendPercent("FilePercent", m_file = percent); }
+    void FilePercent(long long percent) {
+        if (percent != m_file) SendPercent("FilePercent", m_file = percent);
+    }
     void ChannelPercent(long long percent) {
         if (percent != m_channel) SendPercent("ChannelPercent", m_channel = percent);
     }
@@ -40,6 +45,7 @@ public:
 
 private:
     void SendPercent(char const* key, long long percent);
+    void Send();
 
     CProgressDlg& m_window;
     long long m_file = INT64_MIN;

@@ -19,8 +19,9 @@ TemplateNode Check(int id, std::string_view label);
 TemplateNode Radio(int id, std::string_view label, bool startsGroup = false);
 TemplateNode Combo(int id, std::string_view label);
 TemplateNode List(int id, std::string_view label, bool multiple = false);
-/// A list with columns; `editable` are the columns whose cells can be edited.
-TemplateNode Report(int id, std::string_view label, bool checkBoxes, std::initializer_list<int> editable);
+/// A list with columns, of which several rows can be selected; the cells of the columns `editable` can be edited.
+TemplateNode Report(int id, std::string_view label, std::initializer_list<std::string_view> titles, bool checkBoxes,
+                    std::initializer_list<int> editable);
 TemplateNode Grid(int id, std::string_view label);
 TemplateNode Progress(int id, std::string_view label);
 

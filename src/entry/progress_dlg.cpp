@@ -1,0 +1,89 @@
+#include "entry/progress_dlg.h"
+
+#include "norva/toolkit.h"
+#include "platform/numbers.h"
+#include "platform/paths.h"
+#include "ui/control_ids.h"
+
+#include <algorithm>
+
+namespace norva {
+
+namespace {
+
+using namespace ids::Progress;
+
+}  // namespace
+
+CProgressDlg::CProgressDlg() : CModelessDialog(4053) {}
+
+void CProgressDlg::ResetBars() {
+    Change(kFileBar).position = 0;
+    Change(kChannelBar).position = 0;
+    Changed();
+}
+
+void CProgressDlg::ShowFileName(std::string_view text) {
+    m_fileText = FileNameOf(text);
+    RefreshTexts();
+    CurrentToolkit().FileText(m_fileText);
+    UpdateWindow();
+}
+
+void CProgressDlg::ShowChannelName(std::string_view text) {
+    m_channelText = text;
+    RefreshTexts();
+    CurrentToolkit().ChannelText(m_channelText);
+    Changed();
+}
+
+void CProgressDlg::RefreshTexts() {
+    SetText(kFileText, m_fileText);
+    SetText(kChannelText, m_channelText);
+}
+
+void CProgressDlg::SetBar(int bar, std::string_view value) {
+    Change(bar).position = std::clamp(ReadInt(value), 0, 100);
+    Changed();
+}
+
+std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, std::intptr_t second) {
+    if (message != WM_PROGRESS_TEXT) return CModelessDialog::SendMessage(message, first, second);
+    if (second == 0 || !IsCreated()) return 0;
+    std::string_view const text = reinterpret_cast<char const*>(second);
+    CurrentToolkit().ProgressText(text);
+    std::size_t const space = text.find(' ');
+    if (space == std::string_view::npos) return 0;
+    std::string_view const key = text.substr(0, space);
+    std::string_view const value = text.substr(space);
+    if (key == "FilePercent") {
+        SetBar(kFileBar, value);
+    } else if (key == "ChannelPercent") {
+        SetBar(kChannelBar, value);
+    } else if (key == "ChannelName") {
+        ShowChannelName(value);
+    } else if (key == "FileName") {
+        ShowWindow();
+        ShowFileName(value);
+    }
+    return 0;
+}
+
+void CProgressReporter::ChannelName(std::string_view name) {
+    m_text = "ChannelName ";
+    m_text += name;
+    Send();
+}
+
+void CProgressReporter::SendPercent(char const* key, long long percent) {
+    m_text = key;
+    m_text += ' ';
+    AppendInteger(m_text, percent);
+    Send();
+}
+
+void CProgressReporter::Send() {
+    m_window.SendMessage(WM_PROGRESS_TEXT, 0, TextParameter(m_text.c_str()));
+}
+
+}  // namespace norva
