@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace norva {
 
@@ -21,14 +22,19 @@ struct ImportJob {
 struct ImportFormat {
     int code = 0;
     std::string_view label;
-    std::string_view filter;           ///< of the "Import file" dialog
-    int lowestLevel = 0;               ///< format list level from which it is offered
+    std::string_view filter;  ///< of the "Import file" dialog
+    int lowestLevel = 0;      ///< format list level from which it is offered
     int (*run)(ImportJob const& job) = nullptr;
 };
+
+inline constexpr int kTkiFormat = 2;
+inline constexpr int kGravityMeterFormat = 9;
 
 /// In the order of the format list.
 std::span<ImportFormat const> ImportFormats();
 ImportFormat const* FindImportFormat(int code);
+/// What the format list offers at a level, in its order.
+std::vector<ImportFormat const*> OfferedImportFormats(int level);
 
 // The importers' entries, each defined beside its importer.
 int RunTextImport(ImportJob const& job);

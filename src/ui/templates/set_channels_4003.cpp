@@ -17,6 +17,7 @@ DialogTemplate const& SetChannels4003() {
                 Button(kDelimiters, "Set Header Delimiters"),
             }),
             Grid(kPreview, "Data Preview"),
+            Row({Edit(kName, "Name:"), Edit(kUnits, "Units:")}),
             Row({
                 Column({
                     Row({Radio(kText, "General Text  ", true), Edit(kTextSize, "char.")}),

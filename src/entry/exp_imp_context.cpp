@@ -1,0 +1,84 @@
+#include "entry/exp_imp_context.h"
+
+#include "entry/browse_for_file.h"
+#include "entry/exception_guard.h"
+#include "entry/export_types.h"
+#include "entry/import_format_dlg.h"
+#include "entry/import_formats.h"
+#include "platform/files.h"
+#include "ui/messages.h"
+
+namespace norva {
+
+namespace {
+
+constexpr int kNativeFile = 0;
+
+}  // namespace
+
+CExpImpContext::~CExpImpContext() = default;
+
+std::string ProposedStorePath(std::string const& inputPath, int formatCode) {
+    std::size_t const dot = inputPath.rfind('.');
+    std::string proposed = inputPath.substr(0, dot);
+    // The lines of a TKI survey are numbered by their extensions: data.p01 and data.p02 need different stores.
+    if (dot != std::string::npos && formatCode == kTkiFormat) proposed += inputPath.substr(dot + 1);
+    return proposed + ".nvt";
+}
+
+int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CWindow* owner, int formatLevel) {
+    m_store = store;
+    m_formatLevel = formatLevel;
+
+    CImportFormatDlg formatDialog(m_formatLevel);
+    if (formatDialog.DoModal() != kButtonOk) return 0;
+    int formatCode = formatDialog.FormatCode();
+    if (formatCode == -1) {
+        ShowMessage("File type is undefined");
+        return 0;
+    }
+    ImportFormat const* const format = FindImportFormat(formatCode);
+    if (format == nullptr || format->run == nullptr) {
+        ShowMessage("The format cannot be read by this version : " +
+                    (format == nullptr ? std::to_string(formatCode) : std::string(format->label)));
+        return 0;
+    }
+
+    ImportJob job;
+    job.store = m_store;
+    job.owner = owner;
+    if (BrowseForFile(job.inputPath, kOpenDialogFlags, FileDialogMode::ImportInput, formatCode) == 0) return 0;
+    storePath = ProposedStorePath(job.inputPath, format->code);
+    if (BrowseForFile(storePath, kSaveDialogFlags, FileDialogMode::ImportStore, formatCode) == 0) return 0;
+    m_storeFileName = storePath;
+    m_gravityMeterMode = format->code == kGravityMeterFormat ? 1 : 0;
+    job.storePath = m_storeFileName;
+    job.gravityMeterMode = m_gravityMeterMode;
+
+    int const result = RunGuarded("Couldn't import the file : ", job.inputPath, [&] { return format->run(job); });
+    if (result == 0) m_store->CloseCurFile();
+    return result;
+}
+
+int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileName, std::string& newStoreFileName,
+                               CWindow* owner) {
+    m_store = store;
+    ExportJob job;
+    job.store = m_store;
+    job.outputPath = fileName;
+    job.owner = owner;
+    int typeCode = -1;
+    if (BrowseForFile(job.outputPath, kSaveDialogFlags, FileDialogMode::ExportOutput, typeCode) == 0) return 0;
+    newStoreFileName.clear();
+    ExportType const* const type = FindExportType(typeCode);
+    if (type == nullptr || type->run == nullptr) return 0;
+    if (type->code != kNativeFile && IsSameFile(job.outputPath, m_store->GetNorvaFileName())) {
+        ShowMessage("The open store cannot be exported onto itself : " + job.outputPath);
+        return 0;
+    }
+    int const result = RunGuarded("Couldn't write the file : ", job.outputPath, [&] { return type->run(job); });
+    if (type->code == kNativeFile) newStoreFileName = job.outputPath;
+    return result;
+}
+
+}  // namespace norva

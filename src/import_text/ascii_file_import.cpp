@@ -1,0 +1,253 @@
+#include "import_text/ascii_file_import.h"
+
+#include "entry/import_formats.h"
+#include "entry/progress_dlg.h"
+#include "import_text/ascii_import_dlg.h"
+#include "import_text/file_percent.h"
+#include "import_text/text_line.h"
+#include "norva/import_export.h"
+#include "platform/last_error.h"
+#include "platform/paths.h"
+#include "platform/text.h"
+#include "store/column_files.h"
+#include "ui/messages.h"
+
+#include <algorithm>
+
+namespace norva {
+
+namespace {
+
+constexpr int kPreviewLines = 40;
+/// A channel's number has to fit into 16 bits, and every column has a temporary file.
+constexpr int kMostColumns = 32767;
+
+bool IsUtf16(std::string_view start) {
+    return start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
+}
+
+CDelimiters const& DelimitersFor(int csv) {
+    return csv != 0 ? kCsvRowDelimiters : kRowDelimiters;
+}
+
+}  // namespace
+
+int CAsciiFileImport::LoadFileInfo(std::string const& path) {
+    m_path = path;
+    if (OpenFile() == 0) return 0;
+    {
+        CProgressDlg window;
+        window.Create();
+        window.SetWindowTitle("Getting line information from the file");
+        window.ShowFileName("Please wait a second");
+        ReadPreviewLines();
+    }
+    return CheckPreview() ? 1 : 0;
+}
+
+int CAsciiFileImport::OpenFile() {
+    if (m_path.empty()) {
+        SetLastErrorText("There is no file to open");
+        return 0;
+    }
+    if (!m_file.Open(m_path)) {
+        std::string const message = "Couldn't open the file : " + m_path;
+        SetLastErrorText(message + "\n" + SystemErrorText(m_file.Error()));
+        ShowMessage(message);
+        return 0;
+    }
+    std::string_view start;
+    if (m_file.Next(start) && IsUtf16(start)) {
+        ShowMessage("Couldn't read the file : " + m_path +
+                    "\nIt is UTF-16 text; save it as UTF-8 or ASCII text first.");
+        CloseFile();
+        return 0;
+    }
+    m_file.Rewind();
+    return 1;
+}
+
+void CAsciiFileImport::CloseFile() {
+    m_file.Close();
+}
+
+void CAsciiFileImport::ReadPreviewLines() {
+    m_preview.clear();
+    m_file.Rewind();
+    std::string_view line;
+    while (m_preview.size() < kPreviewLines && m_file.Next(line)) {
+        std::size_t const last = line.find_last_not_of(" \t\n");
+        if (last == std::string_view::npos) continue;
+        m_preview.push_back({std::string(line.substr(0, last + 1)), m_file.Offset()});
+    }
+}
+
+/// Whether the preview can be shown; says why not.
+bool CAsciiFileImport::CheckPreview() const {
+    if (m_file.Error() != 0) {
+        ShowReadError();
+        return false;
+    }
+    if (m_preview.empty()) {
+        ShowMessage("There is no text in the file : " + m_path);
+        return false;
+    }
+    for (PreviewLine const& line : m_preview) {
+        CTokenCursor cursor(line.text, DelimitersFor(m_csv));
+        std::string_view token;
+        int columns = 0;
+        while (columns <= kMostColumns && cursor.Next(token)) ++columns;
+        if (columns > kMostColumns) {
+            ShowMessage("Couldn't read the file : " + m_path + "\nA line of it has more than " +
+                        std::to_string(kMostColumns) + " columns.");
+            return false;
+        }
+    }
+    return true;
+}
+
+void CAsciiFileImport::ShowReadError() const {
+    ShowMessage("Couldn't read the file : " + m_path + "\n" + SystemErrorText(m_file.Error()));
+}
+
+void CAsciiFileImport::SetSkipCount(int count) {
+    bool const skips = count > 0 && static_cast<std::size_t>(count) < m_preview.size();
+    m_dataStart = skips ? m_preview[static_cast<std::size_t>(count) - 1].offset : 0;
+}
+
+int CAsciiFileImport::ImportAsciiFile(CNorvaFileUtil* store) {
+    CAsciiImportDlg dialog;
+    PrepareDialog(dialog);
+    if (dialog.DoModal() != kButtonOk) {
+        CloseFile();
+        return 0;
+    }
+
+    CProgressDlg window;
+    window.Create();
+    window.SetWindowTitle("Loading data from the file");
+    window.ShowFileName("Please wait a second");
+
+    SetSkipCount(dialog.SkipCount());
+    if (dialog.LabelColumn() >= 0) {
+        GetProfilesByLabel(dialog.LabelColumn());
+    } else {
+        GetProfilesByMarker();
+    }
+    if (m_file.Error() != 0) {
+        ShowReadError();
+        return 0;
+    }
+    if (m_profiles.empty()) {
+        ShowMessage("There are no data rows in the file : " + m_path);
+        return 0;
+    }
+    for (ProfileRecord const& profile : m_profiles) store->AddProfileToStructure(profile.name, profile.rowCount);
+    DescribeChannels(*store);
+    if (!StartWriting(window, *store)) return 0;
+
+    CColumnFiles files;
+    if (!CreateColumnFiles(files)) return 0;
+    CProgressReporter progress(window);
+    if (!ConvertRows(progress, files)) return 0;
+    if (!HandOverColumns(progress, files, *store)) return 0;
+    return FinishStore(*store);
+}
+
+void CAsciiFileImport::PrepareDialog(CAsciiImportDlg& dialog) {
+    std::vector<std::string> lines;
+    lines.reserve(m_preview.size());
+    for (PreviewLine const& line : m_preview) lines.push_back(line.text);
+    m_columns.clear();
+    dialog.SetColumnSettings(&m_columns);
+    dialog.SetPreviewLines(std::move(lines));
+    dialog.SetCsv(m_csv);
+    dialog.SetGravityMeterMode(m_gravityMeterMode);
+    dialog.Prepare();
+}
+
+void CAsciiFileImport::DescribeChannels(CNorvaFileUtil& store) {
+    for (NorvaChannelStruct& column : m_columns) {
+        if (column.dataType == DataType::kSkipped) continue;
+        if (column.dataType == DataType::kText) {
+            column.recordType = 1;
+        } else {
+            column.arraySize = 1;
+        }
+        store.AddChannelToStructure(column);
+    }
+}
+
+bool CAsciiFileImport::StartWriting(CProgressDlg& window, CNorvaFileUtil& store) const {
+    window.SetWindowTitle("Import");
+    window.ResetBars();
+    window.ShowFileName(m_path);
+    return store.SaveProfileStructure() != 0 && store.SaveChannelStructure() != 0 && store.StartWriteData() != 0;
+}
+
+bool CAsciiFileImport::CreateColumnFiles(CColumnFiles& files) const {
+    std::string base(WithoutExtension(m_path));
+    if (CUAC::IsVistaOrLater()) {
+        std::string folder;
+        if (CUAC::GetUserNorvaToolTempDirectory(folder) == 0) return false;
+        base = folder + std::string(FileNameOf(base));
+    }
+    return files.Create(base, static_cast<int>(m_columns.size()), m_path);
+}
+
+bool CAsciiFileImport::ConvertRows(CProgressReporter& progress, CColumnFiles& files) {
+    CRowConverter converter(m_columns, DelimitersFor(m_csv), CRowConverter::Source::Text, m_dateTime, m_geographic,
+                            files);
+    CFilePercent percent(m_file.Length(), 100);
+    std::string_view line;
+    m_file.Seek(m_dataStart);
+    while (m_file.Next(line)) {
+        if (percent.Changed(m_file.Offset())) progress.FilePercent(percent.Value());
+        if (ClassifyLine(line) == LineKind::Data && !converter.Row(line)) break;
+    }
+    return PassSucceeded(files);
+}
+
+bool CAsciiFileImport::PassSucceeded(CColumnFiles const& files) const {
+    if (m_file.Error() != 0) {
+        ShowReadError();
+        return false;
+    }
+    if (files.Failed()) ShowMessage(GetLastErrorText());
+    return !files.Failed();
+}
+
+bool CAsciiFileImport::HandOverColumns(CProgressReporter& progress, CColumnFiles& files, CNorvaFileUtil& store) const {
+    progress.Window().SetWindowTitle("Writting down data to file");
+    progress.Window().ShowFileName("Please wait a second");
+    progress.Window().ResetBars();
+    int const count = static_cast<int>(m_columns.size());
+    for (int i = 0; i < count; ++i) {
+        progress.ChannelPercent(i * 100LL / count);
+        if (m_columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) {
+            files.Remove(i);
+        } else if (!files.HandOver(i, store)) {
+            ShowMessage(GetLastErrorText());
+            return false;
+        }
+    }
+    return true;
+}
+
+int CAsciiFileImport::FinishStore(CNorvaFileUtil& store) {
+    if (store.EndWriteData() == 0) return 0;
+    store.CloseCurFile();
+    CloseFile();
+    return 1;
+}
+
+int RunTextImport(ImportJob const& job) {
+    CAsciiFileImport importer;
+    importer.SetCsv(ToUpper(job.inputPath).ends_with("CSV") ? 1 : 0);
+    importer.SetGravityMeterMode(job.gravityMeterMode);
+    if (importer.LoadFileInfo(job.inputPath) == 0) return 0;
+    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return 0;
+    return importer.ImportAsciiFile(job.store);
+}
+
+}  // namespace norva

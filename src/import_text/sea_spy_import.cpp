@@ -1,0 +1,220 @@
+#include "entry/import_formats.h"
+#include "entry/progress_dlg.h"
+#include "import_text/ascii_file_import.h"
+#include "import_text/ascii_import_dlg.h"
+#include "import_text/file_percent.h"
+#include "import_text/text_line.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "store/column_files.h"
+#include "ui/messages.h"
+
+#include <algorithm>
+
+namespace norva {
+
+namespace {
+
+constexpr int kPreviewRecords = 40;
+constexpr int kWithCoordinates = 2;
+constexpr int kXField = 14;
+constexpr int kYField = 15;
+
+constexpr std::string_view kInterpolated = "<INTERP>";
+constexpr std::string_view kReal = "<REAL>";
+constexpr CDelimiters kFieldDelimiters{" \n"};
+
+char const* const kHeaderText =
+    "Date Time FMagField FSignal FMeasureTime FTowfishDepth FAltitude FMsg RMagField RSignal RMeasureTime "
+    "RTowfishDepth RMsg Gradient";
+char const* const kHeaderTextWithCoordinates =
+    "Date Time FMagField FSignal FMeasureTime FTowfishDepth FAltitude FMsg RMagField RSignal RMeasureTime "
+    "RTowfishDepth RMsg Gradient X_Coord Y_Coord";
+
+bool IsRecord(std::string_view line) {
+    return !line.empty() && line.front() == '*';
+}
+
+/// Whether the data pass leaves a record out.
+bool IsSkippedRecord(std::string_view record) {
+    std::string_view const trimmed = Trim(record);
+    return trimmed.empty() || IsCommentLine(trimmed) || HoldsSpacedLineWord(trimmed);
+}
+
+/// Replaces `out` by the record with blanks in place of its brackets and tags.
+void CleanRecord(std::string_view record, bool hasCoordinates, std::string& out) {
+    out.clear();
+    out.reserve(record.size());
+    for (std::size_t at = 0; at < record.size();) {
+        char const character = record[at];
+        char const next = at + 1 < record.size() ? record[at + 1] : '\0';
+        std::size_t replaced = 0;
+        switch (character) {
+            case '*':
+            case '/':
+            case '[':
+            case ']':
+                out += ' ';
+                ++at;
+                continue;
+            case 'F':
+            case 'R':
+                if (next == '[') replaced = 2;
+                break;
+            case 'x':
+            case 'y':
+            case 'X':
+            case 'Y':
+                if (hasCoordinates && next == ':') replaced = 2;
+                break;
+            case '<':
+                if (hasCoordinates && record.substr(at).starts_with(kInterpolated)) replaced = kInterpolated.size();
+                if (hasCoordinates && record.substr(at).starts_with(kReal)) replaced = kReal.size();
+                break;
+            default:
+                break;
+        }
+        if (replaced > 0) {
+            out += "  ";
+            at += replaced;
+        } else {
+            out += character;
+            ++at;
+        }
+    }
+}
+
+}  // namespace
+
+int CAsciiFileImport::LoadSeaSPYFileInfo(std::string const& path) {
+    m_path = path;
+    if (OpenFile() == 0 || CheckSeaSPYHeader() == 0) return 0;
+    m_interpolatedCoordinates = 0;
+    if (m_seaSpyLayout == kWithCoordinates && AskYesNo("Do you want to import interpolated coordinates? ")) {
+        m_interpolatedCoordinates = 1;
+    }
+    ReadSeaSPYPreview();
+    return CheckPreview() ? 1 : 0;
+}
+
+int CAsciiFileImport::CheckSeaSPYHeader() {
+    m_file.Rewind();
+    std::string_view line;
+    do {
+        if (!m_file.Next(line)) return 0;
+    } while (!IsRecord(line));
+    if (!Contains(line, "F[") || !Contains(line, "R[")) return 0;
+    m_seaSpyLayout = Contains(line, "x:") ? kWithCoordinates : 1;
+    return 1;
+}
+
+void CAsciiFileImport::ReadSeaSPYPreview() {
+    m_preview.clear();
+    m_seaSpyRecordCount = 0;
+    m_file.Rewind();
+    std::string_view line;
+    while (m_file.Next(line)) {
+        if (!IsRecord(line)) continue;
+        if (m_preview.size() < kPreviewRecords) {
+            std::string_view const record = line.substr(0, line.find_last_not_of(" \n") + 1);
+            m_preview.push_back({CleanSeaSPYLine(record), m_file.Offset()});
+        }
+        // The profile has a row for every record that the data pass writes.
+        if (!IsSkippedRecord(line)) ++m_seaSpyRecordCount;
+    }
+}
+
+std::string CAsciiFileImport::CleanSeaSPYLine(std::string_view record) const {
+    std::string fields;
+    if (m_seaSpyLayout == 1 || m_seaSpyLayout == kWithCoordinates) {
+        CleanRecord(record, m_seaSpyLayout == kWithCoordinates, fields);
+    } else {
+        fields = record;
+    }
+    return fields;
+}
+
+double CAsciiFileImport::GetSeaSPYDate(std::string_view field) {
+    int const shortYear = ReadInt(field.substr(0, 2));
+    int const year = (shortYear > 80 ? 1900 : 2000) + shortYear;
+    int const day = ReadInt(field.substr(field.size() - std::min<std::size_t>(field.size(), 3)));
+    bool const isLeapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    return year + static_cast<double>(day) / (isLeapYear ? 366 : 365);
+}
+
+double CAsciiFileImport::GetSeaSPYTime(std::string_view field) {
+    auto const part = [field](std::size_t at, std::size_t count) {
+        return at < field.size() ? ReadInt(field.substr(at, count)) : 0;
+    };
+    int const tenths = field.empty() ? 0 : part(field.size() - 1, 1);
+    return part(0, 2) + part(3, 2) / 60.0 + part(6, 2) / 3600.0 + tenths / 36000.0;
+}
+
+int CAsciiFileImport::ImportSeaSPYFile(CNorvaFileUtil* store) {
+    CAsciiImportDlg dialog;
+    dialog.SetSeaSpy(m_seaSpyLayout, m_seaSpyLayout == kWithCoordinates ? kHeaderTextWithCoordinates : kHeaderText);
+    PrepareDialog(dialog);
+    if (dialog.DoModal() != kButtonOk) {
+        CloseFile();
+        return 0;
+    }
+
+    CProgressDlg window;
+    window.Create();
+    window.SetWindowTitle("Loading data from the file");
+    window.ShowFileName("Please wait a second");
+
+    store->AddProfileToStructure("LINE 1", m_seaSpyRecordCount);
+    DescribeChannels(*store);
+    if (!StartWriting(window, *store)) return 0;
+
+    CColumnFiles files;
+    if (!CreateColumnFiles(files)) return 0;
+    CProgressReporter progress(window);
+    if (!ConvertRecords(progress, files)) return 0;
+    if (!HandOverColumns(progress, files, *store)) return 0;
+    return FinishStore(*store);
+}
+
+bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles& files) {
+    CRowConverter converter(m_columns, kFieldDelimiters, CRowConverter::Source::SeaSpy, m_dateTime, m_geographic,
+                            files);
+    CFilePercent percent(m_file.Length(), 1);
+    bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
+    int const count = static_cast<int>(m_columns.size());
+    std::string fields;
+    std::string_view record;
+    m_file.Rewind();
+    while (!files.Failed() && m_file.Next(record)) {
+        if (!IsRecord(record)) continue;
+        if (percent.Changed(m_file.Offset())) {
+            progress.FilePercent(percent.Value());
+            progress.Window().ShowFileName("Done percent : " + std::to_string(percent.Value()) + "% ");
+        }
+        if (IsSkippedRecord(record)) continue;
+        bool const hidesCoordinates =
+            hasCoordinates && m_interpolatedCoordinates == 0 && Contains(record, kInterpolated);
+        CleanRecord(record, hasCoordinates, fields);
+        CTokenCursor cursor(fields, kFieldDelimiters);
+        for (int i = 0; i < count; ++i) {
+            std::string_view field;
+            if (!cursor.Next(field) || (hidesCoordinates && (i == kXField || i == kYField))) field = "*";
+            if (m_columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) continue;
+            progress.ChannelPercent(i * 100LL / count);
+            if (!converter.Value(i, field)) break;
+        }
+    }
+    return PassSucceeded(files);
+}
+
+int RunSeaSpyImport(ImportJob const& job) {
+    CAsciiFileImport importer;
+    if (importer.LoadSeaSPYFileInfo(job.inputPath) == 0) {
+        ShowMessage("Wrong SeaSPY(Marine magnetics) data format !");
+        return 0;
+    }
+    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return 0;
+    return importer.ImportSeaSPYFile(job.store);
+}
+
+}  // namespace norva
