@@ -14,8 +14,8 @@ enum class CursorShape { Arrow, Wait };
 
 /// A message box.
 struct MessageRequest {
-    std::string text;
-    std::string caption;
+    std::string text{};
+    std::string caption{};
     MessageButtons buttons = MessageButtons::Ok;
     MessageIcon icon = MessageIcon::Exclamation;
     CWindow* owner = nullptr;
@@ -23,10 +23,10 @@ struct MessageRequest {
 
 /// A file dialog. `filter` is pairs of description and pattern separated by vertical bars.
 struct FileRequest {
-    std::string title;
-    std::string filter;
+    std::string title{};
+    std::string filter{};
     unsigned flags = 0;
-    std::string initial;
+    std::string initial{};
 };
 
 /// A skin: shows the library's windows to a person, or lets a script answer them.

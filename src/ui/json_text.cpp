@@ -106,11 +106,14 @@ void AppendJsonText(std::string& out, std::string_view text) {
 }
 
 void AppendJsonNumber(std::string& out, double value) {
-    if (std::isfinite(value)) {
-        AppendShortest(out, value);
-    } else {
+    if (!std::isfinite(value)) {
         out += "null";
+        return;
     }
+    std::size_t const start = out.size();
+    AppendShortest(out, value);
+    // Without a point it would read back as an integer, and minus zero would lose its sign.
+    if (out.find_first_of(".e", start) == std::string::npos) out += ".0";
 }
 
 }  // namespace norva

@@ -75,5 +75,143 @@ TEST(Selection, OfOneRowIgnoresShiftAndCtrl) {
     }
 }
 
+TEST(Acts, CheckOneRadioButtonOfTheGroupAndActAgain) {
+    using namespace ids::BinaryImport;
+    TestDialog dialog(4004);
+    dialog.CheckRadio(kReadInt32, kReadInt32);
+    dialog.CheckRadio(kWriteFloat, kWriteLong);
+    for (int id : {kReadFloat64, kReadFloat64}) {
+        ASSERT_TRUE(dialog.Do({.kind = Kind::Click, .control = id})) << dialog.why;
+        EXPECT_EQ(dialog.events.back().control, id);
+        EXPECT_EQ(dialog.CheckedRadio(kReadInt16), kReadFloat64);
+        EXPECT_EQ(dialog.CheckedRadio(kWriteFloat), kWriteLong) << "the other group";
+    }
+    EXPECT_EQ(dialog.events.size(), 2U);
+    dialog.CheckRadio(kReadFloat64, 0);
+    EXPECT_EQ(dialog.CheckedRadio(kReadFloat32), 0);
+
+    // Combo boxes and an edit stand between the radio buttons of this one; they are one group all the same.
+    TestDialog channels(4003);
+    channels.CheckRadio(ids::SetChannels::kText, ids::SetChannels::kText);
+    ASSERT_TRUE(channels.Do({.kind = Kind::Click, .control = ids::SetChannels::kSkipColumn}));
+    EXPECT_EQ(channels.CheckedRadio(ids::SetChannels::kText), ids::SetChannels::kSkipColumn);
+    EXPECT_FALSE(channels.Get(ids::SetChannels::kText).checked);
+}
+
+TEST(Acts, ShowInTheControlsBeforeTheDialogReacts) {
+    using namespace ids::GbnImport;
+    TestDialog dialog(4059);
+    dialog.SetRows(kChannels, {{"", "1", "Mag", "nT", "FLOAT"}, {"", "2", "Alt", "m", "INT"}});
+    unsigned revision = dialog.Get(kChannels).revision;
+    std::string seen;
+    dialog.onEvent = [&](DialogEvent const& event) {
+        CControl const& list = dialog.Get(kChannels);
+        EXPECT_GT(list.revision, revision);
+        revision = list.revision;
+        if (event.kind == Kind::EditCell) seen += list.rows[1][kUnitsColumn];
+        if (event.kind == Kind::Tick) seen += list.ticks[1] ? " on" : " off";
+        if (event.kind == Kind::Select) seen += " row " + Joined(list.selected);
+        if (event.kind == Kind::DoubleClick) seen += " double";
+    };
+    EXPECT_TRUE(
+        dialog.Do({.kind = Kind::EditCell, .control = kChannels, .row = 1, .column = kUnitsColumn, .text = "km"}));
+    EXPECT_TRUE(dialog.Do({.kind = Kind::Tick, .control = kChannels, .row = 1, .on = true}));
+    // A tick box that stands as wanted needs no act.
+    EXPECT_TRUE(dialog.Do({.kind = Kind::Tick, .control = kChannels, .row = 1, .on = true}));
+    EXPECT_TRUE(dialog.Do({.kind = Kind::DoubleClick, .control = kChannels, .row = 0}));
+    EXPECT_EQ(seen, "km on row 0 double");
+}
+
+TEST(Acts, OfADoubleClickEndWhenItsFirstClickTakesTheRowAway) {
+    TestDialog dialog(4000);
+    dialog.SetItems(kLines, {"a", "b"});
+    dialog.onEvent = [&](DialogEvent const&) { dialog.SetItems(kLines, {}); };
+    EXPECT_TRUE(dialog.Do({.kind = Kind::DoubleClick, .control = kLines, .row = 1}));
+    EXPECT_EQ(dialog.events.size(), 1U);
+}
+
+TEST(Acts, ThatNobodyCouldDoAreRefusedAndChangeNothing) {
+    constexpr int kTotal = ids::BinaryImport::kTotalRecords;
+    constexpr int kPreview = ids::SetChannels::kPreview;
+    struct Case {
+        int dialog;
+        DialogEvent event;
+        char const* why;
+    };
+    for (Case const& c : std::vector<Case>{
+             {4063, {.kind = Kind::Click, .control = 77}, "dialog 4063 \"Import Formats\" has no control 77"},
+             {4063, {.kind = Kind::Click, .control = 5000}, "list 5000 \"Formats\" cannot be clicked"},
+             {4063, {.kind = Kind::Select, .control = 5000, .row = 2}, "list 5000 \"Formats\" has no row 2 (it has 2)"},
+             {4063,
+              {.kind = Kind::Select, .control = 5000, .row = -1},
+              "list 5000 \"Formats\" has no row -1 (it has 2)"},
+             {4063,
+              {.kind = Kind::DoubleClick, .control = 5000, .row = 9},
+              "list 5000 \"Formats\" has no row 9 (it has 2)"},
+             {4063,
+              {.kind = Kind::Tick, .control = 5000, .row = 0, .on = true},
+              "list 5000 \"Formats\" cannot be ticked"},
+             {4004,
+              {.kind = Kind::Click, .control = 5000},
+              "static 5000 \"File should be organized as a sequence of "
+              "fixed-length records of binary data.\" cannot be clicked"},
+             {4004,
+              {.kind = Kind::Edit, .control = kTotal, .text = "5"},
+              "edit 5017 \"Total Records in File:\" is disabled"},
+             {4004, {.kind = Kind::Click, .control = 1}, "button 1 \"Continue\" is hidden"},
+             {4004,
+              {.kind = Kind::EditCell, .control = 5004, .row = 0, .column = 3, .text = "x"},
+              "the cells of column 3 of list 5004 \"Channels:\" cannot be edited"},
+             {4004,
+              {.kind = Kind::EditCell, .control = 5004, .row = 0, .column = 4, .text = "x"},
+              "list 5004 \"Channels:\" has no column 4 (it has 4)"},
+             {4004,
+              {.kind = Kind::EditCell, .control = 5004, .row = 0, .column = 1, .text = "a\nb"},
+              "list 5004 \"Channels:\" takes one line, not \"a\\nb\""},
+             {4059, {.kind = Kind::Edit, .control = 5000, .text = "1"}, "edit 5000 \"Number of Lines:\" is read-only"},
+             {4060,
+              {.kind = Kind::Edit, .control = 4054, .text = "\xC3\xA9;"},
+              "edit 4054 takes 1 character at most, not \"\xC3\xA9;\""},
+             {4003,
+              {.kind = Kind::Choice, .control = 4073, .row = 3},
+              "combo 4073 \"Skip first\" has no entry 3 (it has 0)"},
+             {4003,
+              {.kind = Kind::SelectColumn, .control = kPreview, .column = 2},
+              "grid 5001 \"Data Preview\" has no column 2 (it has 2)"},
+             {4003,
+              {.kind = Kind::Select, .control = kPreview, .row = 0},
+              "grid 5001 \"Data Preview\" cannot be selected in by row"},
+         }) {
+        TestDialog dialog(c.dialog);
+        if (c.dialog == 4063) dialog.SetItems(5000, {"a", "b"});
+        if (c.dialog == 4003) dialog.SetColumns(kPreview, {"Ch1", "Ch2"});
+        if (c.dialog == 4004) {
+            dialog.SetRows(ids::BinaryImport::kChannels, {{"1", "Ch1", "", ""}});
+            dialog.Enable(kTotal, false);
+            dialog.Change(kButtonOk).visible = false;
+        }
+        EXPECT_FALSE(dialog.Do(c.event)) << c.why;
+        EXPECT_EQ(dialog.why, c.why);
+        EXPECT_TRUE(dialog.events.empty()) << c.why;
+    }
+}
+
+TEST(Acts, EndTheDialogWithTheirButton) {
+    struct Case {
+        DialogEvent event;
+        int result;
+    };
+    for (Case const& c : std::vector<Case>{{{.kind = Kind::Click, .control = kButtonOk}, kButtonOk},
+                                           {{.kind = Kind::Click, .control = kButtonCancel}, kButtonCancel},
+                                           {{.kind = Kind::Close}, kButtonCancel}}) {
+        TestDialog dialog(4060);
+        ASSERT_TRUE(dialog.Do(c.event));
+        EXPECT_TRUE(dialog.IsEnded());
+        EXPECT_EQ(dialog.Result(), c.result);
+        EXPECT_FALSE(dialog.Do(c.event)) << "a closed dialog takes no more";
+        EXPECT_EQ(dialog.why, "dialog 4060 \"Delimiters\" is closed");
+    }
+}
+
 }  // namespace
 }  // namespace norva

@@ -28,6 +28,7 @@ public:
     std::function<void()> onInit;
     std::function<void(DialogEvent const&)> onEvent;
     std::vector<DialogEvent> events;
+    bool staysOpen = false;  ///< no button ends the dialog
 
     bool Do(DialogEvent const& event) {
         why.clear();
@@ -42,7 +43,7 @@ protected:
     void OnEvent(DialogEvent const& event) override {
         events.push_back(event);
         if (onEvent) onEvent(event);
-        if (!IsEnded()) CDialog::OnEvent(event);
+        if (!IsEnded() && !staysOpen) CDialog::OnEvent(event);
     }
 };
 

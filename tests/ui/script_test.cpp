@@ -1,0 +1,280 @@
+#include "common/script_json.h"
+#include "norva/trace.h"
+#include "ui/control_ids.h"
+#include "ui/messages.h"
+#include "ui/test_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+
+namespace norva {
+namespace {
+
+std::vector<ScriptAnswer> Answers(std::string const& json) {
+    return ParseScript(R"({"operation": "import", "answers": )" + json + "}", {}).answers;
+}
+
+/// Makes a scripted toolkit the current one.
+class ScriptTest : public testing::Test {
+protected:
+    ~ScriptTest() override { SetToolkit(nullptr); }
+
+    void Script(std::string const& answers, bool defaults = false) {
+        m_lines.clear();
+        m_toolkit.emplace(Answers(answers), defaults, &m_trace);
+        SetToolkit(&*m_toolkit);
+    }
+    std::string Failure() const { return m_toolkit->Failure(); }
+
+    std::vector<std::string> m_lines;
+    CTrace m_trace{[this](std::string_view line) { m_lines.emplace_back(line); }};
+    std::optional<CScriptedToolkit> m_toolkit;
+};
+
+TEST(ControlNames, AreNumbersOrLabelsOfTheirOwn) {
+    struct Case {
+        int dialog;
+        ControlName name;
+        int id;  ///< 0: none
+        char const* why;
+    };
+    for (Case const& c : std::vector<Case>{
+             {4063, "Formats", 5000, ""},
+             {4063, 5000, 5000, ""},
+             {4063, 9, 0, "dialog 4063 \"Import Formats\" has no control 9"},
+             {4063, "formats", 0, "dialog 4063 \"Import Formats\" has no control \"formats\""},
+             {4003, "Data Preview", 5001, ""},
+             {4003, "File Header", 4018, ""},
+             {4003, "General Text  ", 4019, ""},
+             {4003, "Date", 4062, ""},
+             {4003, "rows", 0, "dialog 4003 \"Import: Set Channels\" has no control \"rows\""},
+             {4003, "", 0,
+              "dialog 4003 \"Import: Set Channels\" has several controls \"\": name one by its number, "
+              "4063 or 4065"},
+             {4060, "", 0, "dialog 4060 \"Delimiters\" has no control \"\""},
+             {4000, ">>", 0,
+              "dialog 4000 \"Export\" has several controls \">>\": name one by its number, 4007 or "
+              "4011"},
+             {4000, "Lines", 0, "dialog 4000 \"Export\" has no control \"Lines\""},
+             {4000, "Columnls to Export:", 4002, ""},
+             {4004, "Channels:", ids::BinaryImport::kChannels, ""},
+             {4004, "Number of Channels in a record:", ids::BinaryImport::kChannelCount, ""},
+             {4004, "32-bit float", ids::BinaryImport::kReadFloat32, ""},
+             {4059, "Unheck Selection", ids::GbnImport::kUncheckSelection, ""},
+             {4062, 1, 4079, ""},
+             {4062, "Import", 4079, ""},
+             {4060, 1, 1, ""},
+         }) {
+        TestDialog const dialog(c.dialog);
+        std::string why;
+        CControl const* const found = ResolveControl(dialog, c.name, why);
+        EXPECT_EQ(found == nullptr ? 0 : found->id, c.id) << c.dialog << " " << c.why;
+        EXPECT_EQ(why, c.why);
+    }
+}
+
+TEST_F(ScriptTest, ActionsDoWhatAPersonWould) {
+    Script(R"([{"dialog": 4059, "do": [
+        {"tick": "Channels:", "row": 1, "on": true}, {"edit": "Lines:", "row": 0, "column": 2, "to": "L 7"},
+        {"select": "Channels:", "rows": [2, 0]}, {"set": "Import Fiducial as a separate channel", "to": true},
+        {"set": "Import Fiducial as a separate channel", "to": true}, {"click": "General Text"},
+        {"double": "Lines:", "row": 0}, {"close": true}]},
+      {"dialog": 4003, "do": [
+        {"select": "Data Preview", "column": 1}, {"set": 4073, "to": "12"}, {"set": "char.", "to": 8},
+        {"set": 4073, "to": 0}, {"click": 1}]}])");
+    TestDialog gbn(4059);
+    gbn.onInit = [&] {
+        gbn.SetRows(ids::GbnImport::kChannels, {{"", "1", "X"}, {"", "2", "Y"}, {"", "3", "Z"}});
+        gbn.SetRows(ids::GbnImport::kLines, {{"", "1", "L1"}});
+    };
+    EXPECT_EQ(gbn.DoModal(), kButtonCancel);
+    EXPECT_EQ(gbn.Get(ids::GbnImport::kChannels).ticks, (std::vector<bool>{false, true, false}));
+    EXPECT_EQ(gbn.Get(ids::GbnImport::kChannels).selected, (std::vector<int>{0, 2}));
+    EXPECT_EQ(gbn.Get(ids::GbnImport::kLines).rows[0][2], "L 7");
+    EXPECT_TRUE(gbn.Get(ids::GbnImport::kFiducial).checked);
+    // tick, edit, two clicks on rows, one on the check box, one on the radio button, the double click's two, close
+    EXPECT_EQ(gbn.events.size(), 9U);
+
+    TestDialog channels(4003);
+    channels.onInit = [&] {
+        channels.SetItems(4073, {"11", "12"});
+        channels.SetColumns(ids::SetChannels::kPreview, {"Ch1", "Ch2"});
+    };
+    std::vector<int> choices;
+    channels.onEvent = [&](DialogEvent const& event) {
+        if (event.kind == DialogEvent::Kind::Choice) choices.push_back(event.row);
+    };
+    EXPECT_EQ(channels.DoModal(), kButtonOk);
+    EXPECT_EQ(choices, (std::vector<int>{1, 0}));
+    EXPECT_EQ(channels.Get(4061).text, "8");
+    EXPECT_EQ(channels.Get(ids::SetChannels::kPreview).column, 1);
+    EXPECT_EQ(Failure(), "");
+}
+
+TEST_F(ScriptTest, ADialogInsideAnotherTakesTheNextAnswer) {
+    Script(R"([{"dialog": 4003, "do": [{"click": 4047}, {"double": 4018, "row": 0}, {"click": 1}]},
+               {"dialog": 4060, "do": [{"set": "Other:", "to": true}, {"click": 1}]},
+               {"message": "Do you want to change the column labels?", "answer": "no"}])");
+    TestDialog outer(4003);
+    outer.onInit = [&] { outer.SetItems(4018, {"header"}); };
+    bool relabel = true;
+    outer.onEvent = [&](DialogEvent const& event) {
+        if (event.control == 4047) {
+            TestDialog inner(4060);
+            EXPECT_EQ(inner.DoModal(), kButtonOk);
+            EXPECT_TRUE(inner.Get(4051).checked);
+        }
+        if (event.kind == DialogEvent::Kind::DoubleClick)
+            relabel = AskYesNo("Do you want to change the column labels?");
+    };
+    EXPECT_EQ(outer.DoModal(), kButtonOk);
+    EXPECT_FALSE(relabel);
+    EXPECT_EQ(Failure(), "");
+    std::string order;
+    for (std::string const& line : m_lines) order += line.substr(9, line.find(',', 32) - 9) + "\n";
+    EXPECT_EQ(order,
+              "\"dialog\",\"template\":4003\n\"dialog\",\"template\":4060\n\"closed\",\"template\":4060\n"
+              "\"message\",\"text\":\"Do you want to change the column labels?\"\n\"closed\",\"template\":4003\n");
+}
+
+TEST_F(ScriptTest, WhatDoesNotFitIsToldAndEndsEverything) {
+    struct Case {
+        char const* answers;
+        char const* failure;
+    };
+    std::string const shown =
+        "dialog 4060 \"Delimiters\" with the controls\n"
+        "    check 4048 \"Tab\": off\n"
+        "    check 4049 \"Space\" (disabled): off\n"
+        "    check 4050 \"Semicolon\": off\n"
+        "    check 4052 \"Comma\": on\n"
+        "    check 4051 \"Other:\": off\n"
+        "    edit 4054: \";\"\n"
+        "    button 1 \"Set\"\n"
+        "    button 2 \"Cancel\"\n";
+    for (Case const& c : std::vector<Case>{
+             {"[]", "shown: DIALOGexpected: nothing more (the script has no answers left)"},
+             {R"([{"dialog": 4063, "do": []}])", R"(shown: DIALOGexpected: {"dialog":4063,"do":[]})"},
+             {R"([{"open": null}])", R"(shown: DIALOGexpected: {"open":null})"},
+             {R"([{"dialog": 4060, "do": []}])",
+              "still open after the last action\nshown: DIALOGexpected: {\"dialog\":4060,\"do\":[]}"},
+             {R"([{"dialog": 4060, "do": [{"set": 4049, "to": false}]}])",
+              "impossible: {\"set\":4049,\"to\":false}: check 4049 \"Space\" is disabled\nshown: DIALOGexpected: "
+              "{\"dialog\":4060,\"do\":[{\"set\":4049,\"to\":false}]}"},
+             {R"([{"dialog": 4060, "do": [{"set": "Tab", "to": "x"}]}])",
+              "impossible: {\"set\":\"Tab\",\"to\":\"x\"}: check 4048 \"Tab\" is set to true or false\nshown: "
+              "DIALOGexpected: {\"dialog\":4060,\"do\":[{\"set\":\"Tab\",\"to\":\"x\"}]}"},
+             {R"([{"dialog": 4060, "do": [{"set": "Set", "to": "x"}]}])",
+              "impossible: {\"set\":\"Set\",\"to\":\"x\"}: button 1 \"Set\" cannot be set\nshown: DIALOGexpected: "
+              "{\"dialog\":4060,\"do\":[{\"set\":\"Set\",\"to\":\"x\"}]}"},
+             {R"([{"dialog": 4060, "do": [{"edit": 4054, "row": 0, "column": 0, "to": "x"}]}])",
+              "impossible: {\"column\":0,\"edit\":4054,\"row\":0,\"to\":\"x\"}: edit 4054 cannot be edited in "
+              "place\nshown: DIALOGexpected: "
+              "{\"dialog\":4060,\"do\":[{\"column\":0,\"edit\":4054,\"row\":0,\"to\":\"x\"}]}"},
+         }) {
+        Script(c.answers);
+        TestDialog dialog(4060);
+        dialog.onInit = [&] {
+            dialog.Enable(4049, false);
+            dialog.Change(4052).checked = true;
+            dialog.Change(4054).text = ";";
+        };
+        EXPECT_EQ(dialog.DoModal(), kButtonCancel) << c.answers;
+        std::string expected = c.failure;
+        expected.replace(expected.find("DIALOG"), 6, shown);
+        EXPECT_EQ(Failure(), expected);
+        // Whatever comes afterwards is cancelled too, and the first reason is kept.
+        EXPECT_FALSE(AskYesNo("Go on?"));
+        std::string path = "kept";
+        EXPECT_FALSE(m_toolkit->ChooseFileToOpen({}, path));
+        EXPECT_EQ(path, "kept");
+        EXPECT_EQ(Failure(), expected);
+    }
+
+    Script(R"([{"dialog": 4060, "do": [{"click": 1}, {"click": 4048}]}])");
+    EXPECT_EQ(TestDialog(4060).DoModal(), kButtonOk) << "it was closed before";
+    EXPECT_EQ(Failure().substr(0, Failure().find('\n')),
+              "impossible: {\"click\":4048}: dialog 4060 \"Delimiters\" is closed");
+
+    // A failure inside a nested message ends the dialog around it as well.
+    Script(R"([{"dialog": 4060, "do": [{"click": 4048}, {"click": 1}]}])");
+    TestDialog outer(4060);
+    outer.onEvent = [](DialogEvent const& event) {
+        if (event.control == 4048) ShowMessage("Surprise");
+    };
+    EXPECT_EQ(outer.DoModal(), kButtonCancel);
+    EXPECT_EQ(Failure(),
+              "shown: message \"Surprise\" with the title \"Norva Exchange\" and the button ok\n"
+              "expected: nothing more (the script has no answers left)");
+    EXPECT_EQ(outer.events.size(), 1U);
+}
+
+TEST_F(ScriptTest, MessagesAndLeftOverAnswersMustFitToo) {
+    Script(R"([{"message": "Sure?", "answer": "ok"}])");
+    EXPECT_FALSE(AskYesNo("Sure?"));
+    EXPECT_EQ(Failure(),
+              "shown: message \"Sure?\" with the title \"Norva Exchange\" and the buttons yes, no\n"
+              "expected: {\"answer\":\"ok\",\"message\":\"Sure?\"}");
+    Script(R"([{"message": "Sure", "answer": "yes"}])");
+    EXPECT_FALSE(AskYesNo("Sure?"));
+    EXPECT_NE(Failure(), "");
+    Script(R"([{"message": "Sure?", "answer": "yes"}, {"open": "a"}, {"save": null}])");
+    EXPECT_TRUE(AskYesNo("Sure?"));
+    std::string const left = Failure();
+    EXPECT_EQ(left.substr(0, left.find('\n')), "the operation has ended, and answers are left over:");
+    EXPECT_NE(left.find("{\"save\":null}"), std::string::npos);
+}
+
+TEST_F(ScriptTest, DefaultsAnswerWhatTheNextAnswerDoesNotFit) {
+    Script(R"([{"message": "Later", "answer": "no"}])", true);
+    EXPECT_EQ(TestDialog(4063).DoModal(), kButtonOk);
+    TestDialog cannotAccept(4063);
+    cannotAccept.onInit = [&] { cannotAccept.Enable(kButtonOk, false); };
+    EXPECT_EQ(cannotAccept.DoModal(), kButtonCancel);
+    TestDialog otherDefault(4062);
+    otherDefault.onEvent = [&](DialogEvent const& event) { otherDefault.EndDialog(event.control); };
+    EXPECT_EQ(otherDefault.DoModal(), 4079);
+    EXPECT_TRUE(AskYesNo("Now?"));
+    EXPECT_FALSE(AskYesNo("Later")) << "the answer of the script that fits";
+    std::string path;
+    std::string extension;
+    EXPECT_FALSE(m_toolkit->ChooseFileToOpen({}, path)) << "no initial name";
+    EXPECT_TRUE(
+        m_toolkit->ChooseFileToSave({.filter = "NVT (*.nvt)|*.nvt|", .initial = "/out/x.xyz"}, path, extension));
+    EXPECT_EQ(path + " " + extension, "/out/x.xyz xyz");
+    EXPECT_EQ(Failure(), "");
+
+    TestDialog refuses(4000);
+    refuses.staysOpen = true;
+    EXPECT_EQ(refuses.DoModal(), kButtonCancel) << "accepting did not close it";
+    EXPECT_EQ(Failure().substr(0, Failure().find('\n')), "still open after the last action");
+}
+
+TEST_F(ScriptTest, FileDialogsGiveFullPathsAndTheReportedExtension) {
+    std::string const here = std::filesystem::current_path().string();
+    Script(R"([{"open": "in/a.txt"}, {"open": null}, {"save": "out", "extension": "gbn"}, {"save": "/x/out.dat"}])");
+    std::string path;
+    std::string extension;
+    EXPECT_TRUE(m_toolkit->ChooseFileToOpen({}, path));
+    EXPECT_EQ(path, here + "/in/a.txt");
+    EXPECT_FALSE(m_toolkit->ChooseFileToOpen({}, path));
+    EXPECT_TRUE(m_toolkit->ChooseFileToSave({}, path, extension));
+    EXPECT_EQ(path + " " + extension, here + "/out gbn");
+    EXPECT_TRUE(m_toolkit->ChooseFileToSave({}, path, extension));
+    EXPECT_EQ(path + " " + extension, "/x/out.dat dat");
+    EXPECT_EQ(Failure(), "");
+}
+
+TEST_F(ScriptTest, ADialogThatEndsBeforeItShowsTakesNoAnswer) {
+    Script("[]");
+    TestDialog dialog(4003);
+    dialog.onInit = [&] { dialog.EndDialog(kButtonCancel); };
+    EXPECT_EQ(dialog.DoModal(), kButtonCancel);
+    EXPECT_EQ(Failure(), "");
+    EXPECT_TRUE(m_lines.empty());
+}
+
+}  // namespace
+}  // namespace norva
