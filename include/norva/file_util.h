@@ -49,8 +49,7 @@ public:
 
     virtual int AddProfileToStructure(std::string const& name, long locationCount);
     virtual int AddChannelToStructure(std::string const& name, std::string const& units, int dataType, int recordType,
-                                      int arraySize, int reserved, int displayFormat, int decimals,
-                                      int templateFormat);
+                                      int arraySize, int reserved, int displayFormat, int decimals, int templateFormat);
     virtual int AddChannelToStructure(NorvaChannelStruct const& channel);
     virtual int SaveProfileStructure();
     virtual int SaveChannelStructure();
@@ -97,6 +96,9 @@ public:
     virtual int ReadColumn(int index, int profile, long first, long count, void* buffer);
     /// All elements of one value of a numeric array channel, widened; one element for a channel that is no array.
     virtual int GetArrayData(int index, int profile, long location, std::vector<double>& elements);
+    /// Reads all values and compares them with the checksums taken when they were written. 0 when they differ or cannot
+    /// be read; a file without the store's own section has none to compare with.
+    virtual int VerifyData();
     /// Marks a location deleted (1) or not (0); saved by CloseCurFile.
     virtual int MarkLocToDelete(int profile, long location, int deleted);
     /// Sets a profile's flag (0: shown); saved by CloseCurFile.

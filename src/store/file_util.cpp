@@ -13,6 +13,13 @@
 
 namespace norva {
 
+namespace {
+
+/// Writing the older contents with their marks over newer ones would lose these.
+constexpr char const* kReplaced = "another store has taken its name since it was opened";
+
+}  // namespace
+
 struct CNorvaFileUtil::Impl {
     std::string path;
     std::unique_ptr<CStoreReader> reader;  ///< of an open store
@@ -45,12 +52,18 @@ struct CNorvaFileUtil::Impl {
     }
 
     int Fail(char const* what, std::string const& reason) const {
+        ClearLastErrorText();
         SetLastErrorText(std::string(what) + " : " + path + "\n" + reason);
         return 0;
     }
     int FailOpening(std::string const& reason) const { return Fail("Couldn't open the store", reason); }
     int FailReading(std::string const& reason) const { return Fail("Couldn't read the store", reason); }
-    int FailWriting(std::string const& reason) const { return Fail("Couldn't write the store", reason); }
+    int FailChanging(std::string const& reason) const { return Fail("Couldn't change the store", reason); }
+    /// A reason that was found before, in the files that feed the store, say, explains more than this one.
+    int FailWriting(std::string const& reason) const {
+        SetLastErrorText("Couldn't write the store : " + path + "\n" + reason);
+        return 0;
+    }
 
     int Open(std::string const& newPath);
     int Create(std::string const& newPath);
@@ -82,8 +95,13 @@ int CNorvaFileUtil::Impl::Create(std::string const& newPath) {
 
 int CNorvaFileUtil::Impl::Save() {
     if (reader == nullptr || !changed) return 1;
-    std::string reason;
-    if (!WriteStoreAnew(*reader, path, reason)) return FailWriting(reason);
+    if (!reader->IsCurrent()) return FailChanging(kReplaced);
+    try {
+        std::string reason;
+        if (!WriteStoreAnew(*reader, path, reason)) return FailChanging(reason);
+    } catch (std::bad_alloc const&) {
+        return FailChanging("not enough memory");
+    }
     changed = false;
     return 1;
 }
@@ -124,9 +142,8 @@ CNorvaFileUtil::CNorvaFileUtil() : m_impl(std::make_unique<Impl>()) {}
 CNorvaFileUtil::~CNorvaFileUtil() = default;
 
 int CNorvaFileUtil::SetFileName(std::string const& path, EETFileMode mode, CWindow* /*owner*/) {
-    int const closed = m_impl->Close();
-    ProfileCount = ChannelCount = 0;
-    if (closed == 0) return 0;
+    if (CNorvaFileUtil::CloseCurFile() == 0) return 0;
+    ClearLastErrorText();
     try {
         if (mode == kCreateStore) return m_impl->Create(path);
         if (mode != kReopenStore) return m_impl->FailOpening("the mode is unknown");
@@ -227,12 +244,14 @@ int CNorvaFileUtil::EndWriteData() {
 int CNorvaFileUtil::SortByChannel(CWindow* /*owner*/, int channel, int /*first*/, int /*second*/, int /*third*/,
                                   int /*fourth*/) {
     Impl& impl = *m_impl;
-    if (impl.reader == nullptr) return impl.Fail("Couldn't sort the store", "it is not open");
-    if (impl.Channel(channel) == nullptr) return impl.Fail("Couldn't sort the store", "there is no such channel");
+    constexpr char const* kWhat = "Couldn't sort the store";
+    if (impl.reader == nullptr) return impl.Fail(kWhat, "it is not open");
+    if (impl.Channel(channel) == nullptr) return impl.Fail(kWhat, "there is no such channel");
+    if (!impl.reader->IsCurrent()) return impl.Fail(kWhat, kReplaced);
     try {
         std::string reason;
         if (!WriteSortedStore(*impl.reader, static_cast<std::size_t>(channel), impl.path, reason)) {
-            return impl.Fail("Couldn't sort the store", reason);
+            return impl.Fail(kWhat, reason);
         }
         impl.changed = false;
         auto sorted = std::make_unique<CStoreReader>();
@@ -240,7 +259,7 @@ int CNorvaFileUtil::SortByChannel(CWindow* /*owner*/, int channel, int /*first*/
         impl.reader = std::move(sorted);
         return 1;
     } catch (std::bad_alloc const&) {
-        return impl.Fail("Couldn't sort the store", "not enough memory");
+        return impl.Fail(kWhat, "not enough memory");
     }
 }
 
@@ -374,14 +393,20 @@ int CNorvaFileUtil::GetArrayData(int index, int profile, long location, std::vec
     return 1;
 }
 
+int CNorvaFileUtil::VerifyData() {
+    std::string reason;
+    if (m_impl->reader == nullptr) return m_impl->FailReading("it is not open");
+    return m_impl->reader->Verify(reason) ? 1 : m_impl->FailReading(reason);
+}
+
 int CNorvaFileUtil::MarkLocToDelete(int profile, long location, int deleted) {
     StoreProfile* const line = m_impl->ProfileAt(profile, location);
-    if (line == nullptr) return m_impl->FailWriting("there is no such location to mark");
+    if (line == nullptr) return m_impl->FailChanging("there is no such location to mark");
     if (line->IsDeleted(location) == (deleted != 0)) return 1;
     try {
         line->Mark(location, deleted != 0);
     } catch (std::bad_alloc const&) {
-        return m_impl->FailWriting("not enough memory for the marks");
+        return m_impl->FailChanging("not enough memory for the marks");
     }
     m_impl->changed = true;
     return 1;
@@ -389,7 +414,7 @@ int CNorvaFileUtil::MarkLocToDelete(int profile, long location, int deleted) {
 
 int CNorvaFileUtil::SetProfileFlag(int profile, int flag) {
     if (m_impl->reader == nullptr || m_impl->Profile(profile) == nullptr) {
-        return m_impl->FailWriting("there is no such profile to flag");
+        return m_impl->FailChanging("there is no such profile to flag");
     }
     StoreProfile& line = m_impl->reader->Structure().profiles[static_cast<std::size_t>(profile)];
     m_impl->changed = m_impl->changed || line.flag != flag;

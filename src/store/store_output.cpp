@@ -29,7 +29,11 @@ bool CStoreOutput::Open(std::string const& path) {
     m_structure = m_columns = m_elements = {};
     m_elementBytes = 0;
     m_columnsEnded = false;
-    return m_file.Open(path, CReplacementFile::InPlace::Never);
+    m_isDevice = false;
+    if (!m_file.Open(path, CReplacementFile::InPlace::Never)) return false;
+    m_isDevice = m_file.TemporaryPath().empty();
+    if (m_isDevice) m_file.Abandon();
+    return !m_isDevice;
 }
 
 bool CStoreOutput::Begin(CStoreStructure const& structure) {
@@ -69,7 +73,7 @@ bool CStoreOutput::Finish(CStoreStructure const& structure, StoreTrailer const* 
 }
 
 std::string CStoreOutput::Reason() const {
-    return SystemErrorText(m_file.Error());
+    return m_isDevice ? "it is a device or a pipe" : SystemErrorText(m_file.Error());
 }
 
 }  // namespace norva

@@ -22,7 +22,6 @@ public:
     /// Closes the sections, writes through to the disk and renames. The checksums are those of the bytes written, or
     /// the ones of `copied` when these bytes were copied from a store that has them.
     bool Finish(CStoreStructure const& structure, StoreTrailer const* copied = nullptr);
-    void Abandon() { m_file.Abandon(); }
 
     /// A name beside the file for a temporary file of the writer's own.
     std::string SiblingPath(char const* suffix) const { return m_file.TemporaryPath() + suffix; }
@@ -38,6 +37,7 @@ private:
     CStoreChecksum m_elements;
     std::uint64_t m_elementBytes = 0;
     bool m_columnsEnded = false;
+    bool m_isDevice = false;
 };
 
 }  // namespace norva

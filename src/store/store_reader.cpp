@@ -4,12 +4,15 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 namespace norva {
 
 namespace {
 
 constexpr std::size_t kSmallestWindow = 512;
 constexpr std::size_t kLargestWindow = 256 * 1024;
+constexpr std::size_t kVerifyStep = 512 * 1024;
 
 }  // namespace
 
@@ -67,6 +70,39 @@ bool CStoreReader::ReadWhole(std::size_t channel, std::int64_t first, std::int64
 bool CStoreReader::ReadBytes(std::uint64_t offset, void* out, std::size_t size) {
     std::size_t got = 0;
     return m_file.ReadAt(offset, out, size, got) && got == size;
+}
+
+bool CStoreReader::VerifyBytes(std::uint64_t offset, std::uint64_t size, std::uint64_t checksum, std::string& reason) {
+    CStoreChecksum found;
+    std::vector<char> buffer(static_cast<std::size_t>(std::min<std::uint64_t>(size, kVerifyStep)));
+    while (size > 0) {
+        auto const step = static_cast<std::size_t>(std::min<std::uint64_t>(size, buffer.size()));
+        if (!ReadBytes(offset, buffer.data(), step)) {
+            reason = Reason();
+            return false;
+        }
+        found.Add(buffer.data(), step);
+        offset += step;
+        size -= step;
+    }
+    if (found.Value() == checksum) return true;
+    reason = "its values are not those that were written: their checksum does not fit";
+    return false;
+}
+
+bool CStoreReader::Verify(std::string& reason) {
+    if (!m_layout.hasOwnSection) return true;
+    CStoreStructure const& structure = m_layout.structure;
+    StoreTrailer const& trailer = m_layout.trailer;
+    return VerifyBytes(m_layout.columns, structure.ColumnBytes(), trailer.columnChecksum, reason) &&
+           VerifyBytes(m_layout.elements, trailer.elementBytes, trailer.elementChecksum, reason);
+}
+
+bool CStoreReader::IsCurrent() const {
+    struct stat opened {};
+    struct stat named {};
+    if (stat(m_file.Path().c_str(), &named) != 0) return true;
+    return fstat(m_file.Descriptor(), &opened) == 0 && opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 std::string CStoreReader::Reason() const {

@@ -40,6 +40,10 @@ public:
     bool ReadWhole(std::size_t channel, std::int64_t first, std::int64_t count, void* out);
     /// Bytes of the file from an offset on.
     bool ReadBytes(std::uint64_t offset, void* out, std::size_t size);
+    /// Compares all values with the checksums; false with `reason` set when they differ.
+    bool Verify(std::string& reason);
+    /// False once another file stands under the path that was opened.
+    bool IsCurrent() const;
     /// Why reading failed.
     std::string Reason() const;
 
@@ -59,6 +63,7 @@ private:
         }
         return Fetch(column, start, width, index);
     }
+    bool VerifyBytes(std::uint64_t offset, std::uint64_t size, std::uint64_t checksum, std::string& reason);
     char const* Fetch(std::size_t column, std::uint64_t start, std::uint64_t width, std::int64_t index);
 
     CFile m_file;

@@ -31,6 +31,8 @@ public:
 struct SampleChannel {
     NorvaChannelStruct description;
     std::string values;  ///< of all profiles, packed
+
+    bool operator==(SampleChannel const&) const = default;
 };
 
 /// What a store holds, to be written and compared.
@@ -38,9 +40,13 @@ struct StoreSample {
     struct Line {
         std::string name;
         long locations = 0;
+
+        bool operator==(Line const&) const = default;
     };
     std::vector<Line> lines;
     std::vector<SampleChannel> channels;
+
+    bool operator==(StoreSample const&) const = default;
 };
 
 /// Two lines of 5 and 3 locations; a channel of every type and an array of 3 integers; no-data in the second location
@@ -85,6 +91,35 @@ inline bool WriteSample(CNorvaFileUtil& store, std::string const& path, StoreSam
         if (store.WriteHuge(channel.values.data(), channel.values.size()) == 0) return false;
     }
     return store.EndWriteData() != 0 && store.CloseCurFile() != 0;
+}
+
+/// Everything of an open store, to compare it with what was written.
+inline StoreSample ReadSample(CNorvaFileUtil& store) {
+    StoreSample sample;
+    for (int line = 0; line < store.ProfileCount; ++line) {
+        int flag = 0;
+        auto& read = sample.lines.emplace_back();
+        store.GetProfileInfo(line, read.name, read.locations, flag);
+    }
+    for (int n = 0; n < store.ChannelCount; ++n) {
+        int const index = store.GetFileChanIndex(n);
+        auto& read = sample.channels.emplace_back();
+        read.description.name = store.GetChannelName(index);
+        read.description.units = store.GetChannelUnits(index);
+        read.description.dataType = store.GetChannelDataType(index);
+        read.description.recordType = store.GetChannelRecordType(index);
+        read.description.arraySize = store.GetChannelArraySize(index);
+        read.description.displayFormat = store.GetChannelDisplayFormat(index);
+        read.description.decimalPlaces = store.GetChannelNumDecPlaces(index);
+        read.description.templateFormat = store.GetChannelTemplateFormat(index);
+        for (int line = 0; line < store.ProfileCount; ++line) {
+            long const count = store.GetProfileLocationNum(line, 0);
+            std::string values(static_cast<std::size_t>(count) * store.GetChannelValueSize(index), '\0');
+            if (store.ReadColumn(index, line, 0, count, values.data()) == 0) return {};
+            read.values += values;
+        }
+    }
+    return sample;
 }
 
 /// Writes the small sample store; false when that fails.

@@ -1,0 +1,209 @@
+#include "norva/file_util.h"
+
+#include "norva/import_export.h"
+#include "support/store_samples.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <tuple>
+
+namespace norva {
+namespace {
+
+using test::CPackedValues;
+using test::CTemporaryFolder;
+using test::StoreSample;
+
+std::size_t PackedWidth(NorvaChannelStruct const& channel) {
+    static constexpr std::size_t kWidths[] = {4, 8, 4, 4, 1, 2};
+    bool const isMany = channel.dataType == DataType::kText || channel.recordType == 1;
+    return kWidths[channel.dataType] * static_cast<std::size_t>(isMany ? channel.arraySize : 1);
+}
+
+/// A value as GetData gives it, as bits: the doubles of NaNs compare too.
+std::optional<std::string> PackedData(CNorvaFileUtil& store, int channel, int line, long location) {
+    float single = 0;
+    double number = 0;
+    int integer = 0;
+    long longInteger = 0;
+    std::string text;
+    int dataType = -1;
+    if (store.GetData(channel, line, location, single, number, integer, longInteger, text, dataType) == 0) return {};
+    EXPECT_EQ(integer, longInteger);
+    CPackedValues packed;
+    if (dataType == DataType::kFloat) packed.Add(single);
+    if (dataType == DataType::kDouble) packed.Add(number);
+    if (dataType == DataType::kInt || dataType == DataType::kLong) packed.Add(std::int32_t{integer});
+    if (dataType == DataType::kShort) packed.Add(static_cast<std::int16_t>(integer));
+    if (dataType == DataType::kText) packed.bytes = text;
+    return packed.bytes;
+}
+
+/// Any text of any bytes, those that could break a line more often.
+rc::Gen<std::string> AnyName() {
+    return rc::gen::container<std::string>(
+        rc::gen::oneOf(rc::gen::arbitrary<char>(), rc::gen::elementOf(std::string("\n\r,\0 END", 8))));
+}
+
+rc::Gen<StoreSample> AnyStore() {
+    return rc::gen::exec([] {
+        StoreSample sample;
+        std::size_t locations = 0;
+        for (int line = *rc::gen::inRange(0, 4); line > 0; --line) {
+            sample.lines.push_back({*AnyName(), *rc::gen::inRange(0L, 30L)});
+            locations += static_cast<std::size_t>(sample.lines.back().locations);
+        }
+        for (int channel = *rc::gen::inRange(0, 5); channel > 0; --channel) {
+            auto& made = sample.channels.emplace_back();
+            made.description = {*AnyName(),
+                                *AnyName(),
+                                *rc::gen::inRange(0, 6),
+                                *rc::gen::inRange(0, 2),
+                                0,
+                                *rc::gen::inRange(1, 5),
+                                *rc::gen::inRange(-1, 5),
+                                *rc::gen::arbitrary<int>(),
+                                *rc::gen::arbitrary<int>(),
+                                0};
+            made.values =
+                *rc::gen::container<std::string>(locations * PackedWidth(made.description), rc::gen::arbitrary<char>());
+        }
+        return sample;
+    });
+}
+
+TEST(FileUtil, AnyStoreReadsBackAsItWasWrittenInPiecesOfAnySize) {
+    CTemporaryFolder folder;
+    bool const holds = rc::check([&] {
+        StoreSample const sample = *AnyStore();
+        CNorvaFileUtil store;
+        RC_ASSERT(store.SetFileName(folder / "a.nvt", kCreateStore, nullptr) != 0);
+        for (auto const& line : sample.lines) RC_ASSERT(store.AddProfileToStructure(line.name, line.locations) == 1);
+        for (auto const& channel : sample.channels) RC_ASSERT(store.AddChannelToStructure(channel.description) == 1);
+        RC_ASSERT(store.SaveChannelStructure() == 1 && store.SaveProfileStructure() == 1);
+        RC_ASSERT(store.StartWriteData() == 1);
+        std::string bytes;
+        for (auto const& channel : sample.channels) bytes += channel.values;
+        for (std::size_t from = 0; from < bytes.size();) {
+            auto const piece = std::min<std::size_t>(*rc::gen::inRange<std::size_t>(1, 60), bytes.size() - from);
+            RC_ASSERT(store.WriteHuge(bytes.data() + from, piece) == 1);
+            from += piece;
+        }
+        RC_ASSERT(store.EndWriteData() == 1 && store.CloseCurFile() == 1);
+        RC_ASSERT(folder.Count() == 1U);
+
+        RC_ASSERT(store.SetFileName(folder / "a.nvt", kReopenStore, nullptr) == 1);
+        RC_ASSERT(test::ReadSample(store) == sample);
+        RC_ASSERT(store.VerifyData() == 1);
+        for (int channel = 0; channel < store.ChannelCount; ++channel) {
+            auto const& written = sample.channels[static_cast<std::size_t>(channel)];
+            bool const isText = written.description.dataType == DataType::kText;
+            std::size_t const width = PackedWidth(written.description);
+            std::size_t place = 0;
+            for (int line = 0; line < store.ProfileCount; ++line) {
+                for (long at = 0; at < store.GetProfileLocationNum(line, 0); ++at, place += width) {
+                    std::string expected = written.values.substr(place, width);
+                    if (isText) expected.erase(expected.find_last_not_of(' ') + 1);
+                    auto const found = PackedData(store, channel, line, at);
+                    RC_ASSERT(found.has_value());
+                    RC_ASSERT((isText ? *found == expected : expected.starts_with(*found)));
+                }
+            }
+        }
+    });
+    EXPECT_TRUE(holds);
+}
+
+TEST(FileUtil, ValuesHandedOverOneByOneComeBackExactly) {
+    CTemporaryFolder folder;
+    using Float = std::numeric_limits<float>;
+    using Double = std::numeric_limits<double>;
+    using Long = std::numeric_limits<std::int32_t>;
+    using Short = std::numeric_limits<std::int16_t>;
+    StoreSample sample = test::MakeStoreSample();
+    sample.lines = {{"L", 3}, {"empty", 0}, {"M", 1}};
+    auto const set = [&](std::size_t channel, auto... values) {
+        CPackedValues packed;
+        (packed.Add(values), ...);
+        sample.channels[channel].values = packed.bytes;
+    };
+    set(0, Double::lowest(), Double::denorm_min(), -0.0, kNoDataDouble);
+    set(1, Float::max(), Float::quiet_NaN(), -Float::infinity(), kNoDataFloat);
+    set(2, Long::min(), Long::max(), std::int32_t{-1}, std::int32_t{0});
+    set(3, Short::min(), Short::max(), std::int16_t{-1}, std::int16_t{0});
+    sample.channels[4].values = CPackedValues().Text("", 6).Text("a b", 6).Text("\xFFx", 6).Text("*", 6).bytes;
+    sample.channels[5].values = CPackedValues()
+                                    .Add(std::int64_t{-5})
+                                    .Add(std::int64_t{7})
+                                    .Add(std::int64_t{1} << 40)
+                                    .Add(std::int64_t{3})
+                                    .Add(std::int64_t{9})
+                                    .Add(std::int64_t{-1})
+                                    .bytes;
+    CNorvaFileUtil store;
+    ASSERT_EQ(store.SetFileName(folder / "a.nvt", kCreateStore, nullptr), 1);
+    for (auto const& line : sample.lines) store.AddProfileToStructure(line.name, line.locations);
+    for (auto const& channel : sample.channels) {
+        auto const& of = channel.description;
+        store.AddChannelToStructure(of.name, of.units, of.dataType, of.recordType, of.arraySize, 0, of.displayFormat,
+                                    of.decimalPlaces, of.templateFormat);
+        EXPECT_EQ(store.AddChannelToStructure("not kept", "", -1, 1, 4, 0, 0, 0, 0), 1);
+    }
+    ASSERT_TRUE(store.SaveProfileStructure() == 1 && store.SaveChannelStructure() == 1 && store.StartWriteData() == 1);
+    for (auto const& channel : sample.channels) {
+        std::size_t const width =
+            PackedWidth(channel.description) / static_cast<std::size_t>(channel.description.arraySize);
+        for (std::size_t at = 0; at < channel.values.size(); at += width) {
+            alignas(8) char value[8];
+            std::memcpy(value, channel.values.data() + at, width);
+            ASSERT_EQ(store.SaveData(channel.description.dataType, value), 1) << channel.description.name;
+        }
+    }
+    ASSERT_TRUE(store.EndWriteData() == 1 && store.CloseCurFile() == 1) << GetLastErrorText();
+    ASSERT_EQ(store.SetFileName(folder / "a.nvt", kReopenStore, nullptr), 1);
+    EXPECT_EQ(store.ChannelCount, 6);
+    EXPECT_EQ(test::ReadSample(store), sample);
+    EXPECT_EQ(PackedData(store, 0, 2, 0), CPackedValues().Add(kNoDataDouble).bytes);
+    EXPECT_EQ(PackedData(store, 4, 0, 1), "a b");
+    std::vector<double> elements;
+    EXPECT_EQ(store.GetArrayData(5, 0, 0, elements), 1);
+    EXPECT_EQ(elements, (std::vector<double>{-5, -1, 7}));
+    EXPECT_EQ(store.GetArrayData(3, 0, 0, elements), 1);
+    EXPECT_EQ(elements, std::vector<double>{-32768});
+    EXPECT_EQ(store.GetArrayData(4, 0, 0, elements), 0) << "a text has no elements";
+}
+
+TEST(FileUtil, WhatIsNotThereGivesZero) {
+    CTemporaryFolder folder;
+    ASSERT_TRUE(test::WriteSampleStore(folder / "a.nvt"));
+    CNorvaFileUtil store;
+    EXPECT_FALSE(PackedData(store, 0, 0, 0));
+    ASSERT_EQ(store.SetFileName(folder / "a.nvt", kReopenStore, nullptr), 1);
+    EXPECT_EQ(store.GetChannelFullName(1), "Mag (nT)");
+    EXPECT_EQ(store.GetChannelFullName(2), "Fid");
+    for (auto const& [channel, line, location] : std::vector<std::tuple<int, int, long>>{
+             {-1, 0, 0}, {6, 0, 0}, {0, -1, 0}, {0, 2, 0}, {0, 0, -1}, {0, 0, 5}, {0, 1, 3}}) {
+        EXPECT_FALSE(PackedData(store, channel, line, location)) << channel << " " << line << " " << location;
+    }
+    EXPECT_EQ(store.GetFileChanIndex(6), -1);
+    char buffer[64];
+    EXPECT_EQ(store.ReadColumn(0, 0, 4, 2, buffer), 0);
+    EXPECT_EQ(store.ReadColumn(0, 0, std::numeric_limits<long>::max(), 1, buffer), 0);
+    EXPECT_EQ(store.ReadColumn(0, 0, 5, 0, buffer), 1);
+    EXPECT_EQ(store.IsLocMarkedToDelete(0, 99), 0);
+    EXPECT_EQ(store.MarkLocToDelete(0, 5, 1), 0);
+    EXPECT_EQ(store.SetProfileFlag(2, 1), 0);
+    EXPECT_EQ(store.SortByChannel(nullptr, 6, 1, -1, 1, -1), 0);
+    EXPECT_EQ(store.WriteHuge(buffer, 1), 0) << "it is open for reading";
+    EXPECT_EQ(store.CloseCurFile(), 1);
+    EXPECT_EQ(store.ProfileCount + store.ChannelCount, 0);
+}
+
+}  // namespace
+}  // namespace norva
