@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace norva {
@@ -24,9 +25,11 @@ struct ExportSelection {
 /// What every exporter carries: the lists of the dialog, the selected profiles, the output file.
 class NORVA_API CExporterBase {
 public:
-    CExporterBase(CNorvaFileUtil* store, std::string outputFile, CWindow* owner);
+    CExporterBase(CExporterBase const&) = delete;
+    CExporterBase& operator=(CExporterBase const&) = delete;
 
 protected:
+    CExporterBase(CNorvaFileUtil* store, std::string outputFile, CWindow* owner);
     /// Not virtual: an exporter is never deleted through this base.
     ~CExporterBase();
 
@@ -37,14 +40,18 @@ protected:
     int isProfExported(int profile) const;
     int isChannelExported(int channel, int count, int const* channels) const;
 
-    /// Fills the dialog and runs it; false when it did not end with "Export". The exporter presets the dialog.
-    bool RunSelection(CExportSelectionDlg& dialog, ExportSelection& selection);
+    /// Fills the lists and runs the dialog, whose presets are the exporter's; false when it was cancelled. The
+    /// selected profiles are adjusted.
+    bool RunSelection(CExportSelectionDlg& dialog, std::vector<std::string> const& channelNames,
+                      ExportSelection& selection);
 
-    /// Deletes an older output file as far as its name is concerned: what would keep it from being deleted is shown
-    /// in the "Error" box, and the export goes on.
+    /// The step that deletes an older output file. The older file stays until the new one is complete; what would
+    /// keep it from being deleted is shown in the "Error" box, and the export goes on.
     void CheckOldFile();
-    /// Opens the file that is to take the output's place. False with the last error set.
+    /// Opens the file that is to take the output's place. False, without a message, with the last error set.
     bool OpenOutput();
+    /// False after a failure; FinishOutput() then says why.
+    bool Write(std::string_view bytes);
     /// Puts the finished file in its place: 1; else a message, 0, and the older file as it was.
     int FinishOutput();
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "norva/api.h"
+
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// One entry of the format list.
+struct ImportFormatInfo {
+    int code = 0;            ///< fixed number of the format
+    std::string label;       ///< as the "Import Formats" dialog shows it
+    std::string filter;      ///< of the "Import file" dialog
+    bool available = false;  ///< this version has an importer for it
+};
+
+/// What the format list offers at a level, in its order.
+NORVA_API std::vector<ImportFormatInfo> ListImportFormats(int level);
+
+/// The format that a file seems to be of.
+struct RecognizedFormat {
+    int code = 0;        ///< 0 when the file cannot be read, or is empty
+    std::string label;
+    std::string reason;  ///< what in the file says so, or why not
+};
+
+/// Looks at the first 64 KB of a file, then at its extension. Opens nothing else and shows nothing.
+NORVA_API RecognizedFormat RecognizeImportFormat(std::string const& path);
+
+}  // namespace norva
