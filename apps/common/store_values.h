@@ -1,0 +1,46 @@
+#pragma once
+
+#include "norva/converters.h"
+#include "norva/file_util.h"
+
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// Values of a store as the programs show them.
+class CValuePrinter {
+public:
+    explicit CValuePrinter(CNorvaFileUtil& store);
+
+    /// The title and the values of a column, right-aligned, as the channel's formats say; "*" for no-data.
+    void AppendTitle(std::string& out, int channel) const;
+    void AppendCell(std::string& out, int channel, int profile, long location);
+    /// The text of one value, "" when there is none. Lasts until the next call.
+    std::string const& CellText(int channel, int profile, long location);
+    /// A JSON value that reads back the same; no-data is null, an array is a list.
+    void AppendJson(std::string& out, int channel, int profile, long location);
+
+private:
+    struct Channel {
+        std::string title;
+        int dataType = 0;
+        int arraySize = 1;
+        int displayFormat = 0;
+        int decimals = 0;
+        int templateFormat = -1;
+        bool isArray = false;
+    };
+
+    void AppendElements(std::string& out, int channel, int profile, long location);
+
+    CNorvaFileUtil& m_store;
+    CNorvaDateTime m_dateTime;
+    CNorvaGeographic m_geographic;
+    std::vector<Channel> m_channels;
+    std::vector<double> m_elements;
+    std::string m_text;
+    std::string m_cell;
+};
+
+}  // namespace norva

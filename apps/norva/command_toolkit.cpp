@@ -1,0 +1,173 @@
+#include "norva/command_toolkit.h"
+
+#include "norva/command_error.h"
+
+#include <charconv>
+
+namespace norva {
+
+namespace {
+
+constexpr int kFileBar = 4055;  // of the progress window
+
+}  // namespace
+
+CControl const& CDialogHand::Control(ControlName const& name) const {
+    std::string why;
+    CControl const* const control = ResolveControl(m_dialog, name, why);
+    if (control == nullptr) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
+    return *control;
+}
+
+void CDialogHand::Do(ScriptAction const& action) {
+    std::vector<DialogEvent> events;
+    std::string why;
+    bool done = EventsOf(m_dialog, action, events, why);
+    for (std::size_t i = 0; done && i < events.size(); ++i) done = m_dialog.Perform(events[i], why);
+    if (!done) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
+}
+
+void CDialogHand::Click(ControlName const& control) {
+    ScriptAction action;
+    action.control = control;
+    Do(action);
+}
+
+void CDialogHand::Check(ControlName const& control, bool on) {
+    if (Control(control).checked != on) Click(control);
+}
+
+void CDialogHand::Set(ControlName const& control, std::string const& text) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::Set;
+    action.control = control;
+    action.value = text;
+    Do(action);
+}
+
+void CDialogHand::Choose(ControlName const& control, int index) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::Set;
+    action.control = control;
+    action.value = index;
+    Do(action);
+}
+
+void CDialogHand::SelectRow(ControlName const& control, int row) {
+    SelectRows(control, {row});
+}
+
+void CDialogHand::SelectRows(ControlName const& control, std::vector<int> const& rows) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::SelectRows;
+    action.control = control;
+    action.rows = rows;
+    Do(action);
+}
+
+void CDialogHand::SelectColumn(ControlName const& control, int column) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::SelectColumn;
+    action.control = control;
+    action.column = column;
+    Do(action);
+}
+
+void CDialogHand::DoubleClick(ControlName const& control, int row) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::DoubleClick;
+    action.control = control;
+    action.row = row;
+    Do(action);
+}
+
+void CDialogHand::EditCell(ControlName const& control, int row, int column, std::string const& text) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::EditCell;
+    action.control = control;
+    action.row = row;
+    action.column = column;
+    action.value = text;
+    Do(action);
+}
+
+void CDialogHand::Tick(ControlName const& control, int row, bool on) {
+    ScriptAction action;
+    action.kind = ScriptAction::Kind::Tick;
+    action.control = control;
+    action.row = row;
+    action.on = on;
+    Do(action);
+}
+
+int CCommandToolkit::RunModal(CDialog& dialog) {
+    dialog.Open();
+    auto const driver = m_drivers.find(dialog.TemplateNumber());
+    std::string why;
+    try {
+        CDialogHand hand(dialog);
+        if (dialog.IsEnded()) return dialog.Result();
+        if (driver != m_drivers.end()) {
+            driver->second(hand);
+        } else {
+            hand.Click(dialog.Template().defaultButton);
+        }
+        if (!dialog.IsEnded()) {
+            why = m_messages.empty() ? "the dialog \"" + dialog.Title() + "\" stays open" : m_messages.back();
+        }
+    } catch (CommandError const& error) {
+        why = error.what();
+    }
+    if (!why.empty() && m_failure.empty()) m_failure = why;
+    if (!dialog.IsEnded()) {
+        DialogEvent close;
+        close.kind = DialogEvent::Kind::Close;
+        dialog.Perform(close, why);
+    }
+    return dialog.Result();
+}
+
+MessageAnswer CCommandToolkit::ShowMessage(MessageRequest const& request) {
+    if (request.buttons == MessageButtons::YesNo) {
+        for (auto const& [part, yes] : m_questions) {
+            if (request.text.find(part) != std::string::npos) return yes ? MessageAnswer::Yes : MessageAnswer::No;
+        }
+    }
+    if (!WasInterrupted()) {
+        m_messages.push_back(request.text);
+        m_console.Complain(request.text);
+    }
+    return request.buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
+}
+
+bool CCommandToolkit::ChooseFileToOpen(FileRequest const& /*request*/, std::string& path) {
+    path = m_openPath;
+    return true;
+}
+
+bool CCommandToolkit::ChooseFileToSave(FileRequest const& request, std::string& path, std::string& extension) {
+    path = m_savePath;
+    extension = ReportedExtension(path, {}, request.filter);
+    return true;
+}
+
+void CCommandToolkit::WindowCreated(CModelessDialog& /*window*/) {}
+void CCommandToolkit::WindowTitled(CModelessDialog& /*window*/) {}
+void CCommandToolkit::WindowShown(CModelessDialog& /*window*/) {}
+void CCommandToolkit::WindowDestroyed(CModelessDialog& /*window*/) {}
+void CCommandToolkit::SetCursor(CursorShape /*shape*/) {}
+void CCommandToolkit::ShowHelp(std::string const& /*topic*/) {}
+
+void CCommandToolkit::WindowChanged(CModelessDialog& window, bool /*now*/) {
+    ThrowIfInterrupted();
+    if (CControl const* const bar = window.FindControl(kFileBar)) m_console.JobPercent(bar->position);
+}
+
+void CCommandToolkit::OwnerNotice(std::string_view /*first*/, std::string_view second) {
+    ThrowIfInterrupted();
+    int percent = 0;
+    std::from_chars(second.data(), second.data() + second.size(), percent);
+    m_console.JobPercent(percent);
+}
+
+}  // namespace norva

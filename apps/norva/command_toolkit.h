@@ -1,0 +1,81 @@
+#pragma once
+
+#include "norva/console.h"
+#include "norva/scripted_toolkit.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// What a command does to one dialog that is open: the acts of a person, refused as a person's would be.
+class CDialogHand {
+public:
+    explicit CDialogHand(CDialog& dialog) : m_dialog(dialog) {}
+
+    CDialog const& Dialog() const { return m_dialog; }
+    CControl const& Control(ControlName const& name) const;
+
+    void Click(ControlName const& control);
+    /// Sets a check box only when it stands otherwise.
+    void Check(ControlName const& control, bool on);
+    void Set(ControlName const& control, std::string const& text);
+    void Choose(ControlName const& control, int index);
+    void SelectRow(ControlName const& control, int row);
+    void SelectRows(ControlName const& control, std::vector<int> const& rows);
+    void SelectColumn(ControlName const& control, int column);
+    void DoubleClick(ControlName const& control, int row);
+    void EditCell(ControlName const& control, int row, int column, std::string const& text);
+    void Tick(ControlName const& control, int row, bool on);
+
+private:
+    void Do(ScriptAction const& action);
+
+    CDialog& m_dialog;
+};
+
+/// Answers the library's windows from the options of a command. What a driver cannot do cancels its dialog and
+/// becomes the command's error.
+class CCommandToolkit : public CToolkit {
+public:
+    using Driver = std::function<void(CDialogHand& hand)>;
+
+    explicit CCommandToolkit(CConsole& console) : m_console(console) {}
+
+    void OnDialog(int dialogTemplate, Driver driver) { m_drivers[dialogTemplate] = std::move(driver); }
+    void SetOpenPath(std::string path) { m_openPath = std::move(path); }
+    void SetSavePath(std::string path) { m_savePath = std::move(path); }
+    /// Answers the question that contains `part`; other questions are answered by Yes.
+    void OnQuestion(std::string part, bool yes) { m_questions[std::move(part)] = yes; }
+
+    /// Everything the library said, without the questions answered by OnQuestion.
+    std::vector<std::string> const& Messages() const { return m_messages; }
+    /// Why a dialog could not be answered; empty when all could.
+    std::string const& WhyFailed() const { return m_failure; }
+
+    int RunModal(CDialog& dialog) override;
+    MessageAnswer ShowMessage(MessageRequest const& request) override;
+    bool ChooseFileToOpen(FileRequest const& request, std::string& path) override;
+    bool ChooseFileToSave(FileRequest const& request, std::string& path, std::string& extension) override;
+    void WindowCreated(CModelessDialog& window) override;
+    void WindowTitled(CModelessDialog& window) override;
+    void WindowShown(CModelessDialog& window) override;
+    void WindowChanged(CModelessDialog& window, bool now) override;
+    void WindowDestroyed(CModelessDialog& window) override;
+    void OwnerNotice(std::string_view first, std::string_view second) override;
+    void SetCursor(CursorShape shape) override;
+    void ShowHelp(std::string const& topic) override;
+
+private:
+    CConsole& m_console;
+    std::map<int, Driver> m_drivers;
+    std::map<std::string, bool> m_questions;
+    std::string m_openPath;
+    std::string m_savePath;
+    std::vector<std::string> m_messages;
+    std::string m_failure;
+};
+
+}  // namespace norva

@@ -1,0 +1,86 @@
+#include "norva/console.h"
+
+#include "norva/command_error.h"
+
+#include <unistd.h>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+
+namespace norva {
+
+namespace {
+
+std::sig_atomic_t volatile g_interrupted = 0;
+
+void OnInterrupt(int /*signal*/) {
+    g_interrupted = 1;
+}
+
+constexpr int kBarWidth = 40;
+
+}  // namespace
+
+CConsole::CConsole(bool quiet) : m_quiet(quiet), m_terminal(isatty(STDERR_FILENO) == 1) {}
+
+void CConsole::Say(std::string_view text) {
+    if (m_quiet) return;
+    ClearBar();
+    std::cout << text << '\n' << std::flush;
+}
+
+void CConsole::Complain(std::string_view text) {
+    ClearBar();
+    std::cerr << "norva: " << text << '\n';
+}
+
+void CConsole::BeginJob(std::string title) {
+    m_job = std::move(title);
+    m_percent = -1;
+    if (m_quiet) return;
+    if (m_terminal) {
+        JobPercent(0);
+    } else {
+        std::cerr << m_job << '\n';
+    }
+}
+
+void CConsole::JobPercent(int percent) {
+    if (m_quiet || !m_terminal || m_job.empty() || percent == m_percent) return;
+    m_percent = percent;
+    int const filled = percent * kBarWidth / 100;
+    std::string bar(static_cast<std::size_t>(kBarWidth), ' ');
+    for (int i = 0; i < filled && i < kBarWidth; ++i) bar[static_cast<std::size_t>(i)] = '=';
+    std::fprintf(stderr, "\r%s [%s] %3d%%", m_job.c_str(), bar.c_str(), percent);
+    std::fflush(stderr);
+}
+
+void CConsole::EndJob() {
+    ClearBar();
+    m_job.clear();
+}
+
+void CConsole::ClearBar() {
+    if (m_percent < 0 || !m_terminal) return;
+    std::fprintf(stderr, "\r\033[K");
+    std::fflush(stderr);
+    m_percent = -1;
+}
+
+void CatchInterrupts() {
+    struct sigaction action {};
+    action.sa_handler = OnInterrupt;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);  // a second Ctrl-C ends the program at once
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+bool WasInterrupted() {
+    return g_interrupted != 0;
+}
+
+void ThrowIfInterrupted() {
+    if (WasInterrupted()) throw Interrupted{};
+}
+
+}  // namespace norva

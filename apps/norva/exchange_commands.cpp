@@ -1,0 +1,197 @@
+#include "command_error.h"
+#include "commands.h"
+#include "jobs.h"
+#include "norva/formats.h"
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+namespace norva {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The export options that "export" and "convert" share.
+void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelection) {
+    if (withSelection) {
+        command.add_option_function<std::string>(
+            "--lines", [&options](std::string const& names) { options.lines = SplitNames(names); },
+            "Lines to write, in this order: names or numbers from 0, separated by commas (default: all)");
+        command.add_option_function<std::string>(
+            "--channels", [&options](std::string const& names) { options.channels = SplitNames(names); },
+            "Channels to write, in this order: names or numbers from 0 (default: all)");
+    }
+    command.add_flag("--label-as-channel", options.labelAsChannel, "Write the line's name in a column of its own");
+    command.add_flag("--point-id", options.pointId, "Write a point number in a column of its own");
+    command.add_flag("--units,!--no-units", options.units, "Keep the units in the column titles (default)");
+}
+
+/// A folder for the temporary stores of a conversion, removed with what is in it.
+class CScratchFolder {
+public:
+    CScratchFolder() {
+        std::string name = (fs::temp_directory_path() / "norva-convert-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) throw CommandError(name + ": " + std::strerror(errno));
+        m_path = name;
+    }
+    CScratchFolder(CScratchFolder const&) = delete;
+    CScratchFolder& operator=(CScratchFolder const&) = delete;
+    ~CScratchFolder() {
+        std::error_code error;
+        fs::remove_all(m_path, error);
+    }
+    std::string StorePath(std::string const& input) const {
+        return (m_path / (fs::path(input).stem().string() + ".nvt")).string();
+    }
+
+private:
+    fs::path m_path;
+};
+
+struct ConvertJob {
+    std::vector<std::string> paths;
+    std::string extension = "xyz";
+    bool force = false;
+    bool quiet = false;
+    ImportOptions import;
+    ExportOptions output;
+};
+
+void ConvertOne(std::string const& input, std::string const& output, ConvertJob const& job,
+                CScratchFolder const& scratch, CConsole& console) {
+    RequireFree(output, job.force);
+    std::string const store = scratch.StorePath(input);
+    RunImport(input, store, job.import, console);
+    RunExport(store, output, job.output, console);
+    console.Say(output + ": " + StoreSummary(store));
+    std::error_code error;
+    fs::remove(store, error);
+}
+
+/// Goes on after a bad file and sums up at the end.
+int RunConvert(ConvertJob const& job) {
+    CConsole console(job.quiet);
+    std::vector<std::string> inputs = job.paths;
+    std::string const target = inputs.back();
+    inputs.pop_back();
+    bool const intoFolder = fs::is_directory(target) || inputs.size() > 1;
+    if (intoFolder && !fs::is_directory(target)) throw CommandError(target + ": is no folder", kExitUsage);
+
+    CScratchFolder const scratch;
+    std::vector<std::string> failed;
+    for (std::string const& input : inputs) {
+        std::string const output =
+            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension : target;
+        try {
+            ConvertOne(input, output, job, scratch, console);
+        } catch (CommandError const& error) {
+            if (!intoFolder || error.Status() == kExitUsage) throw;
+            console.Complain(error.what());
+            failed.push_back(input);
+        }
+    }
+    if (intoFolder) {
+        std::string summary =
+            std::to_string(inputs.size() - failed.size()) + " of " + std::to_string(inputs.size()) + " files converted";
+        for (std::string const& input : failed) summary += "\n  failed: " + input;
+        console.Say(summary);
+    }
+    return failed.empty() ? kExitDone : kExitFailed;
+}
+
+}  // namespace
+
+void AddFormatsCommand(CCommands& commands) {
+    auto const json = std::make_shared<bool>(false);
+    CLI::App& command = commands.Add("formats", "List the formats that can be read", "norva formats", [json] {
+        nlohmann::ordered_json list = nlohmann::ordered_json::array();
+        for (ImportFormatInfo const& format : ListImportFormats(1)) {
+            if (*json) {
+                list.push_back({{"code", format.code},
+                                {"label", format.label},
+                                {"filter", format.filter},
+                                {"available", format.available}});
+            } else {
+                std::cout << std::left << std::setw(28) << format.label
+                          << format.filter.substr(0, format.filter.find('|'))
+                          << (format.available ? "" : "  (not in this version)") << "\n";
+            }
+        }
+        if (*json) std::cout << list.dump() << "\n";
+        return kExitDone;
+    });
+    command.add_flag("--json", *json, "Print JSON");
+}
+
+void AddImportCommand(CCommands& commands) {
+    struct Job {
+        std::string input;
+        std::string store;
+        bool force = false;
+        bool quiet = false;
+        ImportOptions options;
+    };
+    auto const job = std::make_shared<Job>();
+    CLI::App& command = commands.Add(
+        "import", "Import a file into a new store",
+        "norva import survey.csv -o survey.nvt --header-line 1 --label-column Line --column Mag:type=double,units=nT",
+        [job] {
+            CConsole console(job->quiet);
+            if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
+            RequireFree(job->store, job->force);
+            RunImport(job->input, job->store, job->options, console);
+            console.Say(job->store + ": " + StoreSummary(job->store));
+            return kExitDone;
+        });
+    command.add_option("INPUT", job->input, "File to import")->required();
+    command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
+    command.add_flag("--force", job->force, "Replace an existing store");
+    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    AddImportOptions(command, job->options);
+}
+
+void AddExportCommand(CCommands& commands) {
+    struct Job {
+        std::string store;
+        std::string output;
+        bool force = false;
+        bool quiet = false;
+        ExportOptions options;
+    };
+    auto const job = std::make_shared<Job>();
+    CLI::App& command = commands.Add(
+        "export", "Write a store in another format; the extension of OUTPUT names it (xyz, txt, xls, gbn, nvt)",
+        "norva export survey.nvt survey.xyz --lines 1000,1010 --channels X,Y,Mag --no-units", [job] {
+            CConsole console(job->quiet);
+            RequireFree(job->output, job->force);
+            RunExport(job->store, job->output, job->options, console);
+            console.Say(job->output + ": written");
+            return kExitDone;
+        });
+    command.add_option("STORE", job->store, "Store to read")->required();
+    command.add_option("OUTPUT", job->output, "File to write")->required();
+    command.add_flag("--force", job->force, "Replace an existing file");
+    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    AddExportOptions(command, job->options, true);
+}
+
+void AddConvertCommand(CCommands& commands) {
+    auto const job = std::make_shared<ConvertJob>();
+    CLI::App& command =
+        commands.Add("convert", "Import files and write them out in another format, without keeping the store",
+                     "norva convert survey.csv survey.xyz\n  norva convert *.gpx folder --to xyz",
+                     [job] { return RunConvert(*job); });
+    command.add_option("PATHS", job->paths, "INPUT OUTPUT, or INPUT... FOLDER")->required()->expected(2, -1);
+    command.add_option("--to", job->extension, "Extension of the files made in a folder (default: xyz)");
+    command.add_flag("--force", job->force, "Replace existing files");
+    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    AddImportOptions(command, job->import);
+    AddExportOptions(command, job->output, false);
+}
+
+}  // namespace norva

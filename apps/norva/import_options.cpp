@@ -1,0 +1,189 @@
+#include "import_options.h"
+
+#include <array>
+#include <charconv>
+
+namespace norva {
+
+namespace {
+
+constexpr std::array<std::string_view, 9> kColumnTypes = {"text", "float", "double",     "short", "long",
+                                                          "date", "time",  "geographic", "skip"};
+constexpr std::array<std::string_view, 4> kRecordFormats = {"int32", "int16", "double", "float"};
+
+template <std::size_t N>
+std::string ListOf(std::array<std::string_view, N> const& names) {
+    std::string text;
+    for (std::string_view const name : names) text += (text.empty() ? "" : ", ") + std::string(name);
+    return text;
+}
+
+template <std::size_t N>
+void RequireOneOf(std::string const& option, std::string const& value, std::array<std::string_view, N> const& names) {
+    for (std::string_view const name : names) {
+        if (value == name) return;
+    }
+    throw CLI::ValidationError(option, "'" + value + "' is none of " + ListOf(names));
+}
+
+int WholeNumber(std::string const& option, std::string const& value) {
+    int number = 0;
+    auto const [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    if (error != std::errc{} || end != value.data() + value.size() || number < 1) {
+        throw CLI::ValidationError(option, "'" + value + "' is not a whole number above 0");
+    }
+    return number;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitNames(std::string const& text) {
+    std::vector<std::string> names(1);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == ',') {
+            names.back() += text[++i];
+        } else if (text[i] == ',') {
+            names.emplace_back();
+        } else {
+            names.back() += text[i];
+        }
+    }
+    return names;
+}
+
+ColumnOption ParseColumnOption(std::string const& text) {
+    std::size_t const colon = text.find(':');
+    if (colon == 0 || colon == std::string::npos) {
+        throw CLI::ValidationError("--column", "'" + text + "' is not C:key=value,...");
+    }
+    ColumnOption option;
+    option.column = text.substr(0, colon);
+    for (std::string const& setting : SplitNames(text.substr(colon + 1))) {
+        std::size_t const equals = setting.find('=');
+        std::string const key = setting.substr(0, equals);
+        std::string const value = equals == std::string::npos ? "" : setting.substr(equals + 1);
+        if (key == "type") {
+            RequireOneOf("--column type", value, kColumnTypes);
+            option.type = value;
+        } else if (key == "name") {
+            option.name = value;
+        } else if (key == "units") {
+            option.units = value;
+        } else if (key == "template") {
+            option.dateTemplate = value;
+        } else if (key == "width") {
+            option.width = WholeNumber("--column width", value);
+        } else {
+            throw CLI::ValidationError("--column", "'" + key + "' is none of type, name, units, template, width");
+        }
+    }
+    return option;
+}
+
+std::vector<RecordField> ParseRecordOption(std::string const& text) {
+    std::vector<RecordField> fields;
+    for (std::string const& part : SplitNames(text)) {
+        RecordField field;
+        std::size_t const colon = part.find(':');
+        if (colon == 0 || colon == std::string::npos) {
+            throw CLI::ValidationError("--record", "'" + part + "' is not NAME:FORMAT[>STORED][:UNITS]");
+        }
+        field.name = part.substr(0, colon);
+        std::string formats = part.substr(colon + 1);
+        if (std::size_t const units = formats.find(':'); units != std::string::npos) {
+            field.units = formats.substr(units + 1);
+            formats.resize(units);
+        }
+        std::size_t const arrow = formats.find('>');
+        field.readFormat = formats.substr(0, arrow);
+        RequireOneOf("--record", field.readFormat, kRecordFormats);
+        if (arrow != std::string::npos) {
+            field.writeFormat = formats.substr(arrow + 1);
+            RequireOneOf("--record", field.writeFormat, kRecordFormats);
+        }
+        fields.push_back(std::move(field));
+    }
+    return fields;
+}
+
+void AddImportOptions(CLI::App& command, ImportOptions& options) {
+    command.add_option("--format", options.format,
+                       "Format as 'norva formats' names it (default: recognised from the file)");
+
+    std::string const text = "Column text";
+    command.add_option("--skip", options.skip, "Rows to skip at the top (non-empty lines)")
+        ->check(CLI::NonNegativeNumber)
+        ->group(text);
+    command
+        .add_option("--header-line", options.headerLine,
+                    "Name the columns from this line (1 is the file's first non-empty line)")
+        ->check(CLI::PositiveNumber)
+        ->group(text);
+    command
+        .add_option("--label-column", options.labelColumn,
+                    "Column (1-based number or name) whose changes start a new line")
+        ->group(text);
+    command
+        .add_option("--delimiters", options.delimiters,
+                    "Characters that separate the names of the header line, e.g. ';' or ',\\t'")
+        ->group(text);
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--column",
+            [&options](std::vector<std::string> const& texts) {
+                for (std::string const& one : texts) options.columns.push_back(ParseColumnOption(one));
+            },
+            "C:type=double,name=Mag,units=nT with C a 1-based number or a name; type: " + ListOf(kColumnTypes) +
+                "; also template=DD/MM/YYYY and width=8 (repeatable)")
+        ->expected(1)
+        ->take_all()
+        ->group(text);
+
+    std::string const gbn = "GBN";
+    command
+        .add_option_function<std::string>(
+            "--lines", [&options](std::string const& names) { options.keepLines = SplitNames(names); },
+            "Lines to keep, names separated by commas")
+        ->group(gbn);
+    command
+        .add_option_function<std::string>(
+            "--channels", [&options](std::string const& names) { options.keepChannels = SplitNames(names); },
+            "Channels to keep, names separated by commas")
+        ->group(gbn);
+
+    std::string const binary = "Fixed binary records";
+    command
+        .add_option_function<std::string>(
+            "--record", [&options](std::string const& layout) { options.record = ParseRecordOption(layout); },
+            "Layout: \"X:double,Mag:float>double:nT\" (name, read format, stored format, units); formats: " +
+                ListOf(kRecordFormats))
+        ->group(binary);
+    command.add_option("--points-per-line", options.pointsPerLine, "Records of one line (default: all)")
+        ->check(CLI::PositiveNumber)
+        ->group(binary);
+    command.add_option("--records", options.records, "Records to import (default: all)")
+        ->check(CLI::PositiveNumber)
+        ->group(binary);
+    command.add_flag("!--no-fiducial", options.fiducial, "Leave the fiducial channel out (also GBN)")->group(binary);
+    command.add_option("--frequency", options.frequency, "Sampling frequency of the fiducial channel in Hz")
+        ->check(CLI::PositiveNumber)
+        ->group(binary);
+
+    std::string const dumps = "Instrument dumps";
+    command
+        .add_option_function<std::string>(
+            "--columns", [&options](std::string const& names) { options.dumpColumns = SplitNames(names); },
+            "CG3: columns to import, titles separated by commas")
+        ->group(dumps);
+    command.add_option("--date-format", options.dateFormat, "CG3: date format, e.g. YY/MM/DD")->group(dumps);
+    command.add_option("--time-format", options.timeFormat, "CG3: time format, e.g. HH:MM:SS")->group(dumps);
+    command.add_flag("--sort,!--no-sort", options.sortByTime, "CG3: sort by the time channel (default)")->group(dumps);
+    command
+        .add_option_function<std::string>(
+            "--interpolated", [&options](std::string const& answer) { options.interpolated = answer == "yes"; },
+            "SeaSPY: import interpolated coordinates")
+        ->check(CLI::IsMember({"yes", "no"}))
+        ->group(dumps);
+}
+
+}  // namespace norva

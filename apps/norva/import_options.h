@@ -1,0 +1,64 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace norva {
+
+/// One `--column` of the command line: `C:key=value,...`.
+struct ColumnOption {
+    std::string column;  ///< 1-based number or name
+    std::string type;    ///< empty: as guessed
+    std::optional<std::string> name{};
+    std::optional<std::string> units{};
+    std::optional<std::string> dateTemplate{};  ///< text or code of a date or time template
+    std::optional<int> width{};                 ///< characters of a text
+};
+
+/// One field of `--record`: `NAME:READ[>WRITE][:UNITS]`.
+struct RecordField {
+    std::string name;
+    std::string readFormat;
+    std::string writeFormat;  ///< empty: the kind that goes with the read format
+    std::string units;
+};
+
+/// What a person could set in the import dialogs.
+struct ImportOptions {
+    std::string format;  ///< label in the format list; empty: recognised
+    // Column text.
+    std::optional<int> skip{};
+    std::optional<int> headerLine{};
+    std::string labelColumn;
+    std::string delimiters;
+    std::vector<ColumnOption> columns;
+    // GBN and CG3.
+    std::vector<std::string> keepLines;
+    std::vector<std::string> keepChannels;
+    std::vector<std::string> dumpColumns;
+    std::string dateFormat;
+    std::string timeFormat;
+    std::optional<bool> sortByTime{};
+    // Fixed binary records.
+    std::vector<RecordField> record;
+    std::optional<long> pointsPerLine{};
+    std::optional<long> records{};
+    bool fiducial = true;
+    std::optional<int> frequency{};
+    // SeaSPY.
+    std::optional<bool> interpolated{};
+};
+
+/// Declares the import options on a subcommand. `options` must outlive the parse.
+void AddImportOptions(CLI::App& command, ImportOptions& options);
+
+/// Both throw CLI::ValidationError with a text that says what is wrong.
+ColumnOption ParseColumnOption(std::string const& text);
+std::vector<RecordField> ParseRecordOption(std::string const& text);
+/// Splits at commas; a comma in a name is written as "\,".
+std::vector<std::string> SplitNames(std::string const& text);
+
+}  // namespace norva

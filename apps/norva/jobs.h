@@ -1,0 +1,23 @@
+#pragma once
+
+#include "console.h"
+#include "dialog_drivers.h"
+#include "import_options.h"
+
+#include <string>
+
+namespace norva {
+
+/// Imports `input` into a new store through the library's own dialogs; throws CommandError.
+void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console);
+
+/// Exports the store file to `output`, whose extension names the type; throws CommandError.
+void RunExport(std::string const& store, std::string const& output, ExportOptions const& options, CConsole& console);
+
+/// "5 lines, 10 channels, 296 locations" of a store file.
+std::string StoreSummary(std::string const& store);
+
+/// Throws CommandError when `path` exists and may not be replaced, or is a folder.
+void RequireFree(std::string const& path, bool force);
+
+}  // namespace norva

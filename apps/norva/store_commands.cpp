@@ -1,0 +1,277 @@
+#include "command_error.h"
+#include "commands.h"
+#include "common/store_values.h"
+#include "dialog_drivers.h"
+#include "norva/file_util.h"
+#include "norva/import_export.h"
+
+#include <nlohmann/json.hpp>
+
+#include <charconv>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+namespace norva {
+
+namespace {
+
+void Open(CNorvaFileUtil& store, std::string const& path) {
+    if (store.SetFileName(path, kReopenStore, nullptr) == 0) throw CommandError(path + ": " + GetLastErrorText());
+}
+
+struct LineInfo {
+    std::string name;
+    long locations = 0;
+    int flag = 0;
+};
+
+LineInfo LineOf(CNorvaFileUtil& store, int profile) {
+    LineInfo line;
+    store.GetProfileInfo(profile, line.name, line.locations, line.flag);
+    return line;
+}
+
+std::vector<std::string> LineNames(CNorvaFileUtil& store) {
+    std::vector<std::string> names;
+    for (int profile = 0; profile < store.ProfileCount; ++profile) names.push_back(LineOf(store, profile).name);
+    return names;
+}
+
+std::vector<std::string> ChannelNames(CNorvaFileUtil& store) {
+    std::vector<std::string> names;
+    for (int n = 0; n < store.ChannelCount; ++n) names.push_back(store.GetChannelName(store.GetFileChanIndex(n)));
+    return names;
+}
+
+/// Positions of the wanted names, all of them when none is wanted.
+std::vector<int> Chosen(std::vector<std::string> const& names, std::vector<std::string> const& wanted,
+                        std::string const& what) {
+    std::vector<int> chosen;
+    if (wanted.empty()) {
+        for (std::size_t i = 0; i < names.size(); ++i) chosen.push_back(static_cast<int>(i));
+    }
+    for (std::string const& name : wanted) chosen.push_back(FindNamed(names, name, 0, what));
+    return chosen;
+}
+
+nlohmann::ordered_json InfoJson(CNorvaFileUtil& store) {
+    nlohmann::ordered_json lines = nlohmann::ordered_json::array();
+    for (int profile = 0; profile < store.ProfileCount; ++profile) {
+        LineInfo const line = LineOf(store, profile);
+        lines.push_back({{"name", line.name},
+                         {"locations", line.locations},
+                         {"deleted", line.locations - store.GetProfileLocationNum(profile, 1)},
+                         {"flag", line.flag}});
+    }
+    nlohmann::ordered_json channels = nlohmann::ordered_json::array();
+    for (int n = 0; n < store.ChannelCount; ++n) {
+        int const index = store.GetFileChanIndex(n);
+        channels.push_back({{"name", store.GetChannelName(index)},
+                            {"units", store.GetChannelUnits(index)},
+                            {"data_type", store.GetChannelDataType(index)},
+                            {"record_type", store.GetChannelRecordType(index)},
+                            {"array_size", store.GetChannelArraySize(index)},
+                            {"display_format", store.GetChannelDisplayFormat(index)},
+                            {"decimals", store.GetChannelNumDecPlaces(index)},
+                            {"template", store.GetChannelTemplateFormat(index)}});
+    }
+    return {{"lines", std::move(lines)}, {"channels", std::move(channels)}};
+}
+
+char const* TypeName(int dataType) {
+    switch (dataType) {
+        case DataType::kFloat:
+            return "float";
+        case DataType::kDouble:
+            return "double";
+        case DataType::kInt:
+        case DataType::kLong:
+            return "long";
+        case DataType::kText:
+            return "text";
+        case DataType::kShort:
+            return "short";
+        default:
+            return "unknown";
+    }
+}
+
+void PrintInfo(CNorvaFileUtil& store) {
+    std::cout << store.ProfileCount << " lines\n";
+    for (int profile = 0; profile < store.ProfileCount; ++profile) {
+        LineInfo const line = LineOf(store, profile);
+        long const deleted = line.locations - store.GetProfileLocationNum(profile, 1);
+        std::cout << "  " << std::left << std::setw(20) << line.name << std::right << std::setw(12) << line.locations
+                  << " locations";
+        if (deleted > 0) std::cout << ", " << deleted << " deleted";
+        if (line.flag != 0) std::cout << ", hidden (flag " << line.flag << ")";
+        std::cout << "\n";
+    }
+    std::cout << store.ChannelCount << " channels\n";
+    for (int n = 0; n < store.ChannelCount; ++n) {
+        int const index = store.GetFileChanIndex(n);
+        std::string type = TypeName(store.GetChannelDataType(index));
+        switch (store.GetChannelDisplayFormat(index)) {
+            case DisplayFormat::kTime:
+                type += ", time";
+                break;
+            case DisplayFormat::kDate:
+                type += ", date";
+                break;
+            case DisplayFormat::kGeographic:
+                type += ", geographic";
+                break;
+            default:
+                break;
+        }
+        int const size = store.GetChannelArraySize(index);
+        if (store.GetChannelDataType(index) == DataType::kText) {
+            type += " of " + std::to_string(size) + " characters";
+        } else if (size > 1) {
+            type += ", array of " + std::to_string(size);
+        }
+        std::cout << "  " << std::left << std::setw(20) << store.GetChannelFullName(index) << "  " << type << "\n";
+    }
+}
+
+struct ShowJob {
+    std::string store;
+    bool json = false;
+    std::vector<std::string> lines;
+    std::vector<std::string> channels;
+};
+
+int RunShow(ShowJob const& job) {
+    CNorvaFileUtil store;
+    Open(store, job.store);
+    std::vector<int> const lines = Chosen(LineNames(store), job.lines, "line");
+    std::vector<int> channels = Chosen(ChannelNames(store), job.channels, "channel");
+    for (int& channel : channels) channel = store.GetFileChanIndex(channel);
+
+    CValuePrinter printer(store);
+    std::string out;
+    if (!job.json) {
+        for (int const channel : channels) printer.AppendTitle(out, channel);
+        out += '\n';
+    }
+    for (int const line : lines) {
+        LineInfo const info = LineOf(store, line);
+        if (!job.json) out += "LINE " + info.name + '\n';
+        for (long location = 0; location < info.locations; ++location) {
+            bool const deleted = store.IsLocMarkedToDelete(line, location) != 0;
+            if (job.json) {
+                out += "{\"line\": " + std::to_string(line) + ", \"location\": " + std::to_string(location) +
+                       ", \"deleted\": " + (deleted ? "true" : "false") + ", \"values\": [";
+                for (std::size_t i = 0; i < channels.size(); ++i) {
+                    if (i > 0) out += ", ";
+                    printer.AppendJson(out, channels[i], line, location);
+                }
+                out += "]}\n";
+            } else {
+                for (int const channel : channels) printer.AppendCell(out, channel, line, location);
+                out += deleted ? "  (deleted)\n" : "\n";
+            }
+            if (out.size() > 64 * 1024) {
+                std::cout.write(out.data(), static_cast<std::streamsize>(out.size()));
+                out.clear();
+            }
+        }
+    }
+    std::cout.write(out.data(), static_cast<std::streamsize>(out.size()));
+    std::cout.flush();
+    return std::cout ? kExitDone : kExitFailed;
+}
+
+struct MarkJob {
+    std::string store;
+    std::string line;
+    std::string rows;
+    bool remove = false;
+    bool restore = false;
+    std::optional<int> flag{};
+};
+
+long RowNumber(std::string_view text, long count) {
+    long row = -1;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), row);
+    if (error != std::errc{} || end != text.data() + text.size() || row < 0) {
+        throw CommandError("--rows: '" + std::string(text) + "' is not a row number", kExitUsage);
+    }
+    if (row >= count) {
+        throw CommandError("--rows: there is no row " + std::to_string(row) + ", the line has " +
+                           std::to_string(count) + " (counted from 0)");
+    }
+    return row;
+}
+
+int RunMark(MarkJob const& job) {
+    CNorvaFileUtil store;
+    Open(store, job.store);
+    int const line = FindNamed(LineNames(store), job.line, 0, "line");
+    if (job.rows.empty() && !job.flag) throw CommandError("mark needs --rows or --flag", kExitUsage);
+    if (!job.rows.empty()) {
+        if (job.remove == job.restore) throw CommandError("--rows needs --delete or --restore", kExitUsage);
+        long const count = LineOf(store, line).locations;
+        for (std::string const& range : SplitNames(job.rows)) {
+            std::size_t const dash = range.find('-');
+            long const first = RowNumber(std::string_view(range).substr(0, dash), count);
+            long const last =
+                dash == std::string::npos ? first : RowNumber(std::string_view(range).substr(dash + 1), count);
+            if (last < first) throw CommandError("--rows: '" + range + "' runs backwards", kExitUsage);
+            for (long row = first; row <= last; ++row) store.MarkLocToDelete(line, row, job.remove ? 1 : 0);
+        }
+    }
+    if (job.flag) store.SetProfileFlag(line, *job.flag);
+    if (store.CloseCurFile() == 0) throw CommandError(job.store + ": " + GetLastErrorText());
+    return kExitDone;
+}
+
+}  // namespace
+
+void AddInfoCommand(CCommands& commands) {
+    auto const path = std::make_shared<std::string>();
+    auto const json = std::make_shared<bool>(false);
+    CLI::App& command = commands.Add("info", "Say what is in a store", "norva info survey.nvt --json", [path, json] {
+        CNorvaFileUtil store;
+        Open(store, *path);
+        if (*json) {
+            std::cout << InfoJson(store).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+        } else {
+            PrintInfo(store);
+        }
+        return kExitDone;
+    });
+    command.add_option("STORE", *path, "Store to look at")->required();
+    command.add_flag("--json", *json, "Print JSON");
+}
+
+void AddShowCommand(CCommands& commands) {
+    auto const job = std::make_shared<ShowJob>();
+    CLI::App& command =
+        commands.Add("show", "Print the values of a store",
+                     "norva show survey.nvt --line 1000 --channel Mag --channel Time", [job] { return RunShow(*job); });
+    command.add_option("STORE", job->store, "Store to look at")->required();
+    command.add_flag("--json", job->json, "Print one JSON object a location");
+    command.add_option("--line", job->lines, "Name or number (from 0) of a line (repeatable; default: all)")
+        ->expected(1)
+        ->take_all();
+    command.add_option("--channel", job->channels, "Name or number (from 0) of a channel (repeatable)")
+        ->expected(1)
+        ->take_all();
+}
+
+void AddMarkCommand(CCommands& commands) {
+    auto const job = std::make_shared<MarkJob>();
+    CLI::App& command =
+        commands.Add("mark", "Mark locations as deleted or not, set a line's flag",
+                     "norva mark survey.nvt --line 1000 --rows 0,3-5 --delete", [job] { return RunMark(*job); });
+    command.add_option("STORE", job->store, "Store to change")->required();
+    command.add_option("--line", job->line, "Name or number (from 0) of the line")->required();
+    command.add_option("--rows", job->rows, "Locations, counted from 0: 0,3-5");
+    command.add_flag("--delete", job->remove, "Mark them as deleted");
+    command.add_flag("--restore", job->restore, "Take the marks away");
+    command.add_option("--flag", job->flag, "Flag of the line (0: shown)");
+}
+
+}  // namespace norva

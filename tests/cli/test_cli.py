@@ -1,0 +1,200 @@
+#!/usr/bin/env python3
+"""Drives the program norva as a person would: test_cli.py NORVA SAMPLES."""
+
+import json
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+NORVA, SAMPLES = sys.argv[1], Path(sys.argv[2]).resolve()
+XYZ, CSV = SAMPLES / "survey.xyz", SAMPLES / "survey.csv"
+
+
+class Case(unittest.TestCase):
+    def setUp(self):
+        self.scratch = tempfile.TemporaryDirectory()
+        self.folder = Path(self.scratch.name)
+
+    def tearDown(self):
+        self.scratch.cleanup()
+
+    def norva(self, *arguments, status=0):
+        done = subprocess.run([NORVA, *map(str, arguments)], cwd=self.folder, capture_output=True, text=True,
+                              stdin=subprocess.DEVNULL)
+        self.assertEqual(done.returncode, status, f"{arguments}\n{done.stdout}{done.stderr}")
+        return done
+
+    def json_lines(self, *arguments):
+        return [json.loads(line) for line in self.norva(*arguments).stdout.splitlines()]
+
+    def import_xyz(self, *options):
+        self.norva("import", XYZ, "-o", "s.nvt", "--header-line", 2, "--quiet", *options)
+
+
+class Import(Case):
+    def test_columns_are_named_typed_and_counted(self):
+        self.import_xyz("--column", "Mag:type=double,name=Field,units=nanotesla", "--column", "9:type=skip",
+                        "--column", "Date:type=date,template=YYYY/MM/DD", "--column", "Remark:type=text,width=4")
+        info = json.loads(self.norva("info", "s.nvt", "--json").stdout)
+        self.assertEqual([line["name"] for line in info["lines"]], ["1000", "1010", "1020", "1030", "1040"])
+        self.assertEqual(sum(line["locations"] for line in info["lines"]), 296)
+        channels = {channel["name"]: channel for channel in info["channels"]}
+        self.assertEqual(list(channels), ["X", "Y", "Lat", "Lon", "Date", "Time", "Field", "Alt", "Remark"])
+        self.assertEqual((channels["Field"]["units"], channels["Field"]["data_type"]), ("nanotesla", 1))
+        self.assertEqual((channels["Date"]["display_format"], channels["Date"]["template"]), (3, 0))
+        self.assertEqual(channels["Remark"]["array_size"], 4)
+
+    def test_csv_with_a_label_column_gives_the_same_values(self):
+        self.import_xyz()
+        self.norva("import", CSV, "-o", "c.nvt", "--header-line", 1, "--label-column", "Line", "--quiet")
+        lines = json.loads(self.norva("info", "c.nvt", "--json").stdout)["lines"]
+        self.assertEqual([line["name"] for line in lines], ["L1000", "L1010", "L1020", "L1030", "L1040"])
+        for name in ("X", "Lat", "Time", "Mag", "Remark"):
+            values = [[row["values"] for row in self.json_lines("show", store, "--json", "--channel", name)]
+                      for store in ("s.nvt", "c.nvt")]
+            self.assertEqual(values[0], values[1], name)
+
+    def test_refusals_name_what_and_why_and_leave_nothing(self):
+        (self.folder / "empty.xyz").touch()
+        (self.folder / "old.nvt").write_text("old")
+        (self.folder / "utf16.csv").write_bytes("Line,X\r\nL1,2\r\n".encode("utf-16"))
+        cases = [
+            (["missing.xyz", "-o", "n.nvt"], 1, "missing.xyz"),
+            (["empty.xyz", "-o", "n.nvt"], 1, "empty"),
+            ([str(self.folder), "-o", "n.nvt"], 1, "directory"),
+            ([XYZ, "-o", "old.nvt"], 1, "--force"),
+            ([XYZ, "-o", "no/such/folder/n.nvt"], 1, "No such file"),
+            ([XYZ, "-o", "n.nvt", "--column", "Depth:type=double"], 1, "Depth"),
+            ([XYZ, "-o", "n.nvt", "--format", "No Such"], 1, "No Such"),
+            ([XYZ, "-o", "n.nvt", "--header-line", "1"], 1, "Selected Header line is not appropriate"),
+            (["utf16.csv", "-o", "n.nvt", "--format", "ASCII CSV"], 1, "UTF-16"),
+            ([XYZ, "-o", "n.nvt", "--column", "Mag:type=integer"], 2, "integer"),
+            ([XYZ, "--nonsense"], 2, "nonsense"),
+        ]
+        before = sorted(self.folder.iterdir())
+        for arguments, status, part in cases:
+            with self.subTest(arguments=arguments):
+                done = self.norva("import", *arguments, status=status)
+                self.assertIn(part, done.stderr)
+                self.assertEqual(sorted(self.folder.iterdir()), before)
+        self.assertEqual((self.folder / "old.nvt").read_text(), "old")
+
+    def test_interrupt_leaves_nothing(self):
+        with open(self.folder / "big.xyz", "w") as out:
+            for i in range(600_000):
+                out.write(f"{i} {i * 0.5} {i * 0.25} {i % 97} 1.25 2.5\n")
+        process = subprocess.Popen([NORVA, "import", "big.xyz", "-o", "big.nvt"], cwd=self.folder,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(0.05)
+        process.send_signal(signal.SIGINT)
+        status = process.wait(60)
+        left = sorted(path.name for path in self.folder.iterdir())
+        if status == 0:  # the machine was faster than the signal
+            self.assertEqual(left, ["big.nvt", "big.xyz"])
+        else:
+            self.assertEqual(left, ["big.xyz"])
+
+
+class Export(Case):
+    def test_selection_order_and_options(self):
+        self.import_xyz()
+        self.norva("export", "s.nvt", "out.xyz", "--lines", "1020,1000", "--channels", "Mag,X", "--no-units",
+                   "--label-as-channel", "--point-id")
+        rows = (self.folder / "out.xyz").read_bytes().decode().split("\r\n")
+        self.assertEqual(rows[0].split(), ["/", "LINE", "POINT_ID", "Mag", "X"])
+        self.assertEqual(rows[1].split()[:2], ["1020", "1_1"])
+        self.assertEqual(len(rows), 1 + 56 + 60 + 1)
+
+    def test_refusals(self):
+        self.import_xyz()
+        original = (self.folder / "s.nvt").read_bytes()
+        (self.folder / "old.xyz").write_text("old")
+        cases = [
+            (["s.nvt", "old.xyz"], 1, "--force"),
+            (["s.nvt", "out.prn"], 1, "prn"),
+            (["s.nvt", "out.xyz", "--lines", "77"], 1, "77"),
+            (["missing.nvt", "out.xyz"], 1, "missing.nvt"),
+            (["old.xyz", "out.xyz"], 1, "old.xyz"),
+            (["s.nvt", "/dev/full"], 1, ""),
+        ]
+        for arguments, status, part in cases:
+            with self.subTest(arguments=arguments):
+                self.assertIn(part, self.norva("export", *arguments, status=status).stderr)
+        os.link(self.folder / "s.nvt", self.folder / "same.xyz")
+        self.norva("export", "s.nvt", "same.xyz", "--force", status=1)
+        self.assertEqual((self.folder / "s.nvt").read_bytes(), original)
+        self.assertEqual((self.folder / "old.xyz").read_text(), "old")
+
+    def test_convert_goes_on_after_a_bad_file(self):
+        (self.folder / "out").mkdir()
+        (self.folder / "bad.xyz").touch()
+        done = self.norva("convert", XYZ, "bad.xyz", CSV, "out", "--to", "txt", "--force", status=1)
+        self.assertIn("2 of 3", done.stdout)
+        self.assertIn("bad.xyz", done.stdout)
+        self.assertEqual([path.name for path in (self.folder / "out").iterdir()], ["survey.txt"])
+
+
+class Store(Case):
+    def test_marks_hide_rows_from_exports_and_can_be_taken_back(self):
+        self.import_xyz()
+        self.norva("mark", "s.nvt", "--line", "1000", "--rows", "0,3-5", "--delete")
+        self.norva("mark", "s.nvt", "--line", "1", "--flag", "1")
+        lines = json.loads(self.norva("info", "s.nvt", "--json").stdout)["lines"]
+        self.assertEqual([(line["deleted"], line["flag"]) for line in lines[:2]], [(4, 0), (0, 1)])
+        deleted = [row["location"] for row in self.json_lines("show", "s.nvt", "--json", "--line", "1000")
+                   if row["deleted"]]
+        self.assertEqual(deleted, [0, 3, 4, 5])
+        self.norva("export", "s.nvt", "out.xyz")
+        text = (self.folder / "out.xyz").read_text()
+        self.assertEqual(text.count("\n"), 1 + 4 + 296 - 4 - 60)
+        self.norva("mark", "s.nvt", "--line", "1000", "--rows", "3-5", "--restore")
+        lines = json.loads(self.norva("info", "s.nvt", "--json").stdout)["lines"]
+        self.assertEqual(lines[0]["deleted"], 1)
+        self.norva("mark", "s.nvt", "--line", "1000", "--rows", "60", "--delete", status=1)
+
+    def test_no_data_is_null(self):
+        self.import_xyz()
+        values = [row["values"][0] for row in self.json_lines("show", "s.nvt", "--json", "--channel", "Mag")]
+        missing = sum(1 for line in XYZ.read_text().splitlines() if line.split()[6:7] == ["*"])
+        self.assertEqual(values.count(None), missing)
+        self.assertEqual(values[0], 54209.88)
+
+
+class Play(Case):
+    SCRIPT = {
+        "operation": "import",
+        "answers": [
+            {"dialog": 4063, "do": [{"select": "Formats", "row": 0}, {"click": 1}]},
+            {"open": "{input}"},
+            {"save": "out.nvt"},
+            {"dialog": 4003, "do": [{"click": 1}]},
+        ],
+    }
+
+    def play(self, script, *arguments, status):
+        (self.folder / "script.json").write_text(script if isinstance(script, str) else json.dumps(script))
+        return self.norva("play", "script.json", *arguments, status=status)
+
+    def test_exit_statuses(self):
+        setting = ["--set", f"input={XYZ}"]
+        cancelled = {"operation": "import", "answers": [{"dialog": 4063, "do": [{"click": 2}]}]}
+        mismatch = {"operation": "import", "answers": [{"message": "Hello", "answer": "ok"}]}
+        left_over = dict(self.SCRIPT, answers=self.SCRIPT["answers"] + [{"message": "Hello", "answer": "ok"}])
+        self.play(self.SCRIPT, *setting, "--trace", "t.jsonl", status=0)
+        trace = [json.loads(line) for line in (self.folder / "t.jsonl").read_text().splitlines()]
+        self.assertEqual(trace[-1], {"event": "result", "value": 1, "store": str(self.folder.resolve() / "out.nvt")})
+        self.play(cancelled, status=1)
+        self.play("{", status=2)
+        self.play({"operation": "fly"}, status=2)
+        self.assertIn("Import Formats", self.play(mismatch, status=3).stderr)
+        self.assertIn("Hello", self.play(left_over, *setting, status=3).stderr)
+        self.play(mismatch, "--defaults", status=1)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=1)
