@@ -90,6 +90,12 @@ bool CLineReader::Next(std::string_view& line) {
 }
 
 bool CLineReader::Seek(std::uint64_t offset) {
+    // What is in the buffer already is not read again; only the start of the file may hold a byte order mark.
+    if (m_error == 0 && m_offset != 0 && offset >= m_offset && offset - m_offset <= m_end - m_begin) {
+        m_begin += static_cast<std::size_t>(offset - m_offset);
+        m_offset = offset;
+        return true;
+    }
     m_begin = m_end = 0;
     m_atEnd = false;
     m_error = 0;
