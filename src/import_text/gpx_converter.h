@@ -1,0 +1,81 @@
+#pragma once
+
+#include "import_text/gpx_layout.h"
+#include "platform/files.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norva {
+
+/// Characters that separate tokens; a carriage return always does.
+class GpxDelimiters {
+public:
+    explicit constexpr GpxDelimiters(std::string_view characters) {
+        for (char const c : characters) m_contains[static_cast<unsigned char>(c)] = true;
+        m_contains['\r'] = true;
+    }
+    constexpr bool Contains(char c) const { return m_contains[static_cast<unsigned char>(c)]; }
+
+private:
+    std::array<bool, 256> m_contains{};
+};
+
+/// The first tokens of a text; more than any rule looks at are not kept.
+struct GpxTokens {
+    static constexpr std::size_t kKept = 4;
+
+    void Split(std::string_view text, GpxDelimiters const& delimiters);
+
+    std::array<std::string_view, kKept> token{};
+    std::size_t count = 0;  ///< kKept stands for that many or more
+};
+
+/// Rewrites the tracks, routes and waypoints of a GPX file as column text: a marker line for every track or route with
+/// a name and for a run of waypoints, then a row a point with latitude, longitude, elevation, date and time. It is no
+/// XML parser: it judges a line by the words in it.
+class CGpxConverter {
+public:
+    CGpxConverter();
+
+    /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
+    int ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath);
+
+    /// 1 when a line that begins with "gpx" comes before the first track, route or waypoint. Reads on from where
+    /// `file` stands.
+    int CheckGpxFormat(CGpxLayout& file);
+    /// Takes the column names from the first point; 1 when there is one. Reads from the beginning.
+    int ReadColumnNames(CGpxLayout& file);
+    std::string GetHeaderLine() const;
+    /// The row of the current point; lasts until the next call.
+    std::string const& GetRowLine();
+
+    /// Each text is an attribute, lat="45.1" or lon='-75.2'; others are ignored.
+    void SetLatLon(std::string_view first, std::string_view second);
+    /// "2007-01-02T03:04:05Z" becomes date and time.
+    void SetDateTime(std::string_view text);
+    /// Every value of the current point is missing then.
+    void ResetPoint();
+
+    std::vector<std::string> const& ColumnNames() const { return m_columnNames; }
+
+private:
+    void ConvertLine(GpxTokens const& line, CReplacementFile& output);
+    void StartLine(std::string_view name, CReplacementFile& output);
+    void SetCoordinate(std::string_view attribute);
+
+    std::vector<std::string> m_columnNames;
+    std::string m_latitude;
+    std::string m_longitude;
+    std::string m_elevation;
+    std::string m_date;
+    std::string m_time;
+    std::string m_row;
+    bool m_pointOpen = false;
+    bool m_lineOpen = false;
+};
+
+}  // namespace norva

@@ -1,0 +1,452 @@
+#include "import_text/gpx_layout.h"
+
+#include "platform/text.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace norva {
+
+namespace {
+
+constexpr std::size_t kSmallestBuffer = 64;
+constexpr std::string_view kCommentStart = "<!--";
+constexpr std::string_view kCharacterDataStart = "<![CDATA[";
+
+bool IsBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool IsNameStart(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || static_cast<signed char>(c) < 0;
+}
+
+/// The element name, prefix included, of the tag at the start of `text`.
+std::string_view NameOf(std::string_view tag) {
+    std::size_t const start = tag.size() > 1 && tag[1] == '/' ? 2 : 1;
+    std::size_t end = start;
+    while (end < tag.size() && !IsBlank(tag[end]) && tag[end] != '>' && tag[end] != '/' && tag[end] != '<') ++end;
+    return tag.substr(start, end - start);
+}
+
+std::string_view WithoutPrefix(std::string_view name) {
+    return name.substr(name.rfind(':') + 1);
+}
+
+/// Elements that hold other elements and whose beginning and end a reader of lines has to see.
+bool IsContainer(std::string_view name) {
+    return name == "trkpt" || name == "wpt" || name == "rtept" || name == "trk" || name == "rte";
+}
+
+/// Appends a tag without its prefix and, when `loose`, without the blanks around each "=" outside quotes.
+void AppendTag(std::string& out, std::string_view tag, bool loose) {
+    if (tag.empty()) return;
+    std::string_view const name = NameOf(tag);
+    auto const nameStart = static_cast<std::size_t>(name.data() - tag.data());
+    out.append(tag.substr(0, nameStart)).append(WithoutPrefix(name));
+    std::string_view const rest = tag.substr(nameStart + name.size());
+    if (!loose) {
+        out.append(rest);
+        return;
+    }
+    char quote = 0;
+    bool afterEquals = false;
+    for (char const c : rest) {
+        if (quote != 0) {
+            if (c == quote) quote = 0;
+        } else if (IsBlank(c)) {
+            if (afterEquals) continue;
+        } else {
+            if (c == '"' || c == '\'') quote = c;
+            if (c == '=') {
+                while (IsBlank(out.back())) out.pop_back();
+            }
+            afterEquals = c == '=';
+        }
+        out.push_back(c);
+    }
+}
+
+bool IsXmlCharacter(std::uint32_t code) {
+    return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code < 0xD800) ||
+           (code >= 0xE000 && code < 0xFFFE) || (code >= 0x10000 && code < 0x110000);
+}
+
+/// The character that a numeric reference at the start of `text` ("&#233;", "&#xE9;") means, and the reference's
+/// length in `length`; 0 when there is none.
+std::uint32_t NumericReference(std::string_view text, std::size_t& length) {
+    std::size_t at = 2;
+    std::uint32_t base = 10;
+    if (at < text.size() && text[at] == 'x') {
+        base = 16;
+        ++at;
+    }
+    std::size_t const firstDigit = at;
+    std::uint32_t code = 0;
+    for (; at < text.size(); ++at) {
+        char const c = text[at];
+        std::uint32_t digit = 0;
+        if (c >= '0' && c <= '9') {
+            digit = static_cast<std::uint32_t>(c - '0');
+        } else if (base == 16 && ((c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) {
+            digit = static_cast<std::uint32_t>((c | 0x20) - 'a') + 10;
+        } else {
+            break;
+        }
+        code = code * base + digit;
+        if (code >= 0x110000) return 0;
+    }
+    if (at == firstDigit || at == text.size() || text[at] != ';' || !IsXmlCharacter(code)) return 0;
+    length = at + 1;
+    return code;
+}
+
+/// A reference is never shorter than its character, so that the text can be rewritten where it stands.
+void DecodeNumericReferences(std::string& text) {
+    std::size_t from = text.find("&#");
+    if (from == std::string::npos) return;
+    std::string const original = text.substr(from);
+    text.resize(from);
+    std::string_view rest = original;
+    while (!rest.empty()) {
+        std::size_t length = 0;
+        std::uint32_t const code = rest.starts_with("&#") ? NumericReference(rest, length) : 0;
+        if (code != 0) {
+            AppendUtf8(text, code);
+        } else {
+            length = std::min(rest.find("&#", 1), rest.size());
+            text.append(rest.substr(0, length));
+        }
+        rest.remove_prefix(length);
+    }
+}
+
+}  // namespace
+
+CGpxLayout::CGpxLayout(std::size_t bufferSize) : m_buffer(std::max(bufferSize, kSmallestBuffer)) {}
+
+bool CGpxLayout::Open(std::string const& path) {
+    Reset();
+    return m_source.Open(path);
+}
+
+bool CGpxLayout::Rewind() {
+    Reset();
+    return m_source.Rewind();
+}
+
+void CGpxLayout::Reset() {
+    m_begin = m_end = 0;
+    m_sourceEnded = m_sawTag = m_insideLongTag = false;
+    m_endTag.clear();
+}
+
+bool CGpxLayout::Next(std::string_view& line) {
+    if (!m_endTag.empty()) {
+        m_finished.swap(m_endTag);
+        m_endTag.clear();
+        line = m_finished;
+        return true;
+    }
+    if (m_insideLongTag) SkipLongTag();
+    for (;;) {
+        SkipBlanks();
+        if (View().empty()) return false;
+        switch (MarkupAt(0)) {
+            case Markup::Comment:
+                Take(kCommentStart.size());
+                SkipPast("-->");
+                break;
+            case Markup::CharacterData:
+                SkipPast("]]>");
+                break;
+            case Markup::Instruction:
+                SkipPast("?>");
+                break;
+            case Markup::Declaration:
+                SkipDeclaration();
+                break;
+            case Markup::StartTag:
+                line = TakeElement();
+                return true;
+            case Markup::EndTag:
+                line = TakeEndTag();
+                return true;
+            case Markup::None:
+                if (m_sawTag) {
+                    SkipText();
+                    break;
+                }
+                // Nothing of a GPX file has shown yet; what this text is, its lines tell.
+                line = TakeTextLine();
+                return true;
+        }
+    }
+}
+
+bool CGpxLayout::More() {
+    constexpr std::size_t leastRoom = 4;
+    if (m_sourceEnded) return false;
+    if (m_begin != 0) {
+        std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+        m_end -= m_begin;
+        m_begin = 0;
+    }
+    if (m_buffer.size() - m_end < leastRoom) return false;
+    std::size_t const got = m_source.Read(m_buffer.data() + m_end, m_buffer.size() - m_end);
+    m_end += got;
+    m_sourceEnded = got == 0;
+    return got != 0;
+}
+
+CGpxLayout::Markup CGpxLayout::MarkupAt(std::size_t offset) {
+    while (View().size() < offset + kCharacterDataStart.size() && More()) continue;
+    std::string_view const text = View().substr(offset);
+    if (text.size() < 2 || text[0] != '<') return Markup::None;
+    char const next = text[1];
+    if (IsNameStart(next)) return Markup::StartTag;
+    if (next == '/') return Markup::EndTag;
+    if (next == '?') return Markup::Instruction;
+    if (next != '!') return Markup::None;
+    if (text.starts_with(kCommentStart)) return Markup::Comment;
+    if (text.starts_with(kCharacterDataStart)) return Markup::CharacterData;
+    return Markup::Declaration;
+}
+
+std::size_t CGpxLayout::FindMarkup(std::size_t offset, Markup& markup) {
+    for (;;) {
+        std::size_t const at = View().find('<', offset);
+        if (at == std::string_view::npos) {
+            offset = View().size();
+            if (More()) continue;
+            markup = Markup::None;
+            return offset;
+        }
+        markup = MarkupAt(at);
+        bool const canTell = m_sourceEnded || View().size() >= at + kCharacterDataStart.size();
+        if (!canTell) markup = Markup::None;
+        if (markup != Markup::None || !canTell) return at;
+        offset = at + 1;
+    }
+}
+
+CGpxLayout::Tag CGpxLayout::ScanTag(std::size_t offset) {
+    Tag tag;
+    char quote = 0;
+    char previous = 0;
+    std::size_t at = offset + 1;
+    do {
+        std::string_view const view = View();
+        for (; at < view.size(); ++at) {
+            char const c = view[at];
+            // No "<" can stand in a tag, quoted or not: the tag is broken and the next one begins.
+            if (c == '<') {
+                tag.length = tag.textLength = at - offset;
+                return tag;
+            }
+            if (quote != 0) {
+                if (c == quote) quote = 0;
+            } else if (c == '>') {
+                tag.length = at + 1 - offset;
+                tag.empty = previous == '/';
+                tag.textLength = at - offset - (tag.empty ? 1 : 0);
+                tag.complete = true;
+                return tag;
+            } else if (c == '"' || c == '\'') {
+                quote = c;
+            } else if ((c == '=' && IsBlank(previous)) || (previous == '=' && IsBlank(c))) {
+                tag.loose = true;
+            }
+            previous = c;
+        }
+    } while (More());
+    tag.length = tag.textLength = at - offset;
+    return tag;
+}
+
+void CGpxLayout::SkipBlanks() {
+    do {
+        while (m_begin < m_end && IsBlank(m_buffer[m_begin])) ++m_begin;
+    } while (m_begin == m_end && More());
+}
+
+void CGpxLayout::SkipLongTag() {
+    m_insideLongTag = false;
+    do {
+        std::size_t const at = View().find_first_of("<>");
+        if (at != std::string_view::npos) {
+            Take(View()[at] == '>' ? at + 1 : at);
+            return;
+        }
+        Take(View().size());
+    } while (More());
+}
+
+void CGpxLayout::SkipPast(std::string_view terminator) {
+    do {
+        std::size_t const at = View().find(terminator);
+        if (at != std::string_view::npos) {
+            Take(at + terminator.size());
+            return;
+        }
+        Take(View().size() - std::min(View().size(), terminator.size() - 1));
+    } while (More());
+    Take(View().size());
+}
+
+void CGpxLayout::SkipDeclaration() {
+    int depth = 0;
+    do {
+        while (m_begin < m_end) {
+            char const c = m_buffer[m_begin++];
+            if (c == '<') ++depth;
+            if (c == '>' && --depth == 0) return;
+        }
+    } while (More());
+}
+
+void CGpxLayout::SkipText() {
+    Take(1);
+    do {
+        std::size_t const at = std::min(View().find('<'), View().size());
+        Take(at);
+    } while (View().empty() && More());
+}
+
+std::string_view CGpxLayout::TakeTextLine() {
+    std::size_t at = 1;
+    do {
+        at = std::min(View().find_first_of("\r\n<", at), View().size());
+    } while (at == View().size() && More());
+    std::string_view const line = View().substr(0, at);
+    Take(at);
+    return line;
+}
+
+std::string_view CGpxLayout::TakeEndTag() {
+    m_sawTag = true;
+    Tag const tag = ScanTag(0);
+    m_insideLongTag = !tag.complete && tag.length == View().size();
+    std::string_view const line = Finish(View().substr(0, tag.length), tag.length, 0, false);
+    Take(tag.length);
+    return line;
+}
+
+std::string_view CGpxLayout::TakeElement() {
+    m_sawTag = true;
+    Tag const tag = ScanTag(0);
+    std::string_view const name = NameOf(View().substr(0, tag.length));
+    if (tag.complete && !tag.empty && !IsContainer(WithoutPrefix(name))) return TakeElementText(tag);
+    if (tag.empty) m_endTag.assign("</").append(WithoutPrefix(name)).append(">");
+    m_insideLongTag = !tag.complete && tag.length == View().size();
+    std::string_view const line = Finish(View().substr(0, tag.textLength), tag.textLength, 0, tag.loose);
+    Take(tag.length);
+    return line;
+}
+
+std::string_view CGpxLayout::TakeElementText(Tag const& tag) {
+    Markup markup = Markup::None;
+    std::size_t const at = FindMarkup(tag.length, markup);
+    std::string_view view = View();
+    if (markup == Markup::None) {
+        Take(at);
+        return Finish(view.substr(0, at), tag.length, 0, tag.loose);
+    }
+    if (markup == Markup::Comment || markup == Markup::CharacterData) return TakeMixedText(tag, at);
+
+    bool const hasText = !Trim(view.substr(tag.length, at - tag.length)).empty();
+    if (markup == Markup::EndTag && hasText) {
+        Tag const end = ScanTag(at);
+        view = View();
+        bool const matches = end.complete && NameOf(view.substr(at)) == NameOf(view);
+        std::size_t const endLength = matches ? end.length : 0;
+        Take(at + endLength);
+        return Finish(view.substr(0, at + endLength), tag.length, endLength, tag.loose);
+    }
+    Take(at);
+    return Finish(view.substr(0, tag.length), tag.length, 0, tag.loose);
+}
+
+std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
+    std::string const elementName(NameOf(View()));
+    m_text.assign(View().substr(0, offset));
+    Take(offset);
+    Markup markup = MarkupAt(0);
+    for (;;) {
+        if (markup == Markup::Comment) {
+            Take(kCommentStart.size());
+            SkipPast("-->");
+        } else if (markup == Markup::CharacterData) {
+            AppendCharacterData();
+        } else {
+            break;
+        }
+        // Plain text up to the next markup.
+        do {
+            std::size_t const at = FindMarkup(0, markup);
+            AppendText(View().substr(0, at));
+            Take(at);
+        } while (markup == Markup::None && !(View().empty() && m_sourceEnded));
+    }
+    std::size_t endLength = 0;
+    bool const hasText = !Trim(std::string_view(m_text).substr(tag.length)).empty();
+    if (markup == Markup::EndTag && hasText) {
+        Tag const end = ScanTag(0);
+        if (end.complete && NameOf(View()) == elementName) {
+            endLength = end.length;
+            m_text.append(View().substr(0, endLength));
+            Take(endLength);
+        }
+    } else if (markup != Markup::None) {
+        m_text.resize(tag.length);
+    }
+    return Finish(m_text, tag.length, endLength, tag.loose);
+}
+
+void CGpxLayout::AppendText(std::string_view text) {
+    m_text.append(text.substr(0, m_buffer.size() - std::min(m_buffer.size(), m_text.size())));
+}
+
+void CGpxLayout::AppendCharacterData() {
+    constexpr std::string_view terminator = "]]>";
+    Take(kCharacterDataStart.size());
+    for (;;) {
+        std::size_t const at = View().find(terminator);
+        bool const isWhole = at != std::string_view::npos;
+        std::size_t const kept = std::min(View().size(), terminator.size() - 1);
+        std::size_t const length = isWhole ? at : View().size() - (m_sourceEnded ? 0 : kept);
+        for (char const c : View().substr(0, length)) {
+            switch (c) {
+                case '&':
+                    AppendText("&amp;");
+                    break;
+                case '<':
+                    AppendText("&lt;");
+                    break;
+                case '>':
+                    AppendText("&gt;");
+                    break;
+                default:
+                    AppendText({&c, 1});
+            }
+        }
+        Take(isWhole ? length + terminator.size() : length);
+        if (isWhole || m_sourceEnded) return;
+        More();
+    }
+}
+
+std::string_view CGpxLayout::Finish(std::string_view line, std::size_t tagLength, std::size_t endTagLength,
+                                    bool loose) {
+    bool const hasReference = Contains(line, "&#");
+    if (!loose && !hasReference && !Contains(NameOf(line), ":")) return line;
+    m_finished.clear();
+    AppendTag(m_finished, line.substr(0, tagLength), loose);
+    m_finished.append(line.substr(tagLength, line.size() - tagLength - endTagLength));
+    AppendTag(m_finished, line.substr(line.size() - endTagLength), false);
+    if (hasReference) DecodeNumericReferences(m_finished);
+    return m_finished;
+}
+
+}  // namespace norva
