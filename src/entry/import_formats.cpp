@@ -13,7 +13,7 @@ constexpr ImportFormat kFormats[] = {
     {12, "ASCII GEM", "ASCII Files (*.txt; *stn)|*.txt; *.stn|All Files (*.*)|*.*||", 0, RunTextImport},
     {5, "Binary XYZ", "Binary XYZ Files (*.*)|*.*||", 0, nullptr},
     {4, "Geosoft GBN", "Geosoft GBN files (*.gbn)|*.gbn*||", 0, nullptr},
-    {6, "Scintrex CG3", "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, nullptr},
+    {6, "Scintrex CG3", "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunCG3Import},
     {kGravityMeterFormat, "Scintrex CG5", "Scintrex CG5 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunTextImport},
     {10, "Scintrex IPR_12", "Scintrex IPR dump (*.dmp; *.raw; *.IGS)|*.dmp;*.raw;*.IGS||", 0, nullptr},
     {7, "SeaSPY(Marine Magnetics)", "SeaSPY Files (*.mag)|*.mag|All Files (*.*)|*.*||", 0, RunSeaSpyImport},
