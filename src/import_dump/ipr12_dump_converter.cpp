@@ -1,0 +1,313 @@
+#include "import_dump/ipr12_dump_converter.h"
+
+#include "entry/converted_import.h"
+#include "norva/converters.h"
+#include "platform/last_error.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "ui/messages.h"
+
+#include <algorithm>
+
+namespace norva {
+
+namespace {
+
+constexpr std::string_view kMissing = "*";
+constexpr std::string_view kDelimiters = " ,|\t\n#";
+constexpr std::string_view kReadingDelimiters = " ,\t\n#";
+constexpr std::size_t kStationLineTokens = 10;
+constexpr std::size_t kHeaderLines = 5;
+constexpr std::size_t kChannelLineTokens = 6;
+/// Slots before the "|" of a reading line.
+constexpr std::size_t kLeftSlots = 7;
+
+struct Parts {
+    std::string_view first;
+    std::string_view second;
+    std::size_t count = 0;
+};
+
+/// Cuts `text` at every one of `separators`; blanks around the text and after a cut belong to no part. Parts may be
+/// empty; only the first two are given.
+Parts CutAt(std::string_view text, std::string_view separators) {
+    constexpr std::string_view blanks = " \t";
+    Parts parts;
+    std::string_view rest = TrimOf(text, blanks);
+    for (;;) {
+        std::size_t const cut = rest.find_first_of(separators);
+        std::string_view const part = rest.substr(0, cut);
+        if (parts.count == 0) parts.first = part;
+        if (parts.count == 1) parts.second = part;
+        ++parts.count;
+        if (cut == std::string_view::npos) return parts;
+        rest.remove_prefix(cut + 1);
+        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+    }
+}
+
+std::string const& TitleAt(std::vector<std::string> const& titles, std::size_t index) {
+    static std::string const missing(kMissing);
+    return index < titles.size() ? titles[index] : missing;
+}
+
+/// Puts the tokens into the last of the slots `first` to `last`, in order.
+void FillFromRight(std::vector<std::string_view> const& tokens, std::size_t last, CIPR12DumpConverter::Slots& slots) {
+    std::size_t slot = last + 1 - tokens.size();
+    for (std::string_view const token : tokens) slots[slot++] = token;
+}
+
+void ReportFailure(char const* what, std::string const& path, int error) {
+    ShowMessage(what + path + "\n" + SystemErrorText(error));
+}
+
+}  // namespace
+
+int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string const& outputPath) {
+    if (!m_file.Open(inputPath)) {
+        ShowMessage("Could not open the file!");
+        return 0;
+    }
+    bool const accepted = CheckFormat();
+    if (!accepted && m_file.Error() == 0) {
+        ShowMessage("Could not handle data format!\nPlease check the IPR_12 format.");
+        return 0;
+    }
+    CReplacementFile output;
+    if (accepted && !output.Open(outputPath)) {
+        SetLastErrorText("Couldn't create the file : " + outputPath + "\n" + SystemErrorText(output.Error()));
+        return 0;
+    }
+    if (accepted && m_file.Rewind()) {
+        ReadHeader();
+        WriteTitles(output);
+        ConvertData(output);
+    }
+    if (m_file.Error() != 0) {
+        ReportFailure("Couldn't read the file : ", inputPath, m_file.Error());
+        return 0;
+    }
+    m_file.Close();
+    if (!output.Commit(false)) {
+        ReportFailure("Couldn't write the file : ", outputPath, output.Error());
+        return 0;
+    }
+    return 1;
+}
+
+bool CIPR12DumpConverter::CheckFormat() {
+    bool found = false;
+    while (!found && NextLine()) found = TokenContains("Station");
+    if (!found || m_tokens.size() != kStationLineTokens) return false;
+    std::size_t lines = 1;
+    while (lines <= kHeaderLines && NextLine() && !TokenContains("*")) ++lines;
+    return lines == kHeaderLines;
+}
+
+void CIPR12DumpConverter::ReadHeader() {
+    enum class Section { None, Station, Readings };
+    Section section = Section::None;
+    int step = 0;
+    while (NextLine()) {
+        if (TokenContains("P-Line:")) {
+            m_lineName = Token(1);
+            continue;
+        }
+        if (TokenContains("Station")) {
+            section = Section::Station;
+            step = 1;
+            KeepTokens(1, m_stationTitles);
+        } else if (section == Section::Station && m_tokens.size() == kChannelLineTokens) {
+            step = 2;
+            m_channelTitles.insert(m_channelTitles.end(), m_tokens.begin(), m_tokens.end());
+        }
+        if (TokenContains("D:")) {
+            section = Section::Readings;
+            step = 1;
+            KeepTokens(1, m_voltageTitles);
+        } else if (section == Section::Readings && step == 1) {
+            step = 2;
+            KeepTokens(0, m_firstReadingTitles);
+        } else if (section == Section::Readings) {
+            KeepTokens(0, m_secondReadingTitles);
+            return;
+        }
+    }
+}
+
+void CIPR12DumpConverter::WriteTitles(CReplacementFile& output) {
+    m_row = "//Data from sicntrex IPR_12 MULTI-CHANNEL dump file \n/";
+    for (char const* title : {"PLine", "R1Y", "R2Y"}) AppendRightAligned(m_row, title, 10);
+    for (std::size_t i = 0; i < m_channelTitles.size(); ++i) {
+        std::string const& title = m_channelTitles[i];
+        switch (i) {
+            case 1:
+                AppendRightAligned(m_row, "C1Y", 10);
+                break;
+            case 2:
+                AppendRightAligned(m_row, "C2Y", 10);
+                break;
+            case 3:
+                AppendRightAligned(m_row, title + "(mA)", 10);
+                break;
+            case 4:
+                AppendRightAligned(m_row, title + "(Sec)", 14);
+                break;
+            default:
+                AppendRightAligned(m_row, title, 10);
+        }
+    }
+    for (std::string const& title : m_voltageTitles) AppendRightAligned(m_row, title + "(mV)", 15);
+    for (Strings const* titles : {&m_firstReadingTitles, &m_secondReadingTitles}) {
+        for (std::size_t i = 0; i < kLeftSlots; ++i) AppendRightAligned(m_row, TitleAt(*titles, i) + "(mV)", 15);
+    }
+    AppendRightAligned(m_row, "Ms", 12);
+    AppendRightAligned(m_row, TitleAt(m_firstReadingTitles, 8), 12);
+    AppendRightAligned(m_row, "RMS", 10);
+    AppendRightAligned(m_row, TitleAt(m_secondReadingTitles, 8), 10);
+    m_row.push_back('\n');
+
+    m_lineName.resize(ConvertLineName(m_lineName).size());
+    if (!m_lineName.empty()) m_lineCoordinate = ConvertPosition(m_lineName);
+    m_row.append("Line  ").append(m_lineName).append(" \n");
+    output.Write(m_row);
+}
+
+void CIPR12DumpConverter::ConvertData(CReplacementFile& output) {
+    Group group = Group::None;
+    int step = 0;
+    m_readingNumber = 0;
+    while (output.Error() == 0 && NextLine()) {
+        if (TokenContains("---")) {
+            StartSurveyLine(output);
+            group = Group::Inside;
+            step = 0;
+            continue;
+        }
+        if (TokenContains("*")) {
+            group = Group::Inside;
+            step = 0;
+            continue;
+        }
+        if (group == Group::Inside && step == 0) {
+            step = 1;
+            KeepTokens(1, m_positions);
+        } else if (group == Group::Inside && step == 1) {
+            step = 2;
+            KeepTokens(0, m_stationValues);
+            for (Strings* values : {&m_positions, &m_stationValues}) {
+                for (std::string& value : *values) {
+                    value = ConvertPosition(value);
+                    if (value.empty()) value = kMissing;
+                }
+            }
+            m_readingNumber = 0;
+            continue;
+        }
+        if (TokenContains(":")) {
+            step = 1;
+            group = Group::Readings;
+            ConvertReading(output);
+        }
+    }
+}
+
+void CIPR12DumpConverter::StartSurveyLine(CReplacementFile& output) {
+    std::string name;
+    while (NextLine() && !TokenContains("*")) {
+        if (TokenContains("P-Line:")) name = Token(1);
+    }
+    if (name.empty()) return;
+    m_row.assign("LINE  ").append(ConvertLineName(name)).append("\n");
+    output.Write(m_row);
+}
+
+void CIPR12DumpConverter::ConvertReading(CReplacementFile& output) {
+    ++m_readingNumber;
+    KeepTokens(1, m_recordValues);
+    for (Slots* slots : {&m_firstReadingValues, &m_secondReadingValues}) {
+        std::string_view line;
+        ReadSlots(m_file.Next(line) ? line : std::string_view(), *slots);
+    }
+
+    std::size_t const k = m_readingNumber;
+    m_row.clear();
+    AppendRightAligned(m_row, m_lineCoordinate, 10);
+    AppendRightAligned(m_row, k <= kSlots ? PositionForReading(k - 1) : kMissing, 10);
+    if (k == kSlots && m_positions.size() >= kSlots) {
+        // The ninth electrode pair ends beyond the last position: one more step of the same length.
+        std::string end;
+        AppendInteger(end, 2 * std::int64_t{ReadInt(m_positions[8])} - ReadInt(m_positions[7]));
+        AppendRightAligned(m_row, end, 10);
+    } else {
+        AppendRightAligned(m_row, k < kSlots ? PositionForReading(k) : kMissing, 10);
+    }
+    for (std::string const& value : m_stationValues) AppendRightAligned(m_row, value, 10);
+    for (std::string const& value : m_recordValues) AppendRightAligned(m_row, value, 10);
+    for (Slots const* slots : {&m_firstReadingValues, &m_secondReadingValues}) {
+        for (std::size_t i = 0; i < kLeftSlots; ++i) AppendRightAligned(m_row, (*slots)[i], 10);
+    }
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) AppendRightAligned(m_row, m_firstReadingValues[i], 12);
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) AppendRightAligned(m_row, m_secondReadingValues[i], 10);
+    m_row.push_back('\n');
+    output.Write(m_row);
+}
+
+std::string_view CIPR12DumpConverter::PositionForReading(std::size_t index) const {
+    return index < m_positions.size() ? std::string_view(m_positions[index]) : kMissing;
+}
+
+void CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
+    for (std::string& slot : slots) slot.assign(kMissing.begin(), kMissing.end());
+    Parts const parts = CutAt(line, "|");
+    GetTokens(parts.first, m_readingTokens, kReadingDelimiters);
+    if (m_readingTokens.size() <= kLeftSlots) FillFromRight(m_readingTokens, kLeftSlots - 1, slots);
+    if (parts.count != 2) return;
+    GetTokens(parts.second, m_readingTokens, kReadingDelimiters);
+    if (m_readingTokens.size() <= kSlots - kLeftSlots) FillFromRight(m_readingTokens, kSlots - 1, slots);
+}
+
+std::string CIPR12DumpConverter::ConvertPosition(std::string_view value) {
+    Parts const parts = CutAt(value, "NSEW");
+    bool const negative = parts.count == 2 && value.find_first_of("SW") != std::string_view::npos;
+    std::string position = negative ? "-" : "";
+    position.append(parts.first);
+    return position.substr(0, position.find('+'));
+}
+
+std::string_view CIPR12DumpConverter::ConvertLineName(std::string_view name) {
+    return name.substr(0, name.find('+'));
+}
+
+bool CIPR12DumpConverter::NextLine() {
+    std::string_view line;
+    while (m_file.Next(line)) {
+        line = Trim(line);
+        if (line.empty()) continue;
+        GetTokens(line, m_tokens, kDelimiters);
+        return true;
+    }
+    m_tokens.clear();
+    return false;
+}
+
+std::string_view CIPR12DumpConverter::Token(std::size_t index) const {
+    return index < m_tokens.size() ? m_tokens[index] : std::string_view();
+}
+
+bool CIPR12DumpConverter::TokenContains(std::string_view text) const {
+    return Contains(Token(0), text);
+}
+
+void CIPR12DumpConverter::KeepTokens(std::size_t first, Strings& values) const {
+    first = std::min(first, m_tokens.size());
+    values.assign(m_tokens.begin() + static_cast<std::ptrdiff_t>(first), m_tokens.end());
+}
+
+int RunIpr12Import(ImportJob const& job) {
+    return RunConvertedImport(job, "IPR_temp.xyz", [](std::string const& input, std::string const& output) {
+        return CIPR12DumpConverter().ConvertToXYZ(input, output);
+    });
+}
+
+}  // namespace norva

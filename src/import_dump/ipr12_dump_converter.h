@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/files.h"
+#include "platform/line_reader.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norva {
+
+/// Rewrites an IPR_12 multi-channel dump as column text: a title row, a marker line for every survey line, then a row
+/// a reading.
+///
+/// A dump is a header block, closed by a line of "*", then station groups: a line of positions, a line of station
+/// values, then readings of three lines each. Further survey lines begin with a header block that "---" opens.
+class CIPR12DumpConverter {
+public:
+    /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
+    int ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
+
+    static constexpr std::size_t kSlots = 9;
+    using Slots = std::array<std::string, kSlots>;
+
+    /// Reads a line of a reading into its slots: up to seven values right-aligned in slots 0 to 6, then, after a "|",
+    /// one or two right-aligned in slots 7 and 8. The others are "*".
+    void ReadSlots(std::string_view line, Slots& slots);
+    /// A position as a signed number: 100N gives 100, 25W gives -25, 100S+25 gives -100.
+    static std::string ConvertPosition(std::string_view value);
+    /// The part of a line name before its first "+".
+    static std::string_view ConvertLineName(std::string_view name);
+
+private:
+    using Strings = std::vector<std::string>;
+    enum class Group { None, Inside, Readings };
+
+    bool CheckFormat();
+    void ReadHeader();
+    void WriteTitles(CReplacementFile& output);
+    void ConvertData(CReplacementFile& output);
+    /// Reads a header block inside the data, up to its line of "*", and writes the marker of the line it names.
+    void StartSurveyLine(CReplacementFile& output);
+    /// Reads the two lines after a record line and writes the row.
+    void ConvertReading(CReplacementFile& output);
+    std::string_view PositionForReading(std::size_t index) const;
+
+    /// The next line that is not empty, trimmed and split; false at the end of the file.
+    bool NextLine();
+    std::string_view Token(std::size_t index) const;
+    bool TokenContains(std::string_view text) const;
+    /// Replaces `values` by the tokens from `first` on.
+    void KeepTokens(std::size_t first, Strings& values) const;
+
+    CLineReader m_file;
+    std::vector<std::string_view> m_tokens;         ///< of the current line
+    std::vector<std::string_view> m_readingTokens;  ///< of a part of a reading line
+    Strings m_stationTitles;
+    Strings m_channelTitles;
+    Strings m_voltageTitles;
+    Strings m_firstReadingTitles;
+    Strings m_secondReadingTitles;
+    Strings m_positions;
+    Strings m_stationValues;
+    Strings m_recordValues;
+    Slots m_firstReadingValues;
+    Slots m_secondReadingValues;
+    std::string m_lineName;
+    std::string m_lineCoordinate;
+    std::size_t m_readingNumber = 0;  ///< within the station group, from 1
+    std::string m_row;
+};
+
+}  // namespace norva
