@@ -22,9 +22,11 @@ CControl const& CDialogHand::Control(ControlName const& name) const {
 void CDialogHand::Do(ScriptAction const& action) {
     std::vector<DialogEvent> events;
     std::string why;
+    std::size_t const said = m_messages.size();
     bool done = EventsOf(m_dialog, action, events, why);
     for (std::size_t i = 0; done && i < events.size(); ++i) done = m_dialog.Perform(events[i], why);
     if (!done) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
+    if (m_messages.size() > said) throw CommandError(m_messages.back());
 }
 
 void CDialogHand::Click(ControlName const& control) {
@@ -102,28 +104,24 @@ void CDialogHand::Tick(ControlName const& control, int row, bool on) {
 
 int CCommandToolkit::RunModal(CDialog& dialog) {
     dialog.Open();
+    if (dialog.IsEnded()) return dialog.Result();
     auto const driver = m_drivers.find(dialog.TemplateNumber());
     std::string why;
+    ++m_openDialogs;
     try {
-        CDialogHand hand(dialog);
-        if (dialog.IsEnded()) return dialog.Result();
+        CDialogHand hand(dialog, m_messages);
         if (driver != m_drivers.end()) {
             driver->second(hand);
         } else {
             hand.Click(dialog.Template().defaultButton);
         }
-        if (!dialog.IsEnded()) {
-            why = m_messages.empty() ? "the dialog \"" + dialog.Title() + "\" stays open" : m_messages.back();
-        }
+        if (!dialog.IsEnded()) why = "the dialog \"" + dialog.Title() + "\" stays open";
     } catch (CommandError const& error) {
         why = error.what();
     }
+    --m_openDialogs;
     if (!why.empty() && m_failure.empty()) m_failure = why;
-    if (!dialog.IsEnded()) {
-        DialogEvent close;
-        close.kind = DialogEvent::Kind::Close;
-        dialog.Perform(close, why);
-    }
+    if (!dialog.IsEnded()) dialog.Abandon();
     return dialog.Result();
 }
 
@@ -135,7 +133,7 @@ MessageAnswer CCommandToolkit::ShowMessage(MessageRequest const& request) {
     }
     if (!WasInterrupted()) {
         m_messages.push_back(request.text);
-        m_console.Complain(request.text);
+        if (m_openDialogs == 0) m_console.Complain(request.text);
     }
     return request.buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
 }

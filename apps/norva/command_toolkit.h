@@ -13,7 +13,8 @@ namespace norva {
 /// What a command does to one dialog that is open: the acts of a person, refused as a person's would be.
 class CDialogHand {
 public:
-    explicit CDialogHand(CDialog& dialog) : m_dialog(dialog) {}
+    /// `messages` receives what the library says; a message in answer to an act means that the act was refused.
+    CDialogHand(CDialog& dialog, std::vector<std::string> const& messages) : m_dialog(dialog), m_messages(messages) {}
 
     CDialog const& Dialog() const { return m_dialog; }
     CControl const& Control(ControlName const& name) const;
@@ -34,6 +35,7 @@ private:
     void Do(ScriptAction const& action);
 
     CDialog& m_dialog;
+    std::vector<std::string> const& m_messages;
 };
 
 /// Answers the library's windows from the options of a command. What a driver cannot do cancels its dialog and
@@ -75,6 +77,7 @@ private:
     std::string m_openPath;
     std::string m_savePath;
     std::vector<std::string> m_messages;
+    int m_openDialogs = 0;
     std::string m_failure;
 };
 

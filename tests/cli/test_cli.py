@@ -193,7 +193,7 @@ class Play(Case):
         self.play({"operation": "fly"}, status=2)
         self.assertIn("Import Formats", self.play(mismatch, status=3).stderr)
         self.assertIn("Hello", self.play(left_over, *setting, status=3).stderr)
-        self.play(mismatch, "--defaults", status=1)
+        self.play({"operation": "import", "answers": []}, "--defaults", status=1)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "location_table.h"
+#include "map_plot.h"
+#include "profile_plot.h"
+#include "qt_toolkit.h"
+#include "store_document.h"
+
+#include <QMainWindow>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QTabWidget;
+class QTreeWidget;
+
+namespace norva {
+
+/// The host of the library: shows one store, imports into a new one, exports it.
+class CMainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    CMainWindow();
+    ~CMainWindow() override;
+
+    /// Opens a store; a file of another kind starts its import.
+    void OpenFile(QString const& path);
+    /// Runs Import_Data_File; with `path`, format and file are chosen already. Opens the new store.
+    void Import(QString const& path = {});
+    void Export();
+
+    CStoreDocument& Document() { return m_document; }
+    CLocationTable& Table() { return *m_table; }
+    CProfilePlot& Profile() { return *m_profile; }
+    CMapPlot& Map() { return *m_map; }
+    QTabWidget& Tabs() { return *m_tabs; }
+    void ChooseLine(int line);
+    /// Shows these channels in the profile plot, against a channel or (-1) the location number.
+    void ChooseChannels(std::vector<int> const& channels, int against);
+    /// Ends a toolkit of the window's own; scripted runs bring theirs.
+    CQtToolkit& Toolkit() { return *m_toolkit; }
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void BuildMenus();
+    void BuildPanels();
+    void ShowDocument();
+    void ShowStatistics();
+    void UpdateProfile();
+    void UpdateMap();
+    void MarkSelection(bool deleted);
+    void ToggleLine();
+    void SaveCurrentPlot();
+    void RememberFile(QString const& path);
+    void FillRecentFiles();
+    void Complain(QString const& text);
+    std::vector<int> ChosenChannels() const;
+
+    CStoreDocument m_document;
+    std::unique_ptr<CQtToolkit> m_toolkit;
+    std::unique_ptr<CWindow> m_owner;
+    QListWidget* m_lines;
+    QTreeWidget* m_channels;
+    QLineEdit* m_filter;
+    QLabel* m_statistics;
+    CLocationTable* m_table;
+    CProfilePlot* m_profile;
+    CMapPlot* m_map;
+    QTabWidget* m_tabs;
+    QComboBox* m_against;
+    QComboBox* m_mapX;
+    QComboBox* m_mapY;
+    QComboBox* m_mapColour;
+    QMenu* m_recent;
+    std::vector<QAction*> m_storeActions;  ///< enabled while a store is open
+    int m_line = -1;
+};
+
+}  // namespace norva

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "control_views.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QBoxLayout;
+
+namespace norva {
+
+/// Draws any dialog of the library: its template's tree as layouts, its controls as widgets.
+class CQtDialog : public QDialog {
+public:
+    explicit CQtDialog(CDialog& dialog, QWidget* parent = nullptr);
+    ~CQtDialog() override;
+
+    CDialog& Dialog() { return m_dialog; }
+    /// Shows every control whose state has changed; closes the window when the dialog has ended.
+    void RefreshAll();
+    CControlView* View(int control) const;
+
+    /// Told of every act that the dialog took, before it acts on it (a recorder).
+    std::function<void(DialogEvent const& event)> onEvent;
+
+    void reject() override;
+
+private:
+    void Build(TemplateNode const& node, QBoxLayout& layout);
+    void Take(DialogEvent const& event);
+
+    struct Item {
+        int id;
+        std::unique_ptr<CControlView> view;
+    };
+
+    CDialog& m_dialog;
+    CMnemonics m_mnemonics;
+    std::vector<Item> m_items;
+};
+
+}  // namespace norva
