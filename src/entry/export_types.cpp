@@ -12,11 +12,15 @@ namespace {
 constexpr int kNoType = -1;
 constexpr int kReservedType = 2;  ///< extensions that begin with P; no exporter
 
+// clang-format off
 constexpr std::array kTypes = {
-    ExportType{0, "Native file", nullptr},          ExportType{1, "XYZ ASCII file", RunXyzExport},
-    ExportType{kReservedType, "Reserved", nullptr}, ExportType{3, "Microsoft Excel file", nullptr},
+    ExportType{0, "Native file", RunNativeExport},
+    ExportType{1, "XYZ ASCII file", RunXyzExport},
+    ExportType{kReservedType, "Reserved", nullptr},
+    ExportType{3, "Microsoft Excel file", RunSpreadsheetExport},
     ExportType{4, "Geosoft GBN file", nullptr},
 };
+// clang-format on
 
 }  // namespace
 
