@@ -11,7 +11,7 @@ constexpr ImportFormat kFormats[] = {
      RunTextImport},
     {8, "ASCII CSV", "CSV files (*.csv)|*.csv|All Files (*.*)|*.*||", 0, RunTextImport},
     {12, "ASCII GEM", "ASCII Files (*.txt; *stn)|*.txt; *.stn|All Files (*.*)|*.*||", 0, RunTextImport},
-    {5, "Binary XYZ", "Binary XYZ Files (*.*)|*.*||", 0, nullptr},
+    {5, "Binary XYZ", "Binary XYZ Files (*.*)|*.*||", 0, RunBinaryXyzImport},
     {4, "Geosoft GBN", "Geosoft GBN files (*.gbn)|*.gbn*||", 0, nullptr},
     {6, "Scintrex CG3", "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunCG3Import},
     {kGravityMeterFormat, "Scintrex CG5", "Scintrex CG5 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunTextImport},

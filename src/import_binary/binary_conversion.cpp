@@ -1,0 +1,101 @@
+#include "import_binary/binary_conversion.h"
+
+#include "import_binary/binary_record.h"
+#include "norva/values.h"
+#include "store/value_rules.h"
+
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+namespace norva {
+
+namespace {
+
+static_assert(std::numeric_limits<float>::is_iec559, "a double too large for a float becomes infinite");
+
+template <typename Value>
+Value Load(char const* in) {
+    if constexpr (std::is_same_v<Value, float>) {
+        return LoadFloat(in);
+    } else if constexpr (std::is_same_v<Value, double>) {
+        return LoadDouble(in);
+    } else if constexpr (std::is_same_v<Value, std::int32_t>) {
+        return static_cast<std::int32_t>(LoadLittle32(in));
+    } else {
+        return static_cast<std::int16_t>(LoadLittle16(in));
+    }
+}
+
+inline void Store(char* out, float value) {
+    StoreFloat(out, value);
+}
+inline void Store(char* out, double value) {
+    StoreDouble(out, value);
+}
+inline void Store(char* out, std::int32_t value) {
+    StoreLittle32(out, static_cast<std::uint32_t>(value));
+}
+inline void Store(char* out, std::int16_t value) {
+    StoreLittle16(out, static_cast<std::uint16_t>(value));
+}
+
+template <typename To, typename From>
+To Convert(From value) {
+    if constexpr (std::is_floating_point_v<To>) {
+        return static_cast<To>(value);
+    } else {
+        std::int32_t whole = 0;
+        if constexpr (std::is_floating_point_v<From>) {
+            whole = TruncateToInt32(value);
+        } else {
+            whole = value;
+        }
+        if constexpr (std::is_same_v<To, std::int16_t>) {
+            return LowShort(whole);
+        } else {
+            return whole;
+        }
+    }
+}
+
+template <typename From, typename To>
+void ConvertAll(char const* in, std::size_t stride, std::size_t count, char* out) {
+    for (std::size_t i = 0; i < count; ++i, in += stride, out += sizeof(To)) Store(out, Convert<To>(Load<From>(in)));
+}
+
+template <typename From>
+ConvertValues FindFrom(int dataType) {
+    switch (dataType) {
+        case DataType::kFloat:
+            return ConvertAll<From, float>;
+        case DataType::kDouble:
+            return ConvertAll<From, double>;
+        case DataType::kInt:
+        case DataType::kLong:
+            return ConvertAll<From, std::int32_t>;
+        case DataType::kShort:
+            return ConvertAll<From, std::int16_t>;
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+ConvertValues FindConversion(int readFormat, int dataType) {
+    switch (readFormat) {
+        case ReadFormat::kInt32:
+            return FindFrom<std::int32_t>(dataType);
+        case ReadFormat::kFloat:
+            return FindFrom<float>(dataType);
+        case ReadFormat::kDouble:
+            return FindFrom<double>(dataType);
+        case ReadFormat::kInt16:
+            return FindFrom<std::int16_t>(dataType);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace norva
