@@ -12,7 +12,7 @@ constexpr ImportFormat kFormats[] = {
     {8, "ASCII CSV", "CSV files (*.csv)|*.csv|All Files (*.*)|*.*||", 0, RunTextImport},
     {12, "ASCII GEM", "ASCII Files (*.txt; *stn)|*.txt; *.stn|All Files (*.*)|*.*||", 0, RunTextImport},
     {5, "Binary XYZ", "Binary XYZ Files (*.*)|*.*||", 0, RunBinaryXyzImport},
-    {4, "Geosoft GBN", "Geosoft GBN files (*.gbn)|*.gbn*||", 0, nullptr},
+    {4, "Geosoft GBN", "Geosoft GBN files (*.gbn)|*.gbn*||", 0, RunGbnImport},
     {6, "Scintrex CG3", "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunCG3Import},
     {kGravityMeterFormat, "Scintrex CG5", "Scintrex CG5 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunTextImport},
     {10, "Scintrex IPR_12", "Scintrex IPR dump (*.dmp; *.raw; *.IGS)|*.dmp;*.raw;*.IGS||", 0,

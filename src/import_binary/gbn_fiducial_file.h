@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/files.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace norva {
+
+/// The temporary file "fiducial" in the current folder, one double a location. It loses its name as soon as it is
+/// open, so that it is gone whatever ends the import, and imports that run in one folder at once do not meet.
+class GbnFiducialFile {
+public:
+    /// Takes the place of an older file. False, with the last error set, when it cannot be had; so when the older file
+    /// is the input file or cannot be written.
+    bool Create(std::string const& inputPath);
+    /// Writes `count` values: `start`, then each the one before plus `increment`.
+    bool Write(double start, double increment, std::int64_t count);
+    /// Reads the bytes of `count` values from the `first` on. False, with the last error set, as all calls.
+    bool Read(std::int64_t first, std::int64_t count, char* bytes);
+
+private:
+    bool Fail(char const* what);
+
+    CFile m_file;
+};
+
+}  // namespace norva

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "import_binary/gbn_contents.h"
+#include "import_binary/gbn_fiducial_file.h"
+#include "norva/file_util.h"
+#include "platform/files.h"
+#include "store/column_files.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace norva {
+
+class CProgressReporter;
+
+/// Imports a GBN file: reads it whole, asks what of it to take, and hands that to the store.
+class CGbnImport {
+public:
+    void SetInputFile(std::string path) { m_inputPath = std::move(path); }
+
+    /// Imports into `store`, which is open for writing. 1 when all is written and the store is closed; 0 when the
+    /// user cancelled or something failed: the store is then left to the caller.
+    int Import(CNorvaFileUtil* store);
+
+private:
+    bool OpenInput();
+    bool Scan();
+    bool AskForContents();
+    /// Writes the temporary files and describes lines and channels to the store.
+    bool Prepare();
+    bool WriteTemporaryFiles();
+    bool Describe();
+    /// Hands the values to the store, channel by channel, line by line.
+    bool WriteData();
+    void MakeRoomForLines();
+    bool WriteFiducials();
+    bool WriteChannel(std::size_t channel, CProgressReporter& progress);
+
+    std::string m_inputPath;
+    int m_addFiducial = 1;
+    CNorvaFileUtil* m_store = nullptr;
+    CFile m_input;
+    std::uint64_t m_length = 0;
+    GbnContents m_contents;
+    CColumnFiles m_columns;
+    GbnFiducialFile m_fiducials;
+    std::unique_ptr<char[]> m_lineValues;  ///< room for the values of one channel in any line
+};
+
+}  // namespace norva
