@@ -18,7 +18,7 @@ constexpr std::array kTypes = {
     ExportType{1, "XYZ ASCII file", RunXyzExport},
     ExportType{kReservedType, "Reserved", nullptr},
     ExportType{3, "Microsoft Excel file", RunSpreadsheetExport},
-    ExportType{4, "Geosoft GBN file", nullptr},
+    ExportType{4, "Geosoft GBN file", RunGbnExport},
 };
 // clang-format on
 
