@@ -29,7 +29,7 @@ CControl const* ResolveNumber(CDialog const& dialog, int number, std::string& wh
 CControl const* ResolveLabel(CDialog const& dialog, std::string const& label, std::string& why) {
     CControl const* found = nullptr;
     for (CControl const& control : dialog.Controls()) {
-        if (!IsActedOn(control) || control.Label() != label) continue;
+        if (label.empty() || !IsActedOn(control) || control.Label() != label) continue;
         if (found != nullptr) {
             why = NameOf(dialog) + " has several controls " + Quoted(label) + ": name one by its number, " +
                   std::to_string(found->id) + " or " + std::to_string(control.id);
@@ -37,10 +37,7 @@ CControl const* ResolveLabel(CDialog const& dialog, std::string const& label, st
         }
         found = &control;
     }
-    if (label.empty() || found == nullptr) {
-        why = NameOf(dialog) + " has no control " + Quoted(label);
-        return nullptr;
-    }
+    if (found == nullptr) why = NameOf(dialog) + " has no control " + Quoted(label);
     return found;
 }
 

@@ -1,10 +1,12 @@
-#include "norva/toolkit.h"
 #include "norva/import_export.h"
+#include "norva/scripted_toolkit.h"
+#include "platform/last_error.h"
 #include "ui/messages.h"
 #include "ui/test_dialog.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <thread>
 
 namespace norva {
@@ -33,22 +35,13 @@ TEST(Toolkit, ReportsTheExtensionOfTheNameElseOfTheFilter) {
 }
 
 /// Keeps what it was asked to show.
-class ListeningToolkit : public CToolkit {
+class ListeningToolkit : public CScriptedToolkit {
 public:
-    int RunModal(CDialog& /*dialog*/) override { return kButtonOk; }
+    ListeningToolkit() : CScriptedToolkit({}, false, nullptr) {}
     MessageAnswer ShowMessage(MessageRequest const& request) override {
         message = request;
         return MessageAnswer::Yes;
     }
-    bool ChooseFileToOpen(FileRequest const& /*request*/, std::string& /*path*/) override { return false; }
-    bool ChooseFileToSave(FileRequest const& /*request*/, std::string& /*path*/, std::string& /*extension*/) override {
-        return false;
-    }
-    void WindowCreated(CModelessDialog& /*window*/) override {}
-    void WindowTitled(CModelessDialog& /*window*/) override {}
-    void WindowShown(CModelessDialog& /*window*/) override {}
-    void WindowChanged(CModelessDialog& /*window*/, bool /*now*/) override {}
-    void WindowDestroyed(CModelessDialog& /*window*/) override {}
     void SetCursor(CursorShape shape) override { said += shape == CursorShape::Wait ? "wait " : "arrow "; }
     void OwnerNotice(std::string_view first, std::string_view second) override {
         said += "notice " + std::string(first) + "," + std::string(second) + " ";
@@ -86,6 +79,7 @@ TEST(Toolkit, IsOfTheThreadAndNobodyAgreesWithoutOne) {
 TEST(Messages, CarryTheirCaptionButtonsAndIcon) {
     ListeningToolkit toolkit;
     SetToolkit(&toolkit);
+    ClearLastErrorText();
     ShowMessage("File could not be open");
     EXPECT_EQ(toolkit.message.caption, "Norva Exchange");
     EXPECT_EQ(toolkit.message.buttons, MessageButtons::Ok);
@@ -96,7 +90,7 @@ TEST(Messages, CarryTheirCaptionButtonsAndIcon) {
     EXPECT_EQ(toolkit.message.buttons, MessageButtons::YesNo);
     EXPECT_EQ(toolkit.message.icon, MessageIcon::Question);
     ShowSystemError(ENOENT);
-    EXPECT_EQ(toolkit.message.text, "No such file or directory");
+    EXPECT_EQ(toolkit.message.text, SystemErrorText(ENOENT));
     EXPECT_EQ(toolkit.message.caption, "Error");
     EXPECT_EQ(toolkit.message.icon, MessageIcon::Information);
     SetToolkit(nullptr);
