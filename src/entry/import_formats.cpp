@@ -18,7 +18,7 @@ constexpr ImportFormat kFormats[] = {
     {10, "Scintrex IPR_12", "Scintrex IPR dump (*.dmp; *.raw; *.IGS)|*.dmp;*.raw;*.IGS||", 0,
      RunIpr12Import},
     {7, "SeaSPY(Marine Magnetics)", "SeaSPY Files (*.mag)|*.mag|All Files (*.*)|*.*||", 0, RunSeaSpyImport},
-    {kTkiFormat, "Tarko", "TKI files (*.p*)|*.p*|All Files (*.*)|*.*||", 1, nullptr},
+    {kTkiFormat, "Tarko", "TKI files (*.p*)|*.p*|All Files (*.*)|*.*||", 1, RunTkiImport},
     {11, "GPS Exchange Format(GPX)", "GPX file(*.gpx)|*.gpx||", 0, RunGpxImport},
 };
 
