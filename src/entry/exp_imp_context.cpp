@@ -12,7 +12,9 @@ namespace norva {
 
 namespace {
 
+// Export types.
 constexpr int kNativeFile = 0;
+constexpr int kReserved = 2;
 
 }  // namespace
 
@@ -71,7 +73,11 @@ int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileNam
     if (BrowseForFile(job.outputPath, kSaveDialogFlags, FileDialogMode::ExportOutput, typeCode) == 0) return 0;
     newStoreFileName.clear();
     ExportType const* const type = FindExportType(typeCode);
-    if (type == nullptr || type->run == nullptr) return 0;
+    if (type == nullptr || type->code == kReserved) return 0;
+    if (type->run == nullptr) {
+        ShowMessage("The format cannot be written by this version : " + std::string(type->label));
+        return 0;
+    }
     if (type->code != kNativeFile && IsSameFile(job.outputPath, m_store->GetNorvaFileName())) {
         ShowMessage("The open store cannot be exported onto itself : " + job.outputPath);
         return 0;

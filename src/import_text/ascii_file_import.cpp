@@ -227,7 +227,8 @@ bool CAsciiFileImport::HandOverColumns(CProgressReporter& progress, CColumnFiles
         if (m_columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) {
             files.Remove(i);
         } else if (!files.HandOver(i, store)) {
-            ShowMessage(GetLastErrorText());
+            std::string const reason = GetLastErrorText();
+            ShowMessage(reason.empty() ? "Couldn't write the file : " + store.GetNorvaFileName() : reason);
             return false;
         }
     }
