@@ -1,80 +1,82 @@
 #include "platform/files.h"
 
-#include "platform/paths.h"
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <limits>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <atomic>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <utility>
 
 namespace norva {
 
 namespace {
 
-constexpr std::size_t kBufferSize = 256 * 1024;
-constexpr mode_t kNewFileMode = 0666;
+FaultHook faultHook;
+std::atomic<bool> faultHookSet = false;
 
-FaultHook g_faultHook;
+/// A single system call takes no more than this.
+constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
 
-/// The error number that a test wants this call to fail with, or 0.
-int Fault(FaultPoint point, std::string const& path) {
-    return g_faultHook ? g_faultHook(point, path) : 0;
+bool IsOffset(std::uint64_t offset) {
+    return offset <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max());
 }
 
-int FlagsOf(CFile::Mode mode) {
+int OpenFlags(CFile::Mode mode) {
     switch (mode) {
         case CFile::Mode::Read:
-            return O_RDONLY;
+            // Without O_NONBLOCK a pipe that nobody writes to would hold the call for ever; files do not care.
+            return O_RDONLY | O_NONBLOCK | O_NOCTTY;
         case CFile::Mode::CreateReadWrite:
-            return O_RDWR | O_CREAT | O_TRUNC;
+            return O_RDWR | O_CREAT | O_TRUNC | O_NOCTTY;
         case CFile::Mode::CreateNew:
             return O_RDWR | O_CREAT | O_EXCL;
-        case CFile::Mode::WriteInPlace:
-            return O_WRONLY | O_CREAT | O_TRUNC;
         case CFile::Mode::Update:
-            return O_RDWR;
+            return O_RDWR | O_NONBLOCK | O_NOCTTY;
+        case CFile::Mode::WriteInPlace:
+            break;
     }
-    return O_RDONLY;
+    return O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY;
 }
 
-/// Follows links to the name that is to be replaced.
-std::string ResolveTarget(std::string const& path) {
-    struct stat info {};
-    if (lstat(path.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return path;
-    char* const resolved = realpath(path.c_str(), nullptr);
-    if (resolved == nullptr) return path;
-    std::string target = resolved;
-    std::free(resolved);
-    return target;
-}
-
-/// Makes the entry of a new name in a folder last.
-void SyncFolder(std::string const& path) {
-    std::string folder(FolderOf(path));
-    if (folder.empty()) folder = ".";
-    int const descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    fsync(descriptor);
-    close(descriptor);
+/// 0 for a file that can be read at any place as often as needed, else the reason.
+int UnfitToRead(int descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) {
+        return errno;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    return S_ISREG(status.st_mode) ? 0 : ESPIPE;
 }
 
 }  // namespace
 
 void SetFaultHook(FaultHook hook) {
-    g_faultHook = std::move(hook);
+    faultHookSet = false;
+    faultHook = std::move(hook);
+    faultHookSet = static_cast<bool>(faultHook);
+}
+
+int InjectedFault(FaultPoint point, std::string const& path) {
+    return faultHookSet.load(std::memory_order_acquire) ? faultHook(point, path) : 0;
 }
 
 CFile::CFile(CFile&& other) noexcept
-    : m_descriptor(std::exchange(other.m_descriptor, -1)), m_error(other.m_error), m_path(std::move(other.m_path)) {}
+    : m_descriptor(std::exchange(other.m_descriptor, -1)),
+      m_error(std::exchange(other.m_error, 0)),
+      m_path(std::move(other.m_path)) {}
 
 CFile& CFile::operator=(CFile&& other) noexcept {
-    std::swap(m_descriptor, other.m_descriptor);
-    std::swap(m_error, other.m_error);
-    std::swap(m_path, other.m_path);
+    if (this != &other) {
+        Close();
+        m_descriptor = std::exchange(other.m_descriptor, -1);
+        m_error = std::exchange(other.m_error, 0);
+        m_path = std::move(other.m_path);
+    }
     return *this;
 }
 
@@ -82,210 +84,161 @@ CFile::~CFile() {
     Close();
 }
 
+bool CFile::Fail(int error) {
+    m_error = error;
+    return false;
+}
+
 bool CFile::Open(std::string const& path, Mode mode) {
     Close();
+    m_error = 0;
     m_path = path;
-    m_error = path.find('\0') != std::string::npos ? EINVAL : Fault(FaultPoint::Open, path);
-    if (m_error != 0) return false;
+    if (path.find('\0') != std::string::npos) {
+        return Fail(EINVAL);
+    }
     do {
-        m_descriptor = open(path.c_str(), FlagsOf(mode) | O_CLOEXEC, kNewFileMode);
+        if (int const fault = InjectedFault(FaultPoint::Open, path)) {
+            return Fail(fault);
+        }
+        m_descriptor = ::open(path.c_str(), OpenFlags(mode) | O_CLOEXEC, 0666);
     } while (m_descriptor < 0 && errno == EINTR);
     if (m_descriptor < 0) {
-        m_error = errno;
-        return false;
+        return Fail(errno);
     }
-    struct stat info {};
-    if (fstat(m_descriptor, &info) == 0 && S_ISDIR(info.st_mode)) {
+    bool const mustSeek = mode == Mode::Read || mode == Mode::Update;
+    if (int const unfit = mustSeek ? UnfitToRead(m_descriptor) : 0) {
         Close();
-        m_error = EISDIR;
-        return false;
+        return Fail(unfit);
     }
     return true;
 }
 
 bool CFile::Size(std::uint64_t& size) {
-    struct stat info {};
-    if (fstat(m_descriptor, &info) != 0) {
-        m_error = errno;
-        return false;
+    m_error = 0;
+    struct stat status {};
+    if (::fstat(m_descriptor, &status) != 0) {
+        return Fail(errno);
     }
-    size = static_cast<std::uint64_t>(info.st_size);
+    size = static_cast<std::uint64_t>(status.st_size);
+    return true;
+}
+
+template <typename Call>
+bool CFile::ReadAll(std::size_t count, std::size_t& got, Call call) {
+    m_error = 0;
+    got = 0;
+    while (got < count) {
+        if (int const fault = InjectedFault(FaultPoint::Read, m_path)) {
+            return Fail(fault);
+        }
+        ssize_t const result = call(got, std::min(count - got, kLargestTransfer));
+        if (result < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return Fail(errno);
+        }
+        if (result == 0) {
+            break;
+        }
+        got += static_cast<std::size_t>(result);
+    }
     return true;
 }
 
 bool CFile::Read(void* buffer, std::size_t count, std::size_t& got) {
-    got = 0;
-    m_error = Fault(FaultPoint::Read, m_path);
-    while (m_error == 0 && got < count) {
-        ssize_t const part = read(m_descriptor, static_cast<char*>(buffer) + got, count - got);
-        if (part == 0) break;
-        if (part > 0) {
-            got += static_cast<std::size_t>(part);
-        } else if (errno != EINTR) {
-            m_error = errno;
-        }
-    }
-    return m_error == 0;
+    char* const bytes = static_cast<char*>(buffer);
+    return ReadAll(count, got,
+                   [&](std::size_t at, std::size_t size) { return ::read(m_descriptor, bytes + at, size); });
 }
 
 bool CFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t count, std::size_t& got) {
     got = 0;
-    m_error = Fault(FaultPoint::Read, m_path);
-    while (m_error == 0 && got < count) {
-        ssize_t const part =
-            pread(m_descriptor, static_cast<char*>(buffer) + got, count - got, static_cast<off_t>(offset + got));
-        if (part == 0) break;
-        if (part > 0) {
-            got += static_cast<std::size_t>(part);
-        } else if (errno != EINTR) {
-            m_error = errno;
-        }
+    if (!IsOffset(offset) || !IsOffset(offset + count)) {
+        return Fail(EINVAL);
     }
-    return m_error == 0;
+    char* const bytes = static_cast<char*>(buffer);
+    return ReadAll(count, got, [&](std::size_t at, std::size_t size) {
+        return ::pread(m_descriptor, bytes + at, size, static_cast<off_t>(offset + at));
+    });
 }
 
 bool CFile::Write(void const* buffer, std::size_t count) {
-    m_error = Fault(FaultPoint::Write, m_path);
-    std::size_t done = 0;
-    while (m_error == 0 && done < count) {
-        ssize_t const part = write(m_descriptor, static_cast<char const*>(buffer) + done, count - done);
-        if (part >= 0) {
-            done += static_cast<std::size_t>(part);
-        } else if (errno != EINTR) {
-            m_error = errno;
+    m_error = 0;
+    char const* bytes = static_cast<char const*>(buffer);
+    while (count > 0) {
+        if (int const fault = InjectedFault(FaultPoint::Write, m_path)) {
+            return Fail(fault);
         }
+        ssize_t const result = ::write(m_descriptor, bytes, std::min(count, kLargestTransfer));
+        if (result < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return Fail(errno);
+        }
+        if (result == 0) {
+            return Fail(EIO);
+        }
+        bytes += result;
+        count -= static_cast<std::size_t>(result);
     }
-    return m_error == 0;
+    return true;
 }
 
 bool CFile::Seek(std::uint64_t offset) {
-    m_error = Fault(FaultPoint::Seek, m_path);
-    if (m_error == 0 && lseek(m_descriptor, static_cast<off_t>(offset), SEEK_SET) < 0) m_error = errno;
-    return m_error == 0;
+    m_error = 0;
+    if (int const fault = InjectedFault(FaultPoint::Seek, m_path)) {
+        return Fail(fault);
+    }
+    if (!IsOffset(offset)) {
+        return Fail(EINVAL);
+    }
+    return ::lseek(m_descriptor, static_cast<off_t>(offset), SEEK_SET) >= 0 || Fail(errno);
 }
 
 bool CFile::Sync() {
-    m_error = Fault(FaultPoint::Sync, m_path);
-    if (m_error == 0 && fsync(m_descriptor) != 0 && errno != EINVAL && errno != EROFS) m_error = errno;
-    return m_error == 0;
+    m_error = 0;
+    int result = 0;
+    do {
+        if (int const fault = InjectedFault(FaultPoint::Sync, m_path)) {
+            return Fail(fault);
+        }
+        result = ::fsync(m_descriptor);
+    } while (result != 0 && errno == EINTR);
+    return result == 0 || Fail(errno);
 }
 
 bool CFile::Close() {
-    if (m_descriptor < 0) return true;
-    int const result = close(std::exchange(m_descriptor, -1));
-    if (result != 0 && errno != EINTR) m_error = errno;
-    return result == 0 || m_error == 0;
+    if (m_descriptor < 0) {
+        return true;
+    }
+    // The descriptor is gone whatever close says; interrupted only means that it was not waited for.
+    return ::close(std::exchange(m_descriptor, -1)) == 0 || errno == EINTR || Fail(errno);
 }
 
 int RemoveFile(std::string const& path) {
-    if (int const error = Fault(FaultPoint::Remove, path); error != 0) return error;
-    return unlink(path.c_str()) == 0 ? 0 : errno;
+    if (int const fault = InjectedFault(FaultPoint::Remove, path)) {
+        return fault;
+    }
+    return ::unlink(path.c_str()) == 0 ? 0 : errno;
 }
 
 bool FileExists(std::string const& path) {
-    struct stat info {};
-    return stat(path.c_str(), &info) == 0;
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
 }
 
 bool IsFolder(std::string const& path) {
-    struct stat info {};
-    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool IsSameFile(std::string const& first, std::string const& second) {
     struct stat one {};
     struct stat other {};
-    return stat(first.c_str(), &one) == 0 && stat(second.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
+    return ::stat(first.c_str(), &one) == 0 && ::stat(second.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
            one.st_ino == other.st_ino;
-}
-
-CReplacementFile::~CReplacementFile() {
-    Abandon();
-}
-
-bool CReplacementFile::Open(std::string const& path, InPlace inPlace) {
-    Abandon();
-    m_path = ResolveTarget(path);
-    m_error = 0;
-    m_used = 0;
-    m_written = 0;
-    m_inPlace = false;
-    m_buffer.resize(kBufferSize);
-
-    struct stat old {};
-    bool const exists = stat(m_path.c_str(), &old) == 0;
-    if (exists && S_ISDIR(old.st_mode)) {
-        m_error = EISDIR;
-        return false;
-    }
-    bool const regular = !exists || S_ISREG(old.st_mode);
-    if (exists && access(m_path.c_str(), W_OK) != 0) {
-        m_error = errno;
-        return false;
-    }
-    static std::atomic<unsigned> counter{0};
-    for (int attempt = 0; regular && attempt < 100; ++attempt) {
-        std::string const name = "." + std::string(FileNameOf(m_path)) + "." + std::to_string(getpid()) + "-" +
-                                 std::to_string(counter.fetch_add(1)) + ".part";
-        m_temporary = std::string(FolderOf(m_path)) + name;
-        if (m_file.Open(m_temporary, CFile::Mode::CreateNew)) {
-            if (exists) static_cast<void>(fchmod(m_file.Descriptor(), old.st_mode & 07777));
-            return true;
-        }
-        if (m_file.Error() != EEXIST) break;
-    }
-    m_temporary.clear();
-    m_error = m_file.Error();
-    // A device or pipe, or a file in a folder that takes no new ones.
-    if (!exists || (regular && (inPlace == InPlace::Never || (m_error != EACCES && m_error != EPERM)))) return false;
-    m_inPlace = m_file.Open(m_path, CFile::Mode::WriteInPlace);
-    m_error = m_file.Error();
-    return m_inPlace;
-}
-
-bool CReplacementFile::Flush() {
-    if (m_error == 0 && m_used > 0 && !m_file.Write(m_buffer.data(), m_used)) m_error = m_file.Error();
-    m_used = 0;
-    return m_error == 0;
-}
-
-bool CReplacementFile::Write(void const* data, std::size_t size) {
-    if (m_error != 0 || !m_file.IsOpen()) return false;
-    m_written += size;
-    if (size > m_buffer.size() - m_used) {
-        if (!Flush()) return false;
-        if (size >= m_buffer.size()) {
-            if (!m_file.Write(data, size)) m_error = m_file.Error();
-            return m_error == 0;
-        }
-    }
-    std::memcpy(m_buffer.data() + m_used, data, size);
-    m_used += size;
-    return true;
-}
-
-bool CReplacementFile::Commit(bool durable) {
-    if (!m_file.IsOpen()) return false;
-    Flush();
-    if (m_error == 0 && durable && !m_file.Sync()) m_error = m_file.Error();
-    if (!m_file.Close() && m_error == 0) m_error = m_file.Error();
-    if (m_error == 0 && !m_inPlace) {
-        m_error = Fault(FaultPoint::Rename, m_path);
-        if (m_error == 0 && rename(m_temporary.c_str(), m_path.c_str()) != 0) m_error = errno;
-        if (m_error == 0) {
-            m_temporary.clear();
-            if (durable) SyncFolder(m_path);
-        }
-    }
-    if (m_error != 0) Abandon();
-    return m_error == 0;
-}
-
-void CReplacementFile::Abandon() {
-    m_file.Close();
-    if (!m_temporary.empty()) unlink(m_temporary.c_str());
-    m_temporary.clear();
-    m_used = 0;
 }
 
 }  // namespace norva

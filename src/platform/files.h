@@ -16,16 +16,18 @@ enum class FaultPoint { Open, Read, Write, Sync, Rename, Remove, Seek };
 /// with instead. Empty by default.
 using FaultHook = std::function<int(FaultPoint, std::string const& path)>;
 void SetFaultHook(FaultHook hook);
+/// What the hook says: 0, or the error number to fail with. For system calls outside of the classes below.
+int InjectedFault(FaultPoint point, std::string const& path);
 
-/// An open file. The calls return false on failure, with the reason in Error().
+/// An open file. The calls return false on failure, with the reason in Error(); that is 0 after a call that succeeded.
 class CFile {
 public:
     enum class Mode {
-        Read,
+        Read,             ///< regular files alone: a folder, a pipe or a device is an error
         CreateReadWrite,  ///< created or truncated
         CreateNew,        ///< fails when it exists
         WriteInPlace,     ///< existing or new, truncated
-        Update,           ///< existing, kept, for reading and writing
+        Update,           ///< existing, kept, for reading and writing; regular files alone
     };
 
     CFile() = default;
@@ -49,6 +51,10 @@ public:
     bool Close();
 
 private:
+    bool Fail(int error);
+    template <typename Call>
+    bool ReadAll(std::size_t count, std::size_t& got, Call call);
+
     int m_descriptor = -1;
     int m_error = 0;
     std::string m_path;
@@ -61,9 +67,11 @@ bool IsFolder(std::string const& path);
 /// Whether both name the same existing file.
 bool IsSameFile(std::string const& first, std::string const& second);
 
-/// A file that takes the place of `path` only in Commit(): it is written under a temporary name beside its target.
-/// Where the folder does not take new files, an existing writable target is written in place instead, when the caller
-/// allows that: the older content is gone then from the start.
+/// A file that takes the place of `path` only in Commit(): it is written under a temporary name beside its target and
+/// gets the target's permissions. A symbolic link stays: what it leads to is replaced. Where the folder does not take
+/// new files, an existing writable target is written in place instead, when the caller allows that: the older content
+/// is gone then from the start. A device or a pipe is always written in place. A target that may not be written is
+/// refused.
 class CReplacementFile {
 public:
     CReplacementFile() = default;
@@ -80,14 +88,21 @@ public:
     bool Write(void const* data, std::size_t size);
     bool Write(std::string_view text) { return Write(text.data(), text.size()); }
     std::uint64_t Written() const { return m_written; }
-    /// Flushes, writes through to the disk and renames. `durable` false leaves the disk to the system.
+    /// Flushes, writes through to the disk and renames. `durable` false leaves the disk to the system. After a failure
+    /// nothing is left beside the target; one that was written in place is empty then.
     bool Commit(bool durable = true);
+    /// Gives up: as after a failed Commit.
     void Abandon();
     int Error() const { return m_error; }
+    /// Empty for a target that is written in place.
     std::string const& TemporaryPath() const { return m_temporary; }
 
 private:
+    bool Fail(int error);
+    int OpenBeside();
+    bool OpenInPlace();
     bool Flush();
+    bool Finish(bool durable);
 
     CFile m_file;
     std::string m_path;
@@ -97,6 +112,7 @@ private:
     std::uint64_t m_written = 0;
     int m_error = 0;
     bool m_inPlace = false;
+    bool m_regular = true;
 };
 
 }  // namespace norva

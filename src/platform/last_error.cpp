@@ -2,30 +2,35 @@
 
 #include "norva/import_export.h"
 
-#include <system_error>
+#include <cstring>
+#include <utility>
 
 namespace norva {
 
 namespace {
 
-thread_local std::string g_lastError;
+thread_local std::string lastError;
 
 }  // namespace
 
 void SetLastErrorText(std::string text) {
-    if (g_lastError.empty()) g_lastError = std::move(text);
+    if (lastError.empty()) {
+        lastError = std::move(text);
+    }
 }
 
 void ClearLastErrorText() {
-    g_lastError.clear();
+    lastError.clear();
 }
 
 std::string SystemErrorText(int error) {
-    return std::generic_category().message(error);
+    // Untranslated, so that a message is in one language from end to end.
+    char const* const text = strerrordesc_np(error);
+    return text != nullptr ? text : "Unknown error " + std::to_string(error);
 }
 
 std::string GetLastErrorText() {
-    return g_lastError;
+    return lastError;
 }
 
 char const* GetLibraryVersion() {

@@ -31,14 +31,23 @@ public:
     std::uint64_t Length() const { return m_length; }
     bool Seek(std::uint64_t offset);
     bool Rewind() { return Seek(0); }
+    /// Whether the file begins with the byte order mark of UTF-16 (or of little-endian UTF-32), which is no text to
+    /// this reader.
+    bool StartsWithUtf16Mark();
 
 private:
+    void Forget(std::uint64_t offset);
     bool Fill();
+    std::size_t FindEnd(std::size_t scanned);
+
+    static constexpr std::size_t kUnknown = static_cast<std::size_t>(-1);
 
     CFile m_file;
     std::vector<char> m_buffer;
+    std::size_t m_bufferSize;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
+    std::size_t m_lineFeed = kUnknown;  ///< next line feed from m_begin on, m_end for none
     std::uint64_t m_offset = 0;
     std::uint64_t m_length = 0;
     int m_error = 0;

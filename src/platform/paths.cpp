@@ -1,21 +1,26 @@
 #include "platform/paths.h"
 
 #include <filesystem>
+#include <system_error>
 
 namespace norva {
 
 namespace {
 
-constexpr std::string_view kSeparators = "/\\";
+/// Where the file name starts.
+std::size_t NameStart(std::string_view path) {
+    std::size_t const separator = path.find_last_of("/\\");
+    return separator == std::string_view::npos ? 0 : separator + 1;
+}
 
 }  // namespace
 
 std::string_view FileNameOf(std::string_view path) {
-    return path.substr(path.find_last_of(kSeparators) + 1);
+    return path.substr(NameStart(path));
 }
 
 std::string_view FolderOf(std::string_view path) {
-    return path.substr(0, path.find_last_of(kSeparators) + 1);
+    return path.substr(0, NameStart(path));
 }
 
 std::string_view WithoutExtension(std::string_view path) {
@@ -26,13 +31,19 @@ std::string_view WithoutExtension(std::string_view path) {
 std::string_view ExtensionOf(std::string_view path) {
     std::string_view const name = FileNameOf(path);
     std::size_t const dot = name.rfind('.');
-    return dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1);
+    return dot == std::string_view::npos ? name.substr(name.size()) : name.substr(dot + 1);
 }
 
 std::string FullPath(std::string_view path) {
+    if (path.empty() || path.front() == '/') {
+        return std::string(path);
+    }
     std::error_code error;
-    std::filesystem::path const full = std::filesystem::absolute(std::filesystem::path(path), error);
-    return error ? std::string(path) : full.string();
+    std::filesystem::path const folder = std::filesystem::current_path(error);
+    if (error) {
+        return std::string(path);
+    }
+    return (folder / std::filesystem::path(path)).string();
 }
 
 }  // namespace norva

@@ -12,8 +12,10 @@ void* LoadEntryPoint(std::string const& library, std::string const& name);
 /// (NORVA_REGISTRY names another), one file "default" a key, "\" separating the parts. Empty when there is none.
 std::string ReadRegistryDefault(std::string const& key);
 
-/// Shows a topic in the help viewer. The viewer's entry point is loaded on first use from the file that the registry
-/// names, else from its fixed name; if that fails once, help stays off for the rest of the process: false.
+/// Shows a topic in the help viewer; false when that failed. The viewer is a library file, named by the default value
+/// of the registry key "CLSID\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\InprocServer32", else "hhctrl.ocx". Its entry
+/// point is `extern "C" int HtmlHelp14(char const* topic, unsigned command)`, called with command 0 (display the
+/// topic), not 0 on success. It is loaded on first use; if that fails once, help stays off for the rest of the process.
 bool ShowInHelpViewer(std::string const& topic);
 
 }  // namespace norva

@@ -1,38 +1,49 @@
 #include "platform/text.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace norva {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
+constexpr bool IsBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr char UpperOf(char c) {
+    unsigned const letter = static_cast<unsigned char>(c) - static_cast<unsigned>('a');
+    return letter < 26U ? static_cast<char>(c - ('a' - 'A')) : c;
+}
 
 }  // namespace
 
 std::string_view TrimLeft(std::string_view text) {
-    std::size_t const first = text.find_first_not_of(kBlanks);
-    return first == std::string_view::npos ? std::string_view() : text.substr(first);
+    std::size_t first = 0;
+    while (first < text.size() && IsBlank(text[first])) {
+        ++first;
+    }
+    return text.substr(first);
 }
 
 std::string_view TrimRight(std::string_view text) {
-    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    std::size_t size = text.size();
+    while (size > 0 && IsBlank(text[size - 1])) {
+        --size;
+    }
+    return text.substr(0, size);
 }
 
 std::string_view Trim(std::string_view text) {
-    return TrimRight(TrimLeft(text));
+    return TrimLeft(TrimRight(text));
 }
 
 std::string_view TrimOf(std::string_view text, std::string_view characters) {
     std::size_t const first = text.find_first_not_of(characters);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(characters) + 1 - first);
-}
-
-void ToUpper(std::string_view text, std::string& out) {
-    out.resize(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char const c = text[i];
-        out[i] = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    if (first == std::string_view::npos) {
+        return text.substr(text.size());
     }
+    return text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 std::string ToUpper(std::string_view text) {
@@ -41,18 +52,32 @@ std::string ToUpper(std::string_view text) {
     return out;
 }
 
+void ToUpper(std::string_view text, std::string& out) {
+    out.resize(text.size());
+    std::transform(text.begin(), text.end(), out.begin(), UpperOf);
+}
+
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
     std::string out;
-    std::size_t begin = 0;
-    for (std::size_t at = text.find(from); at != std::string_view::npos; at = text.find(from, begin)) {
-        out.append(text.substr(begin, at - begin)).append(to);
-        begin = at + from.size();
+    if (from.empty()) {
+        out = text;
+        return out;
     }
-    return out.append(text.substr(begin));
+    out.reserve(text.size());
+    std::size_t done = 0;
+    for (std::size_t at = text.find(from); at != std::string_view::npos; at = text.find(from, done)) {
+        out.append(text, done, at - done);
+        out.append(to);
+        done = at + from.size();
+    }
+    out.append(text, done);
+    return out;
 }
 
 void AppendRightAligned(std::string& out, std::string_view text, std::size_t width) {
-    if (text.size() < width) out.append(width - text.size(), ' ');
+    if (text.size() < width) {
+        out.append(width - text.size(), ' ');
+    }
     out.append(text);
 }
 

@@ -1,36 +1,30 @@
 #include "norva/converters.h"
 
+#include <array>
+#include <cstddef>
+
 namespace norva {
 
-namespace {
-
-/// One bit a byte value.
-class CByteSet {
-public:
-    explicit CByteSet(std::string_view bytes) {
-        for (char const c : bytes) m_bits[Word(c)] |= Bit(c);
-    }
-    bool Has(char c) const { return (m_bits[Word(c)] & Bit(c)) != 0; }
-
-private:
-    static std::size_t Word(char c) { return static_cast<unsigned char>(c) / 64; }
-    static std::uint64_t Bit(char c) { return 1ULL << (static_cast<unsigned char>(c) % 64); }
-
-    std::uint64_t m_bits[4] = {};
-};
-
-}  // namespace
-
 void GetTokens(std::string_view text, std::vector<std::string_view>& tokens, std::string_view delimiters) {
+    std::array<bool, 256> isDelimiter{};
+    for (char const c : delimiters) {
+        isDelimiter[static_cast<unsigned char>(c)] = true;
+    }
     tokens.clear();
-    CByteSet const set(delimiters);
-    std::size_t i = 0;
-    while (true) {
-        while (i < text.size() && set.Has(text[i])) ++i;
-        if (i == text.size()) return;
-        std::size_t const begin = i;
-        while (i < text.size() && !set.Has(text[i])) ++i;
-        tokens.push_back(text.substr(begin, i - begin));
+    char const* at = text.data();
+    char const* const end = at + text.size();
+    for (;;) {
+        while (at != end && isDelimiter[static_cast<unsigned char>(*at)]) {
+            ++at;
+        }
+        if (at == end) {
+            return;
+        }
+        char const* const first = at;
+        while (at != end && !isDelimiter[static_cast<unsigned char>(*at)]) {
+            ++at;
+        }
+        tokens.emplace_back(first, static_cast<std::size_t>(at - first));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace norva {
 
@@ -11,23 +12,25 @@ constexpr double kFloatLimit = 1.0e30;
 constexpr double kLongLimit = 2147483647.0;
 constexpr double kShortLimit = 32767.0;
 
-template <typename Unsigned>
-void StoreLittle(char* out, Unsigned value) {
-    for (std::size_t i = 0; i < sizeof value; ++i) out[i] = static_cast<char>((value >> (8 * i)) & 0xFFU);
-}
-
-template <typename Unsigned>
-Unsigned LoadLittle(char const* in) {
-    Unsigned value = 0;
-    for (std::size_t i = 0; i < sizeof value; ++i) {
-        value = static_cast<Unsigned>(value | (static_cast<Unsigned>(static_cast<unsigned char>(in[i])) << (8 * i)));
-    }
-    return value;
-}
-
-/// NaN is in no range.
-bool InRange(double value, double limit) {
+/// Written so that NaN is outside.
+bool IsWithin(double value, double limit) {
     return value >= -limit && value <= limit;
+}
+
+template <typename Bits>
+void StoreLittle(char* out, Bits value) {
+    for (std::size_t i = 0; i < sizeof(Bits); ++i) {
+        out[i] = static_cast<char>(static_cast<unsigned char>(value >> (8 * i)));
+    }
+}
+
+template <typename Bits>
+Bits LoadLittle(char const* in) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < sizeof(Bits); ++i) {
+        value |= static_cast<std::uint64_t>(static_cast<unsigned char>(in[i])) << (8 * i);
+    }
+    return static_cast<Bits>(value);
 }
 
 }  // namespace
@@ -50,24 +53,24 @@ std::size_t ValueWidth(int dataType) {
 }
 
 float FloatInRange(double value) {
-    return InRange(value, kFloatLimit) ? static_cast<float>(value) : kNoDataFloat;
+    return IsWithin(value, kFloatLimit) ? static_cast<float>(value) : kNoDataFloat;
 }
 
 double DoubleInRange(double value) {
-    return InRange(value, kFloatLimit) ? value : kNoDataDouble;
+    return IsWithin(value, kFloatLimit) ? value : kNoDataDouble;
 }
 
 std::int32_t LongInRange(double value) {
-    return InRange(value, kLongLimit) ? static_cast<std::int32_t>(value) : kNoDataLong;
+    return IsWithin(value, kLongLimit) ? static_cast<std::int32_t>(value) : kNoDataLong;
 }
 
 std::int16_t ShortInRange(double value) {
-    return InRange(value, kShortLimit) ? static_cast<std::int16_t>(value) : kNoDataShort;
+    return IsWithin(value, kShortLimit) ? static_cast<std::int16_t>(value) : kNoDataShort;
 }
 
 std::int32_t TruncateToInt32(double value) {
-    // The open limits let -2147483648.9 through, whose truncated value still fits.
-    return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
+    return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value)
+                                                         : std::numeric_limits<std::int32_t>::min();
 }
 
 void StoreLittle16(char* out, std::uint16_t value) {
@@ -103,11 +106,11 @@ void StoreDouble(char* out, double value) {
 }
 
 float LoadFloat(char const* in) {
-    return std::bit_cast<float>(LoadLittle<std::uint32_t>(in));
+    return std::bit_cast<float>(LoadLittle32(in));
 }
 
 double LoadDouble(char const* in) {
-    return std::bit_cast<double>(LoadLittle<std::uint64_t>(in));
+    return std::bit_cast<double>(LoadLittle64(in));
 }
 
 }  // namespace norva
