@@ -20,8 +20,12 @@ inline bool IsNoData(double value) {
     double const difference = value - kNoDataDouble;
     return (difference < 0 ? -difference : difference) < 0.0001;
 }
-inline bool IsNoDataLong(std::int64_t value) { return value == kNoDataLong; }
-inline bool IsNoDataShort(std::int64_t value) { return value == kNoDataShort; }
+inline bool IsNoDataLong(std::int64_t value) {
+    return value == kNoDataLong;
+}
+inline bool IsNoDataShort(std::int64_t value) {
+    return value == kNoDataShort;
+}
 
 /// A number from text in the type's range, else the type's no-data value. Ranges are symmetric.
 float FloatInRange(double value);
