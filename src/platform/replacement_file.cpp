@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t kBufferSize = 256 * 1024;
 constexpr int kMaxLinks = 40;
 constexpr int kMaxNames = 1000;
+constexpr std::size_t kLongestNamePart = 200;
 
 /// Folder of a path as the file system sees it, where "\" is a character like any other; ends in "/" or is empty.
 std::string SystemFolderOf(std::string const& path) {
@@ -41,9 +42,12 @@ int FollowLinks(std::string& path) {
     return ELOOP;
 }
 
-std::string NextTemporaryName(std::string const& folder) {
+/// Hidden, and told from the file that it is to become; short enough for every file system.
+std::string NextTemporaryName(std::string const& path) {
     static std::atomic<unsigned> counter = 0;
-    return folder + ".norva-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp";
+    std::string const folder = SystemFolderOf(path);
+    return folder + "." + path.substr(folder.size(), kLongestNamePart) + "." + std::to_string(::getpid()) + "-" +
+           std::to_string(counter++) + ".part";
 }
 
 /// In a folder with the sticky bit only the owner of a file may put another in its place.
@@ -123,9 +127,8 @@ bool CReplacementFile::Open(std::string const& path, InPlace inPlace) {
 
 /// Creates the temporary file; 0 or the error number.
 int CReplacementFile::OpenBeside() {
-    std::string const folder = SystemFolderOf(m_path);
     for (int tried = 0; tried < kMaxNames; ++tried) {
-        std::string name = NextTemporaryName(folder);
+        std::string name = NextTemporaryName(m_path);
         if (m_file.Open(name, CFile::Mode::CreateNew)) {
             m_temporary = std::move(name);
             return 0;
