@@ -96,10 +96,10 @@ bool CFile::Open(std::string const& path, Mode mode) {
     if (path.find('\0') != std::string::npos) {
         return Fail(EINVAL);
     }
+    if (int const fault = InjectedFault(FaultPoint::Open, path)) {
+        return Fail(fault);
+    }
     do {
-        if (int const fault = InjectedFault(FaultPoint::Open, path)) {
-            return Fail(fault);
-        }
         m_descriptor = ::open(path.c_str(), OpenFlags(mode) | O_CLOEXEC, 0666);
     } while (m_descriptor < 0 && errno == EINTR);
     if (m_descriptor < 0) {
@@ -127,10 +127,10 @@ template <typename Call>
 bool CFile::ReadAll(std::size_t count, std::size_t& got, Call call) {
     m_error = 0;
     got = 0;
+    if (int const fault = InjectedFault(FaultPoint::Read, m_path)) {
+        return Fail(fault);
+    }
     while (got < count) {
-        if (int const fault = InjectedFault(FaultPoint::Read, m_path)) {
-            return Fail(fault);
-        }
         ssize_t const result = call(got, std::min(count - got, kLargestTransfer));
         if (result < 0) {
             if (errno == EINTR) {
@@ -166,10 +166,10 @@ bool CFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t count, std::s
 bool CFile::Write(void const* buffer, std::size_t count) {
     m_error = 0;
     char const* bytes = static_cast<char const*>(buffer);
+    if (int const fault = InjectedFault(FaultPoint::Write, m_path)) {
+        return Fail(fault);
+    }
     while (count > 0) {
-        if (int const fault = InjectedFault(FaultPoint::Write, m_path)) {
-            return Fail(fault);
-        }
         ssize_t const result = ::write(m_descriptor, bytes, std::min(count, kLargestTransfer));
         if (result < 0) {
             if (errno == EINTR) {
@@ -199,11 +199,11 @@ bool CFile::Seek(std::uint64_t offset) {
 
 bool CFile::Sync() {
     m_error = 0;
+    if (int const fault = InjectedFault(FaultPoint::Sync, m_path)) {
+        return Fail(fault);
+    }
     int result = 0;
     do {
-        if (int const fault = InjectedFault(FaultPoint::Sync, m_path)) {
-            return Fail(fault);
-        }
         result = ::fsync(m_descriptor);
     } while (result != 0 && errno == EINTR);
     return result == 0 || Fail(errno);

@@ -12,8 +12,8 @@
 namespace norva {
 
 enum class FaultPoint { Open, Read, Write, Sync, Rename, Remove, Seek };
-/// Called before each system call of the library's file layer; a result other than 0 is the error number to fail
-/// with instead. Empty by default.
+/// Called once by each call of the library's file layer before it turns to the system, however many system calls that
+/// takes; a result other than 0 is the error number to fail with instead. Empty by default.
 using FaultHook = std::function<int(FaultPoint, std::string const& path)>;
 void SetFaultHook(FaultHook hook);
 /// What the hook says: 0, or the error number to fail with. For system calls outside of the classes below.
