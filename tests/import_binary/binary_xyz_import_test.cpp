@@ -28,7 +28,10 @@ struct NoticeWindow : CWindow {
 /// `records` records of an int32, a double and an int16, 14 bytes.
 std::string Records(int records) {
     CPackedValues values;
-    for (int n = 0; n < records; ++n) values.Add(n * 65537).Add(n / 8.0).Add(static_cast<std::int16_t>(-n));
+    for (int n = 0; n < records; ++n) {
+        auto const wide = static_cast<std::int32_t>(static_cast<std::uint32_t>(n) * 65537U);
+        values.Add(wide).Add(n / 8.0).Add(static_cast<std::int16_t>(-n));
+    }
     return values.bytes;
 }
 

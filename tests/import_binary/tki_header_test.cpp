@@ -26,7 +26,7 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
               ""},
              {"BEGIN\nbig,1,db,1e99,-1e99,\nEND\x1A", {"big|1|db|inf|-inf||@2"}, ""},
              {"BEGIN\n\n  \t\na,1,by,\n\r\nEND\x1A", {"a|1|by|0|0||@4"}, ""},
-             {std::string("B\0EGIN\nm\0ag,1,d\0b,\nE\0ND\n\x1A", 28), {"mag|1|db|0|0||@2"}, ""},
+             {std::string("B\0EGIN\nm\0ag,1,d\0b,\nE\0ND\n\x1A", 25), {"mag|1|db|0|0||@2"}, ""},
              {"BEGIN\n" + mag + "\nLEGEND,1,db,\nb,1,db,\nEND\x1A", {"mag|1|db|1|0|nT|@2"}, ""},
              {"the END of\nBEGIN\n" + mag + "\nEND\x1A", {}, ""},
              {"BEGIN END\n" + mag + "\nEND\x1A", {}, ""},
