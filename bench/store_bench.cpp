@@ -7,6 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -51,8 +52,8 @@ BENCHMARK(WriteHugeColumns)->Unit(benchmark::kMillisecond);
 void SaveDataValues(benchmark::State& state) {
     CTemporaryFolder folder;
     CNorvaFileUtil store;
-    CNorvaFileUtil* called = &store;
-    benchmark::DoNotOptimize(called);
+    CNorvaFileUtil* volatile hidden = &store;  // as a caller sees it, who does not know which store it has
+    CNorvaFileUtil* const called = hidden;
     for (auto _ : state) {
         state.PauseTiming();
         Describe(store, folder / "a.nvt", 2, kLocations);
@@ -94,8 +95,8 @@ void GetDataRows(benchmark::State& state) {
     for (int channel = 0; channel < channels; ++channel) store.WriteHuge(column.data(), column.size() * sizeof(double));
     Check(store.EndWriteData() != 0 && store.CloseCurFile() != 0 &&
           store.SetFileName(folder / "a.nvt", kReopenStore, nullptr) != 0);
-    CNorvaFileUtil* called = &store;
-    benchmark::DoNotOptimize(called);
+    CNorvaFileUtil* volatile hidden = &store;  // as a caller sees it, who does not know which store it has
+    CNorvaFileUtil* const called = hidden;
     float single = 0;
     double number = 0;
     int integer = 0;
@@ -111,7 +112,7 @@ void GetDataRows(benchmark::State& state) {
                 sum += number;
             }
         }
-        benchmark::DoNotOptimize(sum);
+        benchmark::DoNotOptimize(std::as_const(sum));
     }
     state.SetItemsProcessed(state.iterations() * locations * channels);
 }
