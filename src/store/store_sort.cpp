@@ -20,23 +20,10 @@ using Order = std::vector<std::uint32_t>;
 
 constexpr std::size_t kCopyBuffer = 1024 * 1024;
 
-/// What a number is sorted by; NaN for no-data.
+/// What a number is sorted by; NaN for no-data. Of an integer, no-data is the largest value and comes last by itself.
 double NumberKey(int dataType, char const* value) {
     double const number = StoredNumber(dataType, value);
-    bool isNoData = false;
-    switch (dataType) {
-        case DataType::kFloat:
-            isNoData = IsNoData(static_cast<float>(number));
-            break;
-        case DataType::kDouble:
-            isNoData = IsNoData(number);
-            break;
-        case DataType::kShort:
-            isNoData = IsNoDataShort(static_cast<std::int64_t>(number));
-            break;
-        default:
-            isNoData = IsNoDataLong(static_cast<std::int64_t>(number));
-    }
+    bool const isNoData = dataType == DataType::kFloat ? IsNoData(static_cast<float>(number)) : IsNoData(number);
     return isNoData ? std::numeric_limits<double>::quiet_NaN() : number;
 }
 
