@@ -24,8 +24,8 @@ public:
         return *this;
     }
     CGbnBytes& Channel(std::string_view name, std::int32_t valueType, std::int32_t displayFormat = 0,
-                       std::int32_t decimals = 2) {
-        return Record('\1').Text(name, 64).Add(valueType).Add(displayFormat).Add(std::int32_t{10}).Add(decimals);
+                       std::int32_t decimals = 2, std::int32_t width = 10) {
+        return Record('\1').Text(name, 64).Add(valueType).Add(displayFormat).Add(width).Add(decimals);
     }
     CGbnBytes& SecondChannel(std::string_view name) {
         Record('\4').Text(name, 64);
@@ -34,7 +34,7 @@ public:
     }
     CGbnBytes& Line(std::int32_t number, std::int32_t dotSuffix = 0, std::int32_t colonSuffix = 0) {
         Record('\2');
-        for (std::int32_t const field : {number, dotSuffix, 0, colonSuffix, 2001, 2, 3}) Add(field);
+        for (std::int32_t const field : {number, dotSuffix, 0, colonSuffix, year, month, day}) Add(field);
         return *this;
     }
     CGbnBytes& Block(std::int32_t channel, std::int32_t valueType, std::int32_t count, double start = 1.0,
@@ -52,7 +52,8 @@ public:
     CGbnBytes& End() { return Record('\0'); }
 
     std::string bytes = "OASIS BINARY DATA\r\n\x1A";
-    std::set<std::size_t> records;  ///< offsets at which a record begins
+    std::int32_t year = 2001, month = 2, day = 3;  ///< of line records
+    std::set<std::size_t> records;                 ///< offsets at which a record begins
 
 private:
     CGbnBytes& Record(char code) {
