@@ -16,6 +16,9 @@ namespace {
 using Json = nlohmann::json;
 using Settings = std::map<std::string, std::string>;
 
+/// More than any script needs, and few enough to walk by recursion.
+constexpr int kMostDepth = 16;
+
 /// Where in the script something stands: "answers[2].do[0]".
 struct Place {
     std::string path;
@@ -48,11 +51,12 @@ void Replace(std::string& text, Settings const& settings) {
     text = std::move(out);
 }
 
-void ReplaceAll(Json& value, Settings const& settings) {
+void ReplaceAll(Json& value, Settings const& settings, int depth = 0) {
+    if (depth > kMostDepth) Reject({}, "is nested more than " + std::to_string(kMostDepth) + " deep");
     if (value.is_string()) {
         Replace(value.get_ref<std::string&>(), settings);
     } else if (value.is_structured()) {
-        for (Json& child : value) ReplaceAll(child, settings);
+        for (Json& child : value) ReplaceAll(child, settings, depth + 1);
     }
 }
 

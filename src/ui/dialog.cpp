@@ -189,7 +189,7 @@ int CDialog::SelectedRow(int id) const {
 
 void CDialog::SelectColumn(int id, int column) {
     CControl& control = Change(id);
-    control.column = column < static_cast<int>(control.columns.size()) ? column : -1;
+    control.column = column >= 0 && column < static_cast<int>(control.columns.size()) ? column : -1;
 }
 
 }  // namespace norva

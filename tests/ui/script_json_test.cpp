@@ -66,6 +66,7 @@ TEST(ScriptJson, SaysWhatIsWrongAndWhere) {
         EXPECT_EQ(ErrorOf(c.json), c.error) << c.json;
     }
     EXPECT_EQ(ErrorOf("{").rfind("is no JSON: ", 0), 0U);
+    EXPECT_EQ(ErrorOf(std::string(1'000'000, '[') + std::string(1'000'000, ']')), "is nested more than 16 deep");
     for (Case const& c : std::vector<Case>{
              {R"(4)", "answers[1]: must be an object, is 4"},
              {R"({"dialogue": 4})", R"(answers[1]: is no answer: it has none of "dialog", "message", "open", "save")"},
