@@ -17,12 +17,16 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QSaveFile>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 namespace norva {
 
@@ -180,6 +184,10 @@ void CMainWindow::BuildMenus() {
         file->addAction(tr("&Export..."), QKeySequence(Qt::CTRL | Qt::Key_E), this, [this] { Export(); }));
     m_storeActions.push_back(
         file->addAction(tr("Save p&lot..."), QKeySequence(Qt::CTRL | Qt::Key_P), this, [this] { SaveCurrentPlot(); }));
+    file->addAction(tr("&Record the next import or export..."), this, [this] {
+        QString const path = QFileDialog::getSaveFileName(this, tr("Record a script"), {}, tr("Scripts (*.json)"));
+        if (!path.isEmpty()) RecordTo(path);
+    });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
@@ -221,6 +229,22 @@ void CMainWindow::OpenFile(QString const& path) {
     Import(full);
 }
 
+int CMainWindow::RunLibrary(bool isImport, std::function<int()> const& operation) {
+    CToolkitScope const scope(*m_toolkit);
+    CRecorder recorder(isImport);
+    QString const target = std::exchange(m_recordTo, {});
+    if (!target.isEmpty()) m_toolkit->SetRecorder(&recorder);
+    int const result = operation();
+    m_toolkit->SetRecorder(nullptr);
+    if (target.isEmpty()) return result;
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::fromStdString(recorder.Text())) < 0 ||
+        !file.commit()) {
+        Complain(tr("The script could not be written:\n%1\n%2").arg(target, file.errorString()));
+    }
+    return result;
+}
+
 void CMainWindow::Import(QString const& path) {
     if (!path.isEmpty()) {
         RecognizedFormat const format = RecognizeImportFormat(path.toStdString());
@@ -231,12 +255,10 @@ void CMainWindow::Import(QString const& path) {
         m_toolkit->PresetImport(format.label, path.toStdString());
     }
     std::string name;
-    int result = 0;
-    {
-        CToolkitScope const scope(*m_toolkit);
+    int const result = RunLibrary(true, [this, &name] {
         CNorvaFileUtil store;
-        result = Import_Data_File(&store, name, m_owner.get(), kHighestLevel);
-    }
+        return Import_Data_File(&store, name, m_owner.get(), kHighestLevel);
+    });
     m_toolkit->ForgetPreset();
     if (result == 1) {
         OpenFile(ToQString(name));
@@ -251,8 +273,8 @@ void CMainWindow::Export() {
     QString proposed = m_document.Path();
     proposed.replace(proposed.lastIndexOf('.'), proposed.size(), ".xyz");
     std::string newName;
-    CToolkitScope const scope(*m_toolkit);
-    int const result = Export_Data_File(&m_document.Store(), proposed.toStdString(), newName, m_owner.get());
+    int const result = RunLibrary(
+        false, [&] { return Export_Data_File(&m_document.Store(), proposed.toStdString(), newName, m_owner.get()); });
     statusBar()->showMessage(result == 1 ? tr("Exported") : tr("Nothing was exported"));
 }
 

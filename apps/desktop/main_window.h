@@ -8,6 +8,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -31,6 +33,9 @@ public:
     void Import(QString const& path = {});
     void Export();
 
+    /// Writes the answers of the next import or export down as a script.
+    void RecordTo(QString path) { m_recordTo = std::move(path); }
+
     CStoreDocument& Document() { return m_document; }
     CLocationTable& Table() { return *m_table; }
     CProfilePlot& Profile() { return *m_profile; }
@@ -39,8 +44,6 @@ public:
     void ChooseLine(int line);
     /// Shows these channels in the profile plot, against a channel or (-1) the location number.
     void ChooseChannels(std::vector<int> const& channels, int against);
-    /// Ends a toolkit of the window's own; scripted runs bring theirs.
-    CQtToolkit& Toolkit() { return *m_toolkit; }
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -60,6 +63,8 @@ private:
     void RememberFile(QString const& path);
     void FillRecentFiles();
     void Complain(QString const& text);
+    /// Runs one of the library's operations in this window's toolkit, recorded when that was asked for.
+    int RunLibrary(bool isImport, std::function<int()> const& operation);
     std::vector<int> ChosenChannels() const;
 
     CStoreDocument m_document;
@@ -80,6 +85,7 @@ private:
     QMenu* m_recent;
     std::vector<QAction*> m_storeActions;  ///< enabled while a store is open
     int m_line = -1;
+    QString m_recordTo;
 };
 
 }  // namespace norva

@@ -1,12 +1,11 @@
 #include "qt_toolkit.h"
 
 #include "help_window.h"
+#include "message_window.h"
 #include "norva/scripted_toolkit.h"
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -66,6 +65,7 @@ bool CQtToolkit::ChoosePresetFormat(CDialog& dialog) {
     choose.kind = DialogEvent::Kind::DoubleClick;
     choose.control = list->id;
     choose.row = static_cast<int>(found - list->items.begin());
+    if (m_recorder != nullptr) m_recorder->Act(m_recorder->BeginDialog(dialog), dialog, choose);
     return dialog.Perform(choose, why) && dialog.IsEnded();
 }
 
@@ -73,48 +73,32 @@ int CQtToolkit::RunModal(CDialog& dialog) {
     dialog.Open();
     if (dialog.IsEnded() || ChoosePresetFormat(dialog)) return dialog.Result();
     CQtDialog window(dialog, Parent());
+    std::size_t const entry = m_recorder != nullptr ? m_recorder->BeginDialog(dialog) : 0;
+    if (m_recorder != nullptr) {
+        window.onEvent = [this, &dialog, entry](DialogEvent const& event) { m_recorder->Act(entry, dialog, event); };
+    }
     window.exec();
     return dialog.Result();
 }
 
 MessageAnswer CQtToolkit::ShowMessage(MessageRequest const& request) {
-    QMessageBox box(Parent());
-    box.setWindowTitle(ToQString(request.caption));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(ToQString(request.text));
-    switch (request.icon) {
-        case MessageIcon::None:
-            break;
-        case MessageIcon::Information:
-            box.setIcon(QMessageBox::Information);
-            break;
-        case MessageIcon::Question:
-            box.setIcon(QMessageBox::Question);
-            break;
-        case MessageIcon::Exclamation:
-            box.setIcon(QMessageBox::Warning);
-            break;
-    }
-    bool const question = request.buttons == MessageButtons::YesNo;
-    box.setStandardButtons(question ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
-    box.setDefaultButton(question ? QMessageBox::Yes : QMessageBox::Ok);
-    if (question) box.setEscapeButton(QMessageBox::No);
-    int const pressed = box.exec();
-    if (!question) return MessageAnswer::Ok;
-    return pressed == QMessageBox::Yes ? MessageAnswer::Yes : MessageAnswer::No;
+    MessageAnswer const answer = ShowMessageWindow(Parent(), request);
+    if (m_recorder != nullptr) m_recorder->Message(request, answer);
+    return answer;
 }
 
 bool CQtToolkit::ChooseFileToOpen(FileRequest const& request, std::string& path) {
     if (m_nextOpen) {
         path = *m_nextOpen;
         m_nextOpen.reset();
+        if (m_recorder != nullptr) m_recorder->Open(&path);
         return true;
     }
     QString const chosen = QFileDialog::getOpenFileName(Parent(), ToQString(request.title), ToQString(request.initial),
                                                         QtFilters(request.filter).join(";;"));
-    if (chosen.isEmpty()) return false;
-    path = QFileInfo(chosen).absoluteFilePath().toStdString();
-    return true;
+    if (!chosen.isEmpty()) path = QFileInfo(chosen).absoluteFilePath().toStdString();
+    if (m_recorder != nullptr) m_recorder->Open(chosen.isEmpty() ? nullptr : &path);
+    return !chosen.isEmpty();
 }
 
 bool CQtToolkit::ChooseFileToSave(FileRequest const& request, std::string& path, std::string& extension) {
@@ -139,9 +123,13 @@ bool CQtToolkit::ChooseFileToSave(FileRequest const& request, std::string& path,
     };
     follow(dialog.selectedNameFilter());
     QObject::connect(&dialog, &QFileDialog::filterSelected, follow);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        if (m_recorder != nullptr) m_recorder->Save(nullptr, {});
+        return false;
+    }
     path = QFileInfo(dialog.selectedFiles().front()).absoluteFilePath().toStdString();
     extension = ReportedExtension(path, ExtensionOfQtFilter(dialog.selectedNameFilter()), request.filter);
+    if (m_recorder != nullptr) m_recorder->Save(&path, extension);
     return true;
 }
 

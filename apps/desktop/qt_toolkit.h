@@ -2,6 +2,7 @@
 
 #include "norva/toolkit.h"
 #include "qt_dialog.h"
+#include "recorder.h"
 
 #include <QFileDialog>
 #include <QPointer>
@@ -33,6 +34,9 @@ public:
         m_nextOpen.reset();
     }
 
+    /// Writes down what the person answers; null for nobody. Not owned.
+    void SetRecorder(CRecorder* recorder) { m_recorder = recorder; }
+
     int RunModal(CDialog& dialog) override;
     MessageAnswer ShowMessage(MessageRequest const& request) override;
     bool ChooseFileToOpen(FileRequest const& request, std::string& path) override;
@@ -50,6 +54,7 @@ protected:
 
 private:
     QWidget* m_mainWindow;
+    CRecorder* m_recorder = nullptr;
     bool ChoosePresetFormat(CDialog& dialog);
 
     std::optional<std::string> m_nextFormat;

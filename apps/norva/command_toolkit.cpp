@@ -1,6 +1,6 @@
 #include "norva/command_toolkit.h"
 
-#include "norva/command_error.h"
+#include "common/command_error.h"
 
 #include <charconv>
 

@@ -1,6 +1,6 @@
 #include "norva/console.h"
 
-#include "norva/command_error.h"
+#include "common/command_error.h"
 
 #include <unistd.h>
 #include <csignal>

@@ -1,4 +1,4 @@
-#include "command_error.h"
+#include "common/command_error.h"
 #include "dialog_drivers.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "jobs.h"
 
-#include "command_error.h"
+#include "common/command_error.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 

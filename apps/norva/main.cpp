@@ -1,5 +1,5 @@
-#include "command_error.h"
 #include "commands.h"
+#include "common/command_error.h"
 #include "console.h"
 #include "norva/import_export.h"
 

@@ -1,5 +1,5 @@
-#include "command_error.h"
 #include "commands.h"
+#include "common/command_error.h"
 #include "common/store_values.h"
 #include "dialog_drivers.h"
 #include "norva/file_util.h"

@@ -101,6 +101,13 @@ public:
     void SetCursor(CursorShape shape) override;
     void ShowHelp(std::string const& topic) override;
 
+protected:
+    // For a skin that has windows to show; the base does without.
+    virtual void DialogShown(CDialog& dialog);
+    /// Does one act of a script as a person would; false, with the reason, when a person could not.
+    virtual bool Act(CDialog& dialog, DialogEvent const& event, std::string& why);
+    virtual void DialogGone(CDialog& dialog);
+
 private:
     /// Does the acts of the script, or of the default; ends early when the script fails.
     void Answer(CDialog& dialog);

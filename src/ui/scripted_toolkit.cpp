@@ -59,7 +59,7 @@ void CScriptedToolkit::Answer(CDialog& dialog) {
         events.clear();
         bool done = EventsOf(dialog, action, events, why);
         for (std::size_t i = 0; done && i < events.size() && !m_player.Failed(); ++i) {
-            done = dialog.Perform(events[i], why);
+            done = Act(dialog, events[i], why);
         }
         // A dialog or message that came up inside this act may have failed already.
         if (m_player.Failed()) return;
@@ -74,12 +74,22 @@ void CScriptedToolkit::Answer(CDialog& dialog) {
     }
 }
 
+void CScriptedToolkit::DialogShown(CDialog& /*dialog*/) {}
+
+bool CScriptedToolkit::Act(CDialog& dialog, DialogEvent const& event, std::string& why) {
+    return dialog.Perform(event, why);
+}
+
+void CScriptedToolkit::DialogGone(CDialog& /*dialog*/) {}
+
 int CScriptedToolkit::RunModal(CDialog& dialog) {
     dialog.Open();
     if (dialog.IsEnded()) return dialog.Result();
     if (m_trace != nullptr) m_trace->DialogOpened(dialog);
+    DialogShown(dialog);
     Answer(dialog);
     if (!dialog.IsEnded()) dialog.Abandon();
+    DialogGone(dialog);
     if (m_trace != nullptr) m_trace->DialogClosed(dialog);
     return dialog.Result();
 }
