@@ -23,7 +23,7 @@ class CTkiColumnReader {
 public:
     /// Bytes that columns taken out together fill at most, and bytes read at once.
     struct Limits {
-        std::size_t columns = 64 * 1024 * 1024;
+        std::size_t columns = 128 * 1024 * 1024;
         std::size_t block = 1024 * 1024;
     };
 
