@@ -37,7 +37,7 @@ char const* CStoreReader::Fetch(std::size_t column, std::uint64_t start, std::ui
         m_wideValue.resize(static_cast<std::size_t>(width));
         return ReadBytes(start + at * width, m_wideValue.data(), m_wideValue.size()) ? m_wideValue.data() : nullptr;
     }
-    Window& window = m_windows[column % m_windows.size()];
+    Window& window = WindowOf(column);
     if (window.bytes == nullptr) window.bytes = std::make_unique_for_overwrite<char[]>(m_windowSize);
     std::uint64_t const first = at - at % perWindow;
     std::uint64_t const count = std::min(perWindow, static_cast<std::uint64_t>(m_layout.structure.Locations()) - first);

@@ -55,9 +55,13 @@ private:
         std::unique_ptr<char[]> bytes;
     };
 
+    /// Only stores of very many columns share windows, and a division a value is dear.
+    Window& WindowOf(std::size_t column) {
+        return m_windows[column < m_windows.size() ? column : column % m_windows.size()];
+    }
     char const* Bytes(std::size_t column, std::uint64_t start, std::uint64_t width, std::int64_t index) {
         std::uint64_t const offset = start + static_cast<std::uint64_t>(index) * width;
-        Window const& window = m_windows[column % m_windows.size()];
+        Window const& window = WindowOf(column);
         if (offset >= window.begin && offset < window.end && width <= window.end - offset) {
             return window.bytes.get() + (offset - window.begin);
         }
