@@ -3,6 +3,8 @@
 #include "norva/converters.h"
 #include "platform/text.h"
 
+#include <algorithm>
+
 namespace norva {
 
 namespace {
@@ -141,7 +143,15 @@ void ReadTitles(CLineReader& file, CG3DumpLayout& layout) {
 }  // namespace
 
 bool IsCG3DashLine(std::string_view line) {
-    return Contains(line, "-------");
+    // Of seven dashes in a row, one stands at every seventh place: a line without any is passed in a few looks.
+    constexpr std::size_t dashes = 7;
+    for (std::size_t at = dashes - 1; at < line.size(); at += dashes) {
+        if (line[at] != '-') continue;
+        std::size_t const first = line.find_last_not_of('-', at) + 1;
+        std::size_t const end = std::min(line.find_first_not_of('-', at), line.size());
+        if (end - first >= dashes) return true;
+    }
+    return false;
 }
 
 bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout) {

@@ -22,30 +22,6 @@ constexpr std::size_t kChannelLineTokens = 6;
 /// Slots before the "|" of a reading line.
 constexpr std::size_t kLeftSlots = 7;
 
-struct Parts {
-    std::string_view first;
-    std::string_view second;
-    std::size_t count = 0;
-};
-
-/// Cuts `text` at every one of `separators`; blanks around the text and after a cut belong to no part. Parts may be
-/// empty; only the first two are given.
-Parts CutAt(std::string_view text, std::string_view separators) {
-    constexpr std::string_view blanks = " \t";
-    Parts parts;
-    std::string_view rest = TrimOf(text, blanks);
-    for (;;) {
-        std::size_t const cut = rest.find_first_of(separators);
-        std::string_view const part = rest.substr(0, cut);
-        if (parts.count == 0) parts.first = part;
-        if (parts.count == 1) parts.second = part;
-        ++parts.count;
-        if (cut == std::string_view::npos) return parts;
-        rest.remove_prefix(cut + 1);
-        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
-    }
-}
-
 std::string const& TitleAt(std::vector<std::string> const& titles, std::size_t index) {
     static std::string const missing(kMissing);
     return index < titles.size() ? titles[index] : missing;
@@ -225,10 +201,10 @@ void CIPR12DumpConverter::StartSurveyLine(CReplacementFile& output) {
 void CIPR12DumpConverter::ConvertReading(CReplacementFile& output) {
     ++m_readingNumber;
     KeepTokens(1, m_recordValues);
-    for (Slots* slots : {&m_firstReadingValues, &m_secondReadingValues}) {
-        std::string_view line;
-        ReadSlots(m_file.Next(line) ? line : std::string_view(), *slots);
-    }
+    std::string_view line;
+    m_firstReadingLine.assign(m_file.Next(line) ? line : std::string_view());
+    ReadSlots(m_firstReadingLine, m_firstReadingValues);
+    ReadSlots(m_file.Next(line) ? line : std::string_view(), m_secondReadingValues);
 
     std::size_t const k = m_readingNumber;
     m_row.clear();
@@ -258,20 +234,22 @@ std::string_view CIPR12DumpConverter::PositionForReading(std::size_t index) cons
 }
 
 void CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
-    for (std::string& slot : slots) slot.assign(kMissing.begin(), kMissing.end());
-    Parts const parts = CutAt(line, "|");
-    GetTokens(parts.first, m_readingTokens, kReadingDelimiters);
+    slots.fill(kMissing);
+    std::size_t const bar = line.find('|');
+    GetTokens(line.substr(0, bar), m_readingTokens, kReadingDelimiters);
     if (m_readingTokens.size() <= kLeftSlots) FillFromRight(m_readingTokens, kLeftSlots - 1, slots);
-    if (parts.count != 2) return;
-    GetTokens(parts.second, m_readingTokens, kReadingDelimiters);
+    if (bar == std::string_view::npos || line.find('|', bar + 1) != std::string_view::npos) return;
+    GetTokens(line.substr(bar + 1), m_readingTokens, kReadingDelimiters);
     if (m_readingTokens.size() <= kSlots - kLeftSlots) FillFromRight(m_readingTokens, kSlots - 1, slots);
 }
 
 std::string CIPR12DumpConverter::ConvertPosition(std::string_view value) {
-    Parts const parts = CutAt(value, "NSEW");
-    bool const negative = parts.count == 2 && value.find_first_of("SW") != std::string_view::npos;
-    std::string position = negative ? "-" : "";
-    position.append(parts.first);
+    constexpr std::string_view directions = "NSEW";
+    std::size_t const direction = value.find_first_of(directions);
+    bool const isOnlyOne = direction != std::string_view::npos && direction == value.find_last_of(directions);
+    bool const isNegative = isOnlyOne && (value[direction] == 'S' || value[direction] == 'W');
+    std::string position = isNegative ? "-" : "";
+    position.append(value.substr(0, direction));
     return position.substr(0, position.find('+'));
 }
 

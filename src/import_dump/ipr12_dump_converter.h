@@ -22,10 +22,10 @@ public:
     int ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
 
     static constexpr std::size_t kSlots = 9;
-    using Slots = std::array<std::string, kSlots>;
+    using Slots = std::array<std::string_view, kSlots>;
 
     /// Reads a line of a reading into its slots: up to seven values right-aligned in slots 0 to 6, then, after a "|",
-    /// one or two right-aligned in slots 7 and 8. The others are "*".
+    /// one or two right-aligned in slots 7 and 8. The others are "*". They last as long as the line.
     void ReadSlots(std::string_view line, Slots& slots);
     /// A position as a signed number: 100N gives 100, 25W gives -25, 100S+25 gives -100.
     static std::string ConvertPosition(std::string_view value);
@@ -64,6 +64,7 @@ private:
     Strings m_positions;
     Strings m_stationValues;
     Strings m_recordValues;
+    std::string m_firstReadingLine;
     Slots m_firstReadingValues;
     Slots m_secondReadingValues;
     std::string m_lineName;

@@ -13,10 +13,11 @@ namespace norva {
 namespace {
 
 constexpr std::string_view kMissing = "*";
-constexpr GpxDelimiters kDelimiters{" ,<>\t\n#"};
-constexpr GpxDelimiters kFormatCheckDelimiters{" ,|\t\n#<>"};
-constexpr GpxDelimiters kAttributeDelimiters{" ="};
-constexpr GpxDelimiters kTimeDelimiters{" TZ"};
+// A laid out line may hold the line ends of the file, whatever they are.
+constexpr CDelimiters kDelimiters{" ,<>\t\n\r#"};
+constexpr CDelimiters kFormatCheckDelimiters{" ,|\t\n\r#<>"};
+constexpr CDelimiters kAttributeDelimiters{" ="};
+constexpr CDelimiters kTimeDelimiters{" TZ"};
 constexpr std::size_t kCoordinateWidth = 15;
 constexpr std::size_t kValueWidth = 12;
 
@@ -24,12 +25,15 @@ bool ContainsAny(std::string_view text, std::string_view first, std::string_view
     return Contains(text, first) || Contains(text, second) || Contains(text, third);
 }
 
-bool IsPoint(std::string_view token) {
-    return ContainsAny(token, "trkpt", "wpt", "rtept");
-}
-
-bool IsPointEnd(std::string_view token) {
-    return ContainsAny(token, "/trkpt", "/wpt", "/rtept");
+GpxElement JudgeElement(std::string_view name) {
+    GpxElement element;
+    element.isPoint = ContainsAny(name, "trkpt", "wpt", "rtept");
+    element.isPointEnd = ContainsAny(name, "/trkpt", "/wpt", "/rtept");
+    element.isWaypoint = Contains(name, "wpt");
+    element.isName = Contains(name, "name");
+    element.isElevation = Contains(name, "ele");
+    element.isTime = Contains(name, "time");
+    return element;
 }
 
 /// A value that fills its field is set off by a blank, so that every row keeps its five values.
@@ -65,16 +69,20 @@ void ReportFailure(char const* what, std::string const& path, int error) {
 
 }  // namespace
 
-void GpxTokens::Split(std::string_view text, GpxDelimiters const& delimiters) {
+void GpxTokens::Split(std::string_view text, CDelimiters const& delimiters) {
+    CTokenCursor cursor(text, delimiters);
     count = 0;
-    std::size_t at = 0;
-    while (count < kKept) {
-        while (at < text.size() && delimiters.Contains(text[at])) ++at;
-        if (at == text.size()) break;
-        std::size_t const start = at;
-        while (at < text.size() && !delimiters.Contains(text[at])) ++at;
-        token[count++] = text.substr(start, at - start);
-    }
+    while (count < kKept && cursor.Next(token[count])) ++count;
+}
+
+GpxElement CGpxElementJudge::Of(std::string_view name) {
+    constexpr std::size_t longestKept = 32;
+    if (name.empty() || name.size() > longestKept) return JudgeElement(name);
+    auto const first = static_cast<unsigned char>(name.front());
+    auto const last = static_cast<unsigned char>(name.back());
+    Known& known = m_known[(name.size() + 3U * first + 5U * last) % m_known.size()];
+    if (known.name != name) known = {std::string(name), JudgeElement(name)};
+    return known.element;
 }
 
 CGpxConverter::CGpxConverter() {
@@ -147,14 +155,14 @@ int CGpxConverter::ReadColumnNames(CGpxLayout& file) {
     while (file.Next(line)) {
         tokens.Split(line, kDelimiters);
         if (tokens.count == 0) continue;
-        std::string_view const element = tokens.token[0];
+        GpxElement const element = m_judge.Of(tokens.token[0]);
         if (tokens.count == 1) {
-            if (!pointSeen || !IsPointEnd(element)) continue;
+            if (!pointSeen || !element.isPointEnd) continue;
             if (m_columnNames.size() == 3) m_columnNames.insert(m_columnNames.end(), {"Date", "Time"});
             return 1;
         }
-        if (Contains(element, "name") || tokens.count != 3) continue;
-        if (IsPoint(element)) {
+        if (element.isName || tokens.count != 3) continue;
+        if (element.isPoint) {
             pointSeen = true;
             for (std::string_view const attribute : {tokens.token[1], tokens.token[2]}) {
                 GpxTokens parts;
@@ -163,8 +171,8 @@ int CGpxConverter::ReadColumnNames(CGpxLayout& file) {
             }
         }
         if (!pointSeen) continue;
-        if (Contains(element, "ele") && Contains(tokens.token[2], "/ele")) m_columnNames.emplace_back(element);
-        if (Contains(element, "time") && Contains(tokens.token[2], "/time")) {
+        if (element.isElevation && Contains(tokens.token[2], "/ele")) m_columnNames.emplace_back(tokens.token[0]);
+        if (element.isTime && Contains(tokens.token[2], "/time")) {
             m_columnNames.insert(m_columnNames.end(), {"Date", "Time"});
             return 1;
         }
@@ -190,30 +198,31 @@ std::string const& CGpxConverter::GetRowLine() {
 }
 
 void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output) {
-    std::string_view const element = line.token[0];
-    if (element == "/trk" || element == "/rte") {
+    GpxElement const element = m_judge.Of(line.token[0]);
+    if (line.token[0] == "/trk" || line.token[0] == "/rte") {
         m_lineOpen = false;
         return;
     }
     if (line.count == 1) {
-        if (!m_pointOpen || !IsPointEnd(element)) return;
+        if (!m_pointOpen || !element.isPointEnd) return;
         output.Write(GetRowLine());
         ResetPoint();
         m_pointOpen = false;
         return;
     }
     bool const hasContent = line.count > 2;
-    if (hasContent && !m_pointOpen && Contains(element, "name")) {
+    if (hasContent && !m_pointOpen && element.isName) {
         StartLine(DecodeNamedEntities(line.token[line.count == 3 ? 1 : 2]), output);
         return;
     }
-    if (!m_lineOpen && Contains(element, "wpt")) StartLine("waypoint", output);
-    if (hasContent && IsPoint(element)) {
+    if (!m_lineOpen && element.isWaypoint) StartLine("waypoint", output);
+    if (!hasContent) return;
+    if (element.isPoint) {
         SetLatLon(line.token[1], line.token[2]);
         m_pointOpen = true;
-    } else if (hasContent && m_pointOpen && Contains(element, "ele")) {
+    } else if (m_pointOpen && element.isElevation) {
         m_elevation = line.token[1];
-    } else if (hasContent && m_pointOpen && Contains(element, "time")) {
+    } else if (m_pointOpen && element.isTime) {
         SetDateTime(line.token[1]);
     }
 }

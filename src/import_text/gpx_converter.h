@@ -1,6 +1,7 @@
 #pragma once
 
 #include "import_text/gpx_layout.h"
+#include "import_text/text_line.h"
 #include "platform/files.h"
 
 #include <array>
@@ -11,27 +12,37 @@
 
 namespace norva {
 
-/// Characters that separate tokens; a carriage return always does.
-class GpxDelimiters {
-public:
-    explicit constexpr GpxDelimiters(std::string_view characters) {
-        for (char const c : characters) m_contains[static_cast<unsigned char>(c)] = true;
-        m_contains['\r'] = true;
-    }
-    constexpr bool Contains(char c) const { return m_contains[static_cast<unsigned char>(c)]; }
-
-private:
-    std::array<bool, 256> m_contains{};
-};
-
 /// The first tokens of a text; more than any rule looks at are not kept.
 struct GpxTokens {
     static constexpr std::size_t kKept = 4;
 
-    void Split(std::string_view text, GpxDelimiters const& delimiters);
+    void Split(std::string_view text, CDelimiters const& delimiters);
 
     std::array<std::string_view, kKept> token{};
     std::size_t count = 0;  ///< kKept stands for that many or more
+};
+
+/// What an element name means to the converter: it may hold several of these words.
+struct GpxElement {
+    bool isPoint = false;     ///< "trkpt", "wpt" or "rtept"
+    bool isPointEnd = false;  ///< the same with a "/"
+    bool isWaypoint = false;
+    bool isName = false;
+    bool isElevation = false;
+    bool isTime = false;
+};
+
+/// Judges element names, and remembers its judgement of those that come again and again.
+class CGpxElementJudge {
+public:
+    GpxElement Of(std::string_view name);
+
+private:
+    struct Known {
+        std::string name;
+        GpxElement element;
+    };
+    std::array<Known, 32> m_known;
 };
 
 /// Rewrites the tracks, routes and waypoints of a GPX file as column text: a marker line for every track or route with
@@ -67,6 +78,7 @@ private:
     void StartLine(std::string_view name, CReplacementFile& output);
     void SetCoordinate(std::string_view attribute);
 
+    CGpxElementJudge m_judge;
     std::vector<std::string> m_columnNames;
     std::string m_latitude;
     std::string m_longitude;

@@ -1,5 +1,6 @@
 #include "import_text/gpx_layout.h"
 
+#include "import_text/text_line.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -232,14 +233,23 @@ std::size_t CGpxLayout::FindMarkup(std::size_t offset, Markup& markup) {
 }
 
 CGpxLayout::Tag CGpxLayout::ScanTag(std::size_t offset) {
+    Tag tag = ScanTagEnd(offset);
+    std::string_view const name = NameOf(View().substr(offset, tag.length));
+    tag.nameLength = name.size();
+    tag.prefixed = name.find(':') != std::string_view::npos;
+    return tag;
+}
+
+CGpxLayout::Tag CGpxLayout::ScanTagEnd(std::size_t offset) {
+    static constexpr CDelimiters special{"<>\"'="};
     Tag tag;
     char quote = 0;
-    char previous = 0;
     std::size_t at = offset + 1;
     do {
         std::string_view const view = View();
         for (; at < view.size(); ++at) {
             char const c = view[at];
+            if (!special.Has(c)) continue;
             // No "<" can stand in a tag, quoted or not: the tag is broken and the next one begins.
             if (c == '<') {
                 tag.length = tag.textLength = at - offset;
@@ -249,19 +259,19 @@ CGpxLayout::Tag CGpxLayout::ScanTag(std::size_t offset) {
                 if (c == quote) quote = 0;
             } else if (c == '>') {
                 tag.length = at + 1 - offset;
-                tag.empty = previous == '/';
+                tag.empty = view[at - 1] == '/';
                 tag.textLength = at - offset - (tag.empty ? 1 : 0);
                 tag.complete = true;
                 return tag;
-            } else if (c == '"' || c == '\'') {
+            } else if (c != '=') {
                 quote = c;
-            } else if ((c == '=' && IsBlank(previous)) || (previous == '=' && IsBlank(c))) {
-                tag.loose = true;
+            } else {
+                if (at + 1 == view.size()) break;  // what follows decides
+                if (IsBlank(view[at - 1]) || IsBlank(view[at + 1])) tag.loose = true;
             }
-            previous = c;
         }
     } while (More());
-    tag.length = tag.textLength = at - offset;
+    tag.length = tag.textLength = View().size() - offset;
     return tag;
 }
 
@@ -328,7 +338,7 @@ std::string_view CGpxLayout::TakeEndTag() {
     m_sawTag = true;
     Tag const tag = ScanTag(0);
     m_insideLongTag = !tag.complete && tag.length == View().size();
-    std::string_view const line = Finish(View().substr(0, tag.length), tag.length, 0, false);
+    std::string_view const line = Finish(View().substr(0, tag.length), tag, 0);
     Take(tag.length);
     return line;
 }
@@ -336,11 +346,11 @@ std::string_view CGpxLayout::TakeEndTag() {
 std::string_view CGpxLayout::TakeElement() {
     m_sawTag = true;
     Tag const tag = ScanTag(0);
-    std::string_view const name = NameOf(View().substr(0, tag.length));
-    if (tag.complete && !tag.empty && !IsContainer(WithoutPrefix(name))) return TakeElementText(tag);
-    if (tag.empty) m_endTag.assign("</").append(WithoutPrefix(name)).append(">");
+    std::string_view const name = WithoutPrefix(View().substr(1, tag.nameLength));
+    if (tag.complete && !tag.empty && !IsContainer(name)) return TakeElementText(tag);
+    if (tag.empty) m_endTag.assign("</").append(name).append(">");
     m_insideLongTag = !tag.complete && tag.length == View().size();
-    std::string_view const line = Finish(View().substr(0, tag.textLength), tag.textLength, 0, tag.loose);
+    std::string_view const line = Finish(View().substr(0, tag.textLength), tag, 0);
     Take(tag.length);
     return line;
 }
@@ -348,28 +358,26 @@ std::string_view CGpxLayout::TakeElement() {
 std::string_view CGpxLayout::TakeElementText(Tag const& tag) {
     Markup markup = Markup::None;
     std::size_t const at = FindMarkup(tag.length, markup);
-    std::string_view view = View();
-    if (markup == Markup::None) {
-        Take(at);
-        return Finish(view.substr(0, at), tag.length, 0, tag.loose);
-    }
     if (markup == Markup::Comment || markup == Markup::CharacterData) return TakeMixedText(tag, at);
 
-    bool const hasText = !Trim(view.substr(tag.length, at - tag.length)).empty();
+    std::size_t length = at;
+    std::size_t endLength = 0;
+    bool const hasText = !Trim(View().substr(tag.length, at - tag.length)).empty();
     if (markup == Markup::EndTag && hasText) {
         Tag const end = ScanTag(at);
-        view = View();
-        bool const matches = end.complete && NameOf(view.substr(at)) == NameOf(view);
-        std::size_t const endLength = matches ? end.length : 0;
-        Take(at + endLength);
-        return Finish(view.substr(0, at + endLength), tag.length, endLength, tag.loose);
+        std::string_view const view = View();
+        if (end.complete && view.substr(at + 2, end.nameLength) == view.substr(1, tag.nameLength)) {
+            endLength = end.length;
+        }
+    } else if (markup != Markup::None) {
+        length = tag.length;
     }
-    Take(at);
-    return Finish(view.substr(0, tag.length), tag.length, 0, tag.loose);
+    std::string_view const line = Finish(View().substr(0, length + endLength), tag, endLength);
+    Take(at + endLength);
+    return line;
 }
 
 std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
-    std::string const elementName(NameOf(View()));
     m_text.assign(View().substr(0, offset));
     Take(offset);
     Markup markup = MarkupAt(0);
@@ -393,7 +401,7 @@ std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
     bool const hasText = !Trim(std::string_view(m_text).substr(tag.length)).empty();
     if (markup == Markup::EndTag && hasText) {
         Tag const end = ScanTag(0);
-        if (end.complete && NameOf(View()) == elementName) {
+        if (end.complete && View().substr(2, end.nameLength) == std::string_view(m_text).substr(1, tag.nameLength)) {
             endLength = end.length;
             m_text.append(View().substr(0, endLength));
             Take(endLength);
@@ -401,7 +409,7 @@ std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
     } else if (markup != Markup::None) {
         m_text.resize(tag.length);
     }
-    return Finish(m_text, tag.length, endLength, tag.loose);
+    return Finish(m_text, tag, endLength);
 }
 
 void CGpxLayout::AppendText(std::string_view text) {
@@ -437,14 +445,15 @@ void CGpxLayout::AppendCharacterData() {
     }
 }
 
-std::string_view CGpxLayout::Finish(std::string_view line, std::size_t tagLength, std::size_t endTagLength,
-                                    bool loose) {
-    bool const hasReference = Contains(line, "&#");
-    if (!loose && !hasReference && !Contains(NameOf(line), ":")) return line;
+std::string_view CGpxLayout::Finish(std::string_view line, Tag const& tag, std::size_t endTagLength) {
+    bool const hasReference = line.find('&') != std::string_view::npos && Contains(line, "&#");
+    if (!tag.loose && !tag.prefixed && !hasReference) return line;
+    std::size_t const textStart = std::min(tag.length, line.size());
+    std::size_t const textEnd = line.size() - endTagLength;
     m_finished.clear();
-    AppendTag(m_finished, line.substr(0, tagLength), loose);
-    m_finished.append(line.substr(tagLength, line.size() - tagLength - endTagLength));
-    AppendTag(m_finished, line.substr(line.size() - endTagLength), false);
+    AppendTag(m_finished, line.substr(0, textStart), tag.loose);
+    m_finished.append(line.substr(textStart, textEnd - textStart));
+    AppendTag(m_finished, line.substr(textEnd), false);
     if (hasReference) DecodeNumericReferences(m_finished);
     return m_finished;
 }

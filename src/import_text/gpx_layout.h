@@ -37,8 +37,10 @@ private:
     struct Tag {
         std::size_t length = 0;      ///< characters up to and with its ">"
         std::size_t textLength = 0;  ///< characters before its ">" or "/>"
+        std::size_t nameLength = 0;  ///< of the element's name, prefix included
         bool complete = false;       ///< it has its ">"
         bool empty = false;          ///< it ends in "/>"
+        bool prefixed = false;       ///< the name has a prefix
         bool loose = false;          ///< a blank stands beside a "=" outside quotes
     };
 
@@ -54,6 +56,7 @@ private:
     /// a full buffer ends.
     std::size_t FindMarkup(std::size_t offset, Markup& markup);
     Tag ScanTag(std::size_t offset);
+    Tag ScanTagEnd(std::size_t offset);
 
     void SkipBlanks();
     void SkipLongTag();
@@ -69,8 +72,8 @@ private:
     /// Appends to m_text as far as its length goes.
     void AppendText(std::string_view text);
     void AppendCharacterData();
-    /// `line` (a tag of `tagLength`, text, an end tag of `endTagLength`) in its final form.
-    std::string_view Finish(std::string_view line, std::size_t tagLength, std::size_t endTagLength, bool loose);
+    /// The final form of a line that begins with `tag` and ends with an end tag of `endTagLength` (0: none).
+    std::string_view Finish(std::string_view line, Tag const& tag, std::size_t endTagLength);
 
     CGpxSource m_source;
     std::vector<char> m_buffer;

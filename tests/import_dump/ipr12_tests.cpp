@@ -62,7 +62,7 @@ TEST(IPR12DumpConverter, FillsNineSlots) {
         CIPR12DumpConverter::Slots slots;
         converter.ReadSlots(c.line, slots);
         std::string joined;
-        for (std::string const& slot : slots) joined += (joined.empty() ? "" : " ") + slot;
+        for (std::string_view const slot : slots) joined.append(joined.empty() ? "" : " ").append(slot);
         EXPECT_EQ(joined, c.slots) << c.line;
     }
 }
