@@ -1,6 +1,7 @@
 #include "entry/import_formats.h"
 #include "fuzz_folder.h"
 #include "norva/scripted_toolkit.h"
+#include "read_store.h"
 #include "ui/control_ids.h"
 
 #include <array>
@@ -47,20 +48,6 @@ ScriptAnswer Contents(unsigned choice) {
     return answer;
 }
 
-/// Aborts unless every value that the store describes can be read.
-void ReadWholeStore(std::string const& path) {
-    CNorvaFileUtil store;
-    if (store.SetFileName(path, kReopenStore, nullptr) == 0) std::abort();
-    std::vector<char> values;
-    for (int channel = 0; channel < store.ChannelCount; ++channel) {
-        for (int profile = 0; profile < store.ProfileCount; ++profile) {
-            long const count = store.GetProfileLocationNum(profile, 0);
-            values.resize(static_cast<std::size_t>(count) * store.GetChannelValueSize(channel));
-            if (store.ReadColumn(channel, profile, 0, count, values.data()) == 0) std::abort();
-        }
-    }
-}
-
 }  // namespace
 
 /// Imports the bytes after the first, which chooses what the dialog is answered; every message is answered by OK.
@@ -79,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t siz
     if (!isImported) store.CloseCurFile();
     SetToolkit(nullptr);
     if (isImported) {
-        ReadWholeStore(job.storePath);
+        fuzz::ReadWholeStore(job.storePath);
         std::filesystem::remove(job.storePath);
     }
     // No temporary file is left behind, whatever came of the import.

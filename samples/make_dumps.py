@@ -52,7 +52,7 @@ def ipr12(scale):
         yield f"P-Line: {line}   C-Line: {line}   Array: PD   Date: 94/06/02"
         yield "Station   P1   P2   P3   P4   P5   P6   P7   P8   P9"
         yield "  Stn   C1   C2   I   T   Cyc"
-        yield "  D:   Vp   SP   Rho"
+        yield "  D:   Vp   SP"
         yield "  M0   M1   M2   M3   M4   M5   M6 |   Ms   Tau"
         yield "  M7   M8   M9   M10  M11  M12  M13 |  RMS  Fit"
         yield "*" * 70
@@ -63,7 +63,7 @@ def ipr12(scale):
             for reading in range(6):
                 primary = 820.0 / (reading + 1) ** 2 + draw.gauss(0, 0.6)
                 decay = [draw.uniform(9.0, 14.0) * math.exp(-0.17 * i) for i in range(14)]
-                yield f" D{reading + 1}:  {primary:9.3f}  {draw.randint(-60, 60)}  {draw.uniform(180, 900):.1f}"
+                yield f" D{reading + 1}:  {primary:9.3f}  {draw.randint(-60, 60)}"
                 yield "  " + "  ".join(f"{v:.2f}" for v in decay[:7]) + f" |  {decay[4]:.2f}  {draw.uniform(0.1, 2):.3f}"
                 yield "  " + "  ".join(f"{v:.2f}" for v in decay[7:]) + f" |  {draw.uniform(0.1, 1):.2f}"
             yield "*" * 70

@@ -13,9 +13,9 @@ namespace norva {
 namespace {
 
 constexpr std::string_view kMissing = "*";
-// A laid out line may hold the line ends of the file, whatever they are.
-constexpr CDelimiters kDelimiters{" ,<>\t\n\r#"};
-constexpr CDelimiters kFormatCheckDelimiters{" ,|\t\n\r#<>"};
+// A laid out line may hold the line ends of the file, whatever they are, and a value no white space of any kind.
+constexpr CDelimiters kDelimiters{" ,<>\t\n\r\v\f#"};
+constexpr CDelimiters kFormatCheckDelimiters{" ,|\t\n\r\v\f#<>"};
 constexpr CDelimiters kAttributeDelimiters{" ="};
 constexpr CDelimiters kTimeDelimiters{" TZ"};
 constexpr std::size_t kCoordinateWidth = 15;

@@ -1,43 +1,19 @@
 #include "import_text/gpx_converter.h"
 
-#include "norva/import_export.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
-#include "support/temporary_folder.h"
+#include "support/conversion.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 namespace norva {
 namespace {
 
-struct Conversion {
-    int result = 0;
-    std::string output;
-    std::string error;
-};
+using test::Conversion;
 
 Conversion Convert(std::string const& text) {
-    test::CTemporaryFolder const folder;
-    test::WriteWholeFile(folder / "in.gpx", text);
-    ClearLastErrorText();
-    CGpxConverter converter;
-    Conversion conversion;
-    conversion.result = converter.ConvertToXYZ(folder / "in.gpx", folder / "out.xyz");
-    conversion.output = test::ReadWholeFile(folder / "out.xyz");
-    conversion.error = GetLastErrorText();
-    return conversion;
-}
-
-/// The output without its first two lines, every run of blanks as one space.
-std::string Body(std::string const& output) {
-    std::string body;
-    for (char const c : output.substr(output.find('\n', output.find('\n') + 1) + 1)) {
-        if (c != ' ' || (!body.empty() && body.back() != ' ' && body.back() != '\n')) body.push_back(c);
-    }
-    return body;
+    return test::ConvertText<CGpxConverter>(text);
 }
 
 std::string const kNeat = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -124,20 +100,20 @@ TEST(GpxConverter, WritesEveryLayoutOfATrackLikeItsNeatTwin) {
 
 TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
     std::string const start = "<gpx>\n<wpt lat=\"1\" lon=\"2\">\n</wpt>\n";
-    std::string const startRows = "Line waypoint \n1 2 * * *\n";
+    std::string const startRows = "Line waypoint\n1 2 * * *\n";
     std::string const point = "<trkpt lat=\"7\" lon=\"8\">\n</trkpt>\n";
     struct Case {
         char const* text;
         std::string body;  ///< after the first waypoint
     };
     Case const cases[] = {
-        {"<trk>\n<name>Track 1</name>\nP</trk>", "Line 1 \n7 8 * * *\n"},
-        {"<trk>\n<name>a b c</name>\nP</trk>", "Line b \n7 8 * * *\n"},
+        {"<trk>\n<name>Track 1</name>\nP</trk>", "Line 1\n7 8 * * *\n"},
+        {"<trk>\n<name>a b c</name>\nP</trk>", "Line b\n7 8 * * *\n"},
         {"<trk>\nP</trk>", "7 8 * * *\n"},
-        {"<trk>\n<name>A</name>\n</trk>\n<wpt lat=\"3\" lon=\"4\">\n</wpt>\n", "Line A \nLine waypoint \n3 4 * * *\n"},
-        {"<name>Tom&apos;s&lt;&gt;&quot;&amp;amp;</name>\nP", "Line Tom's<>\"&amp; \n7 8 * * *\n"},
-        {"<name>x&#32;y</name>\nP", "Line y \n7 8 * * *\n"},
-        {"<name lang=\"en\">A</name>\nP", "Line A \n7 8 * * *\n"},
+        {"<trk>\n<name>A</name>\n</trk>\n<wpt lat=\"3\" lon=\"4\">\n</wpt>\n", "Line A\nLine waypoint\n3 4 * * *\n"},
+        {"<name>Tom&apos;s&lt;&gt;&quot;&amp;amp;</name>\nP", "Line Tom's<>\"&amp;\n7 8 * * *\n"},
+        {"<name>x&#32;y</name>\nP", "Line y\n7 8 * * *\n"},
+        {"<name lang=\"en\">A</name>\nP", "Line A\n7 8 * * *\n"},
         {"<name></name>\n<name/>\n<name>\n</name>\nP", "7 8 * * *\n"},
         {"<trkpt lat=\"7\" lon=\"8\">\n<name>N</name>\n<ele>1</ele>\n</trkpt>\n", "7 8 1 * *\n"},
         {"<trkpt lat=\"\" lon=\"8\" lat=\"9\">\n<ele></ele>\n</trkpt>\n", "* 8 * * *\n"},
@@ -152,7 +128,7 @@ TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
     for (Case const& c : cases) {
         Conversion const conversion = Convert(start + ReplaceAll(c.text, "P", point));
         EXPECT_EQ(conversion.result, 1) << c.text;
-        EXPECT_EQ(Body(conversion.output), startRows + c.body) << c.text;
+        EXPECT_EQ(conversion.Body(), startRows + c.body) << c.text;
     }
 }
 
@@ -204,42 +180,13 @@ TEST(GpxConverter, SaysWhatIsWrongWithAFile) {
         EXPECT_EQ(conversion.output, "") << c.text;
     }
 
-    test::CTemporaryFolder const folder;
-    CGpxConverter converter;
-    ClearLastErrorText();
-    EXPECT_EQ(converter.ConvertToXYZ(folder / "missing.gpx", folder / "out.xyz"), 0);
-    EXPECT_EQ(GetLastErrorText(), "Could not open the file!");
-    ClearLastErrorText();
-    test::WriteWholeFile(folder / "in.gpx", kNeat);
-    std::filesystem::create_directory(folder / "out.xyz");
-    EXPECT_EQ(converter.ConvertToXYZ(folder / "in.gpx", folder / "out.xyz"), 0);
-    EXPECT_EQ(GetLastErrorText().rfind("Couldn't create the file : ", 0), 0U) << GetLastErrorText();
-}
-
-TEST(GpxConverter, FailsWithTheReasonWhenTheDiskDoes) {
-    struct Case {
-        FaultPoint point;
-        int error;
-        std::string start;
-    };
-    Case const cases[] = {{FaultPoint::Read, EIO, "Couldn't read the file : "},
-                          {FaultPoint::Write, ENOSPC, "Couldn't write the file : "}};
-    test::CTemporaryFolder const folder;
     std::string text = kNeat;
     while (text.size() < 3000000) text += kNeat;
-    test::WriteWholeFile(folder / "in.gpx", text);
-    for (Case const& c : cases) {
-        ClearLastErrorText();
-        int calls = 0;
-        SetFaultHook(
-            [&](FaultPoint point, std::string const&) { return point == c.point && ++calls > 4 ? c.error : 0; });
-        CGpxConverter converter;
-        int const result = converter.ConvertToXYZ(folder / "in.gpx", folder / "out.xyz");
-        SetFaultHook({});
-        EXPECT_EQ(result, 0) << c.start;
-        EXPECT_EQ(GetLastErrorText().rfind(c.start, 0), 0U) << GetLastErrorText();
-        EXPECT_EQ(folder.Count(), 1U) << c.start;
-    }
+    test::ExpectFileErrors<CGpxConverter>(text);
+}
+
+TEST(GpxImport, TracesTheSampleTracks) {
+    test::ExpectGoldenImport(9, "tracks.gpx", "import_text/gpx.jsonl");
 }
 
 }  // namespace

@@ -1,44 +1,20 @@
 #include "import_dump/ipr12_dump_converter.h"
 
-#include "norva/import_export.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
-#include "support/temporary_folder.h"
+#include "support/conversion.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace norva {
 namespace {
 
-struct Conversion {
-    int result = 0;
-    std::string output;
-    std::string error;
-};
+using test::Conversion;
 
 Conversion Convert(std::string const& text) {
-    test::CTemporaryFolder const folder;
-    test::WriteWholeFile(folder / "in.dmp", text);
-    ClearLastErrorText();
-    CIPR12DumpConverter converter;
-    Conversion conversion;
-    conversion.result = converter.ConvertToXYZ(folder / "in.dmp", folder / "out.xyz");
-    conversion.output = test::ReadWholeFile(folder / "out.xyz");
-    conversion.error = GetLastErrorText();
-    return conversion;
-}
-
-/// The output after its title row, every run of blanks as one space.
-std::string Body(std::string const& output) {
-    std::string body;
-    for (char const c : output.substr(output.find('\n', output.find('\n') + 1) + 1)) {
-        if (c != ' ' || body.empty() || body.back() != ' ') body.push_back(c);
-    }
-    return body;
+    return test::ConvertText<CIPR12DumpConverter>(text);
 }
 
 TEST(IPR12DumpConverter, FillsNineSlots) {
@@ -113,50 +89,50 @@ TEST(IPR12DumpConverter, WritesTitlesAndRows) {
 
 TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
     std::string const row = " 1 -25 0 900 2.0 12 5.5 -3 * * * * * 1 2 * * * * * 4 5 * 3 6 7\n";
-    std::string nine = "Line 100N \n", ten;
-    for (int k = 0; k < 8; ++k) nine += " 100 " + std::to_string(25 * k) + " " + std::to_string(25 * k + 25) + row;
-    nine += " 100 200 225" + row;
-    ten = nine + " 100 * *" + row;
+    std::string nine = "Line 100N\n", ten;
+    for (int k = 0; k < 8; ++k) nine += "100 " + std::to_string(25 * k) + " " + std::to_string(25 * k + 25) + row;
+    nine += "100 200 225" + row;
+    ten = nine + "100 * *" + row;
     std::string readings;
     for (int k = 0; k < 9; ++k) readings += kReading;
-    std::string const one = "Line 100N \n 100 0 25" + row;
+    std::string const one = "Line 100N\n100 0 25" + row;
     std::string const values = " 5.5 -3 * * * * * 1 2 * * * * * 4 5 * 3 6 7\n";
     struct Case {
         std::string text;
         std::string body;
     };
     Case const cases[] = {
-        {kHeader, "Line 100N \n"},
+        {kHeader, "Line 100N\n"},
         {kHeader + kGroup + readings, nine},
         {kHeader + kGroup + readings + kReading, ten},
-        {kHeader + kGroup + kReading + "\n***\n" + kGroup + kReading, one + " 100 0 25" + row},
+        {kHeader + kGroup + kReading + "\n***\n" + kGroup + kReading, one + "100 0 25" + row},
         // Without "*" between them, the lines of the next group are none of a group.
-        {kHeader + kGroup + kReading + kGroup + kReading, one + " 100 25 50" + row},
+        {kHeader + kGroup + kReading + kGroup + kReading, one + "100 25 50" + row},
         // Another survey line: the rows keep the coordinate of the header.
         {kHeader + kGroup + kReading + "-----\nP-Line: 1\nP-Line: 200S+50\nStation x\n***\n" + kGroup + kReading,
-         one + "LINE 200S\n 100 0 25" + row},
-        {kHeader + kGroup + kReading + "-----\nP-Line:\n***\n" + kGroup + kReading, one + " 100 0 25" + row},
+         one + "LINE 200S\n100 0 25" + row},
+        {kHeader + kGroup + kReading + "-----\nP-Line:\n***\n" + kGroup + kReading, one + "100 0 25" + row},
         {kHeader + kGroup + kReading + "-----\nP-Line: 7\n", one + "LINE 7\n"},
         // Positions that are not there; a ninth reading needs both of the last two.
         {kHeader + "Pos 5S N5\n1 2\n" + kReading + kReading + kReading,
-         "Line 100N \n 100 -5 * 1 2" + values + " 100 * * 1 2" + values + " 100 * * 1 2" + values},
+         "Line 100N\n100 -5 * 1 2" + values + "100 * * 1 2" + values + "100 * * 1 2" + values},
         {kHeader + "Pos 0 1 2 3 4 5 6 7\n1\n" + readings.substr(0, 8 * kReading.size()) + "D: 5.5 -3",
-         Body("\n\n") + "Line 100N \n 100 0 1 1" + values + " 100 1 2 1" + values + " 100 2 3 1" + values +
-             " 100 3 4 1" + values + " 100 4 5 1" + values + " 100 5 6 1" + values + " 100 6 7 1" + values +
-             " 100 7 * 1" + values + " 100 * * 1 5.5 -3 * * * * * * * * * * * * * * * * * *\n"},
+         "Line 100N\n100 0 1 1" + values + "100 1 2 1" + values + "100 2 3 1" + values + "100 3 4 1" + values +
+             "100 4 5 1" + values + "100 5 6 1" + values + "100 6 7 1" + values + "100 7 * 1" + values +
+             "100 * * 1 5.5 -3 * * * * * * * * * * * * * * * * * *\n"},
         // A position line with ":" is a record line too, of positions as they stand.
         {kHeader + "Pos: 5S 6S\n1 2 | 3\n4 5 | 6 7\n",
-         "Line 100N \n 100 5S 6S 5S 6S * * * * * 1 2 * * * * * 4 5 * 3 6 7\n"},
+         "Line 100N\n100 5S 6S 5S 6S * * * * * 1 2 * * * * * 4 5 * 3 6 7\n"},
         // The two lines of a reading are taken as they come.
         {kHeader + kGroup + "D1: 5.5 -3\n\n1 2 | 3\n4 5 | 6 7\n",
-         "Line 100N \n 100 0 25 1 -25 0 900 2.0 12 5.5 -3 * * * * * * * * * * * * 1 2 * * * 3\n"},
+         "Line 100N\n100 0 25 1 -25 0 900 2.0 12 5.5 -3 * * * * * * * * * * * * 1 2 * * * 3\n"},
         // No name: every row begins with the empty coordinate.
-        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "") + kGroup + kReading, "Line \n 0 25" + row},
+        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "") + kGroup + kReading, "Line\n0 25" + row},
     };
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
         EXPECT_EQ(conversion.result, 1) << c.text;
-        EXPECT_EQ(Body(conversion.output), c.body) << c.text;
+        EXPECT_EQ(conversion.Body(), c.body) << c.text;
     }
 }
 
@@ -192,16 +168,13 @@ TEST(IPR12DumpConverter, RefusesOtherFiles) {
     }
     EXPECT_EQ(Convert(ReplaceAll(kHeader, "*****\n", "")).result, 1);
 
-    test::CTemporaryFolder const folder;
-    CIPR12DumpConverter converter;
-    ClearLastErrorText();
-    EXPECT_EQ(converter.ConvertToXYZ(folder / "missing.dmp", folder / "out.xyz"), 0);
-    EXPECT_EQ(GetLastErrorText(), "Could not open the file!");
-    ClearLastErrorText();
-    test::WriteWholeFile(folder / "in.dmp", kHeader);
-    std::filesystem::create_directory(folder / "out.xyz");
-    EXPECT_EQ(converter.ConvertToXYZ(folder / "in.dmp", folder / "out.xyz"), 0);
-    EXPECT_EQ(GetLastErrorText().rfind("Couldn't create the file : ", 0), 0U) << GetLastErrorText();
+    std::string text = kHeader + kGroup;
+    while (text.size() < 3000000) text += kReading;
+    test::ExpectFileErrors<CIPR12DumpConverter>(text);
+}
+
+TEST(IPR12Import, TracesTheSampleDump) {
+    test::ExpectGoldenImport(7, "ipr12.dmp", "import_dump/ipr12.jsonl");
 }
 
 }  // namespace

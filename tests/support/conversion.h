@@ -1,0 +1,96 @@
+#pragma once
+
+#include "norva/import_export.h"
+#include "platform/files.h"
+#include "platform/last_error.h"
+#include "support/play.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+namespace norva::test {
+
+/// What a converter to column text made of a file.
+struct Conversion {
+    int result = 0;
+    std::string output;
+    std::string error;
+
+    /// The output after its comment and title lines, every run of blanks as one space, none before or after a line.
+    std::string Body() const {
+        std::string body;
+        for (char const c : output.substr(output.find('\n', output.find('\n') + 1) + 1)) {
+            if (c == '\n' && body.ends_with(' ')) body.pop_back();
+            if (c != ' ' || (!body.empty() && body.back() != ' ' && body.back() != '\n')) body.push_back(c);
+        }
+        return body;
+    }
+};
+
+template <typename Converter>
+Conversion Convert(CTemporaryFolder const& folder, std::string const& input) {
+    ClearLastErrorText();
+    Conversion conversion;
+    conversion.result = Converter().ConvertToXYZ(folder / input, folder / "out.xyz");
+    if (conversion.result == 1) conversion.output = ReadWholeFile(folder / "out.xyz");
+    conversion.error = GetLastErrorText();
+    return conversion;
+}
+
+template <typename Converter>
+Conversion ConvertText(std::string const& text) {
+    CTemporaryFolder const folder;
+    WriteWholeFile(folder / "in", text);
+    return Convert<Converter>(folder, "in");
+}
+
+/// Tries a missing input, an output that cannot be created, and a disk that fails in the middle of `text`.
+template <typename Converter>
+void ExpectFileErrors(std::string const& text) {
+    CTemporaryFolder const folder;
+    WriteWholeFile(folder / "in", text);
+    struct Case {
+        FaultPoint point;
+        int error;
+        std::string start;
+    };
+    Case const cases[] = {{FaultPoint::Read, EIO, "Couldn't read the file : "},
+                          {FaultPoint::Write, ENOSPC, "Couldn't write the file : "}};
+    for (Case const& c : cases) {
+        int calls = 0;
+        SetFaultHook(
+            [&](FaultPoint point, std::string const&) { return point == c.point && ++calls > 2 ? c.error : 0; });
+        Conversion const failed = Convert<Converter>(folder, "in");
+        SetFaultHook({});
+        EXPECT_EQ(failed.result, 0) << c.start;
+        EXPECT_EQ(failed.error.rfind(c.start, 0), 0U) << failed.error;
+        EXPECT_EQ(folder.Count(), 1U) << c.start;
+    }
+    EXPECT_EQ(Convert<Converter>(folder, "missing").error, "Could not open the file!");
+    std::filesystem::create_directory(folder / "out.xyz");
+    Conversion const blocked = Convert<Converter>(folder, "in");
+    EXPECT_EQ(blocked.result, 0);
+    EXPECT_EQ(blocked.error.rfind("Couldn't create the file : ", 0), 0U) << blocked.error;
+}
+
+/// Imports a sample under the format of a row of the format list, with the column names of its title line.
+inline void ExpectGoldenImport(int row, std::string const& sample, std::string const& golden) {
+    CTemporaryFolder const folder;
+    PlaySettings const names = {{"dir", folder.Path()}, {"samples", NORVA_SAMPLES}};
+    PlayRun const run = Play(R"({"operation": "import", "store": "", "answers": [
+                                 {"dialog": 4063, "do": [{"double": "Formats", "row": )" +
+                                 std::to_string(row) + R"(}]},
+                                 {"open": "{samples}/)" +
+                                 sample + R"("}, {"save": "{dir}/out.nvt"},
+                                 {"dialog": 4003, "do": [{"double": "File Header", "row": 1}, {"click": 1}]},
+                                 {"message": "Do you want to change the column labels?", "answer": "yes"}]})",
+                             names);
+    EXPECT_EQ(run.failure, "");
+    ExpectGolden(run, NORVA_TEST_DATA "/" + golden, names);
+}
+
+}  // namespace norva::test
