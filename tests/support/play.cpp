@@ -23,7 +23,18 @@ std::string WithNames(std::string text, PlaySettings const& settings) {
     return text;
 }
 
+ToolkitMaker& PlayToolkit() {
+    static ToolkitMaker maker = [](std::vector<ScriptAnswer> answers, bool defaults, CTrace* trace) {
+        return std::make_unique<CScriptedToolkit>(std::move(answers), defaults, trace);
+    };
+    return maker;
+}
+
 }  // namespace
+
+void SetPlayToolkit(ToolkitMaker maker) {
+    PlayToolkit() = std::move(maker);
+}
 
 std::vector<nlohmann::json> PlayRun::Events(std::string_view event) const {
     std::vector<nlohmann::json> found;
@@ -54,9 +65,9 @@ PlayRun Play(std::string const& json, PlaySettings const& settings, PlayOptions 
     PlayRun run;
     CTrace trace([&](std::string_view line) { run.trace.emplace_back(line.substr(0, line.size() - 1)); },
                  options.withBytes);
-    CScriptedToolkit toolkit(script.answers, options.defaults, &trace);
+    std::unique_ptr<CScriptedToolkit> const toolkit = PlayToolkit()(script.answers, options.defaults, &trace);
     SetHelpFilePath(options.helpFile);
-    PlayResult result = RunOperation(script, toolkit, &trace, options.owner);
+    PlayResult result = RunOperation(script, *toolkit, &trace, options.owner);
     SetHelpFilePath("");
     run.value = result.value;
     run.store = std::move(result.store);

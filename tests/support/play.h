@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/play_script.h"
+
 #include <nlohmann/json.hpp>
 
 #include <map>
@@ -39,6 +41,9 @@ struct PlayRun {
     /// The control of that number in the n-th event of that name ("dialog" or "closed"); null when there is none.
     nlohmann::json Control(std::string_view event, std::size_t n, int id) const;
 };
+
+/// Plays the scripts of all tests from now on: the same tests then try another skin.
+void SetPlayToolkit(ToolkitMaker maker);
 
 using PlaySettings = std::map<std::string, std::string>;
 
