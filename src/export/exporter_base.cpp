@@ -1,6 +1,7 @@
 #include "norva/exporter_base.h"
 
 #include "export/export_selection_dlg.h"
+#include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
 #include "platform/paths.h"
@@ -80,7 +81,10 @@ void CExporterBase::CheckOldFile() {
 
 bool CExporterBase::OpenOutput() {
     m_output = std::make_unique<CReplacementFile>();
-    if (m_output->Open(m_outputFile)) return true;
+    if (m_output->Open(m_outputFile)) {
+        ClearLastErrorText();  // what stands there at the end is a value that could not be read
+        return true;
+    }
     SetLastErrorText("Couldn't write the file : " + m_outputFile + "\n" + SystemErrorText(m_output->Error()));
     m_output.reset();
     return false;
@@ -91,6 +95,11 @@ bool CExporterBase::Write(std::string_view bytes) {
 }
 
 int CExporterBase::FinishOutput() {
+    if (std::string const unread = GetLastErrorText(); !unread.empty()) {
+        m_output.reset();
+        ShowMessage(unread);
+        return 0;
+    }
     bool const done = m_output->Commit();
     int const error = m_output->Error();
     m_output.reset();

@@ -146,6 +146,26 @@ TEST(ExportFaults, AFailedExportLeavesTheOlderFileWholeAndNothingElse) {
     }
 }
 
+TEST(ExportFaults, AStoreThatCannotBeReadIsNotExportedInPart) {
+    for (char const* const name : {"out.xyz", "out.xls", "out.nvt", "out.gbn"}) {
+        CTemporaryFolder folder;
+        ASSERT_TRUE(WriteSampleStore(folder / "s.nvt"));
+        WriteWholeFile(folder / name, "older");
+        bool writing = false;
+        SetFaultHook([&](FaultPoint point, std::string const& path) {
+            writing = writing || path.find("/.out.") != std::string::npos;
+            return writing && point == FaultPoint::Read && path == folder / "s.nvt" ? EIO : 0;
+        });
+        PlayRun const run = Export(folder, name, R"({"click": 4007}, {"click": 4011}, {"click": 1})",
+                                   R"(, {"message": "Couldn't read the store : {dir}/s.nvt\nInput/output error", )"
+                                   R"("answer": "ok"})");
+        SetFaultHook({});
+        EXPECT_EQ(run.value, 0) << name;
+        EXPECT_EQ(run.failure, "") << name;
+        EXPECT_EQ(ReadWholeFile(folder / name), "older") << name;
+    }
+}
+
 TEST(ExportFaults, WhatStandsInTheWayIsShownAndTheExportGoesOn) {
     CTemporaryFolder folder;
     ASSERT_TRUE(WriteSampleStore(folder / "s.nvt"));
