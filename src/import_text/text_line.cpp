@@ -49,7 +49,8 @@ bool HoldsSpacedLineWord(std::string_view text) {
 }
 
 LineKind ClassifyLine(std::string_view& line) {
-    line = Trim(line);
+    auto const isBlank = [](char character) { return static_cast<unsigned char>(character) <= ' '; };
+    if (!line.empty() && (isBlank(line.front()) || isBlank(line.back()))) line = Trim(line);
     if (line.empty()) return LineKind::Empty;
     if (IsCommentLine(line)) return LineKind::Comment;
     return HoldsLineWord(line) ? LineKind::Marker : LineKind::Data;
