@@ -22,10 +22,6 @@ constexpr int kPreviewLines = 40;
 /// A channel's number has to fit into 16 bits, and every column has a temporary file.
 constexpr int kMostColumns = 32767;
 
-bool IsUtf16(std::string_view start) {
-    return start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
-}
-
 CDelimiters const& DelimitersFor(int csv) {
     return csv != 0 ? kCsvRowDelimiters : kRowDelimiters;
 }
@@ -56,14 +52,12 @@ int CAsciiFileImport::OpenFile() {
         ShowMessage(message);
         return 0;
     }
-    std::string_view start;
-    if (m_file.Next(start) && IsUtf16(start)) {
+    if (m_file.StartsWithUtf16Mark()) {
         ShowMessage("Couldn't read the file : " + m_path +
                     "\nIt is UTF-16 text; save it as UTF-8 or ASCII text first.");
         CloseFile();
         return 0;
     }
-    m_file.Rewind();
     return 1;
 }
 

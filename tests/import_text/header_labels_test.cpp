@@ -9,12 +9,7 @@ TEST(HeaderLabels, SplitsALineIntoAsManyLabelsAsColumns) {
     HeaderDelimiters const commas{.comma = true};
     HeaderDelimiters const bars{.other = true, .otherText = "|"};
     using Labels = std::vector<std::string>;
-    struct {
-        char const* line;
-        HeaderDelimiters const& delimiters;
-        bool readsHyphens;
-        Labels expected;  ///< empty: refused
-    } const cases[] = {
+    std::tuple<char const*, HeaderDelimiters const&, bool, Labels> const cases[] = {
         {"/ X Y Mag", blanks, false, {"X", "Y", "Mag"}},
         {"//\\ X\tY,Mag \t", blanks, false, {"X", "Y", "Mag"}},
         {"X Y", blanks, false, {}},
@@ -29,17 +24,14 @@ TEST(HeaderLabels, SplitsALineIntoAsManyLabelsAsColumns) {
         {"X Y Mag", bars, false, {}},
         {"", blanks, false, {}},
     };
-    for (auto const& test : cases) {
-        EXPECT_EQ(SplitHeaderLine(test.line, 3, test.delimiters, test.readsHyphens), test.expected) << test.line;
+    for (auto const& [line, delimiters, readsHyphens, expected] : cases) {
+        EXPECT_EQ(SplitHeaderLine(line, 3, delimiters, readsHyphens), expected) << line;
     }
 }
 
 TEST(HeaderLabels, SplitsNamesAndUnits) {
-    struct {
-        char const* label;
-        char const* name;
-        char const* units;  ///< "old" where the label has none
-    } const cases[] = {
+    std::tuple<char const*, char const*, char const*> const cases[] = {
+        // "old" where the label has no units
         {"Depth:m", "Depth", "m"},
         {"Mag (nT)", "Mag", "nT"},
         {"Mag(nT)", "Mag", "nT"},

@@ -45,10 +45,7 @@ void ExpectProfiles(ScanCase const& test, int labelColumn) {
 }  // namespace
 
 TEST(ProfileDetection, NamesOfMarkerLines) {
-    struct {
-        char const* line;
-        char const* name;
-    } const cases[] = {
+    std::pair<char const*, char const*> const cases[] = {
         {"LINE 12", "12"},   {"LINE: 12", "12"}, {"LINE-12", "12"}, {"LINE12", "LINE12"}, {"LINE_12", "LINE_12"},
         {"LINE", ""},        {"LINE A B", ""},   {"Line a", "A"},   {"line  7", "7"},     {"TIE-LINE", "LINE"},
         {"LINE,\t12", "12"}, {"", ""},           {"-:-", ""},       {"LIN:E", "E"},       {"PIPELINE", "PIPELINE"},
@@ -57,11 +54,7 @@ TEST(ProfileDetection, NamesOfMarkerLines) {
 }
 
 TEST(ProfileDetection, LineWordInAnyCaseAndPlace) {
-    struct {
-        char const* text;
-        bool holds;
-        bool holdsSpaced;
-    } const cases[] = {
+    std::tuple<char const*, bool, bool> const cases[] = {
         {"LINE 1", true, true},  {"pipelines", true, false},  {"LIN", false, false},     {"l l LiNe\t", true, true},
         {"", false, false},      {"LINELine x", true, true},  {"line", true, false},     {"LLLINE", true, false},
         {"lIN E", false, false}, {"xLineLINE\t", true, true}, {"L l line", true, false}, {"LIN line", true, false},

@@ -22,10 +22,7 @@ std::string Record(char const* tag, char const* x, char const* y) {
 }  // namespace
 
 TEST(SeaSpy, ReadsDatesAndTimes) {
-    struct {
-        char const* field;
-        double expected;
-    } const dates[] = {
+    std::pair<char const*, double> const dates[] = {
         {"07.123", 2007 + 123 / 365.0},
         {"08.060", 2008 + 60 / 366.0},
         {"00.001", 2000 + 1 / 366.0},
@@ -36,10 +33,7 @@ TEST(SeaSpy, ReadsDatesAndTimes) {
         {"7", 2007 + 7 / 365.0},
     };
     for (auto const& [field, expected] : dates) EXPECT_EQ(CAsciiFileImport::GetSeaSPYDate(field), expected) << field;
-    struct {
-        char const* field;
-        double expected;
-    } const times[] = {
+    std::pair<char const*, double> const times[] = {
         {"12:30:15.5", 12 + 30 / 60.0 + 15 / 3600.0 + 5 / 36000.0},
         {"00:00:00.0", 0},
         {"", 0},
@@ -70,79 +64,67 @@ TEST(SeaSpy, ImportsRecordsWithoutCoordinates) {
     EXPECT_EQ(import.Values(4), "500 0");
     EXPECT_EQ(import.Values(7), "'ok' 'bad'");
     EXPECT_EQ(import.Values(13), "1 -");
-    EXPECT_EQ(import.run.Control("dialog", 1, 4073).at("enabled"), false);
-    EXPECT_EQ(import.run.Control("dialog", 1, 4025).at("enabled"), false);
+    EXPECT_EQ(import.Field("dialog", 4073, "enabled"), false);
+    EXPECT_EQ(import.Field("dialog", 4025, "enabled"), false);
 }
 
 TEST(SeaSpy, CoordinatesFollowTheAnswer) {
     std::string const text = Record("<REAL>", "10.5", "20.5") + Record("<INTERP>", "11.5", "21.5") +
                              "*07.001/00:00:01.0 F[1.5 LINE 2 3 4 ok]R[2.5 1 2 3 ok] 0.5 <REAL> x:1 y:2\n" +
                              Record("<REAL>", "12.5", "22.5");
-    struct {
-        char const* answer;
-        char const* x;
-        char const* y;
-    } const cases[] = {{"no", "10.5 - 12.5", "20.5 - 22.5"}, {"yes", "10.5 11.5 12.5", "20.5 21.5 22.5"}};
-    for (auto const& test : cases) {
+    std::tuple<char const*, char const*, char const*> const cases[] = {{"no", "10.5 - 12.5", "20.5 - 22.5"},
+                                                                       {"yes", "10.5 11.5 12.5", "20.5 21.5 22.5"}};
+    for (auto const& [answer, x, y] : cases) {
         CTextImportRun import;
         import.formatRow = kSeaSpyRow;
-        import.beforeDialog =
-            R"(, {"message": ")" + std::string(kQuestion) + R"(", "answer": ")" + test.answer + R"("})";
-        EXPECT_EQ(import.Run(text).value, 1) << test.answer;
+        import.beforeDialog = R"(, {"message": ")" + std::string(kQuestion) + R"(", "answer": ")" + answer + R"("})";
+        EXPECT_EQ(import.Run(text).value, 1) << answer;
         EXPECT_EQ(import.Calls("AddChannelToStructure").at(14), R"(["X_Coord","",0,0,0,1,0,2,-1,0])");
-        EXPECT_EQ(import.Values(14), test.x) << test.answer;
-        EXPECT_EQ(import.Values(15), test.y) << test.answer;
+        EXPECT_EQ(import.Values(14), x) << answer;
+        EXPECT_EQ(import.Values(15), y) << answer;
     }
 }
 
 TEST(SeaSpy, ColumnsKeepToTheirKind) {
-    struct {
-        int column;
-        std::vector<int> enabled;
-    } const cases[] = {
+    std::pair<int, std::vector<int>> const cases[] = {
         {0, {4062, 4024}},
         {1, {4064, 4024}},
         {3, {4019, 4020, 4021, 4022, 4023, 4024}},
         {2, {4019, 4020, 4021, 4022, 4023, 4083, 4024}},
     };
-    for (auto const& test : cases) {
+    for (auto const& [column, expected] : cases) {
         CTextImportRun import;
         import.formatRow = kSeaSpyRow;
-        import.actions = R"({"select": "Data Preview", "column": )" + std::to_string(test.column) + "}, " + kContinue;
+        import.acts = "@" + std::to_string(column);
         import.Run(kPlain);
         std::vector<int> enabled;
         for (int const radio : {4019, 4020, 4021, 4022, 4023, 4062, 4064, 4083, 4024}) {
-            if (import.run.Control("closed", 1, radio).at("enabled") == true) enabled.push_back(radio);
+            if (import.Field("closed", radio, "enabled") == true) enabled.push_back(radio);
         }
-        EXPECT_EQ(enabled, test.enabled) << test.column;
+        EXPECT_EQ(enabled, expected) << column;
     }
 }
 
 TEST(SeaSpy, LayoutsOfTheFirstRecord) {
-    struct {
-        char const* text;
-        bool isLog;
-        char const* firstChannel;
-        std::size_t channels;
-    } const cases[] = {
+    std::tuple<char const*, bool, char const*, std::size_t> const cases[] = {
         {"*1 2 F[3]R[4]\n", true, R"(["Ch1","",1,0,0,1,3,2,0,0])", 4},
         {"*07.1/1 F[1 2 3 4 5 6]R[1 2 3 4 5] 1 extra\n", true, R"(["Date","",1,0,0,1,3,2,0,0])", 15},
         {"*1 2 F[3] r[4]\n*1 F[2]R[3]\n", false, nullptr, 0},
         {"1 F[2] R[3]\n", false, nullptr, 0},
         {"", false, nullptr, 0},
     };
-    for (auto const& test : cases) {
+    for (auto const& [text, isLog, firstChannel, count] : cases) {
         CTextImportRun import;
         import.formatRow = kSeaSpyRow;
-        import.opensDialog = test.isLog;
-        if (!test.isLog) {
+        import.opensDialog = isLog;
+        if (!isLog) {
             import.answers = R"(, {"message": "Wrong SeaSPY(Marine magnetics) data format !", "answer": "ok"})";
         }
-        EXPECT_EQ(import.Run(test.text).value, test.isLog ? 1 : 0) << test.text;
+        EXPECT_EQ(import.Run(text).value, isLog ? 1 : 0) << text;
         auto const channels = import.Calls("AddChannelToStructure");
-        ASSERT_EQ(channels.size(), test.channels) << test.text;
-        if (test.isLog) {
-            EXPECT_EQ(channels[0], test.firstChannel) << test.text;
+        ASSERT_EQ(channels.size(), count) << text;
+        if (isLog) {
+            EXPECT_EQ(channels[0], firstChannel) << text;
         }
     }
 }
