@@ -1,5 +1,5 @@
 #include "import_binary/gbn_bytes.h"
-#include "import_binary/gbn_store_text.h"
+#include "support/store_text.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "support/play.h"

@@ -89,13 +89,15 @@ TEST(IPR12DumpConverter, WritesTitlesAndRows) {
 
 TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
     std::string const row = " 1 -25 0 900 2.0 12 5.5 -3 * * * * * 1 2 * * * * * 4 5 * 3 6 7\n";
-    std::string nine = "Line 100N\n", ten;
-    for (int k = 0; k < 8; ++k) nine += "100 " + std::to_string(25 * k) + " " + std::to_string(25 * k + 25) + row;
-    nine += "100 200 225" + row;
-    ten = nine + "100 * *" + row;
     std::string readings;
-    for (int k = 0; k < 9; ++k) readings += kReading;
+    std::string ten = "Line 100N\n";
+    for (int k = 0; k < 9; ++k) {
+        readings += kReading;
+        ten += "100 " + std::to_string(25 * k) + " " + std::to_string(25 * k + 25) + row;
+    }
+    ten += "100 * *" + row;
     std::string const one = "Line 100N\n100 0 25" + row;
+    std::string const none = " * * * * * * * * * * * * * * * * * *\n";
     std::string const values = " 5.5 -3 * * * * * 1 2 * * * * * 4 5 * 3 6 7\n";
     struct Case {
         std::string text;
@@ -103,7 +105,6 @@ TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
     };
     Case const cases[] = {
         {kHeader, "Line 100N\n"},
-        {kHeader + kGroup + readings, nine},
         {kHeader + kGroup + readings + kReading, ten},
         {kHeader + kGroup + kReading + "\n***\n" + kGroup + kReading, one + "100 0 25" + row},
         // Without "*" between them, the lines of the next group are none of a group.
@@ -116,10 +117,9 @@ TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
         // Positions that are not there; a ninth reading needs both of the last two.
         {kHeader + "Pos 5S N5\n1 2\n" + kReading + kReading + kReading,
          "Line 100N\n100 -5 * 1 2" + values + "100 * * 1 2" + values + "100 * * 1 2" + values},
-        {kHeader + "Pos 0 1 2 3 4 5 6 7\n1\n" + readings.substr(0, 8 * kReading.size()) + "D: 5.5 -3",
-         "Line 100N\n100 0 1 1" + values + "100 1 2 1" + values + "100 2 3 1" + values + "100 3 4 1" + values +
-             "100 4 5 1" + values + "100 5 6 1" + values + "100 6 7 1" + values + "100 7 * 1" + values +
-             "100 * * 1 5.5 -3 * * * * * * * * * * * * * * * * * *\n"},
+        {kHeader + "Pos 0 1 2 3 4 5 6 7\n1\n" + ReplaceAll(readings, kReading, "D:\n\n\n").substr(0, 40) + "D: 5.5 -3",
+         "Line 100N\n100 0 1 1" + none + "100 1 2 1" + none + "100 2 3 1" + none + "100 3 4 1" + none + "100 4 5 1" +
+             none + "100 5 6 1" + none + "100 6 7 1" + none + "100 7 * 1" + none + "100 * * 1 5.5 -3" + none},
         // A position line with ":" is a record line too, of positions as they stand.
         {kHeader + "Pos: 5S 6S\n1 2 | 3\n4 5 | 6 7\n",
          "Line 100N\n100 5S 6S 5S 6S * * * * * 1 2 * * * * * 4 5 * 3 6 7\n"},

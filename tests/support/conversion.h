@@ -53,28 +53,21 @@ template <typename Converter>
 void ExpectFileErrors(std::string const& text) {
     CTemporaryFolder const folder;
     WriteWholeFile(folder / "in", text);
-    struct Case {
-        FaultPoint point;
-        int error;
-        std::string start;
-    };
-    Case const cases[] = {{FaultPoint::Read, EIO, "Couldn't read the file : "},
-                          {FaultPoint::Write, ENOSPC, "Couldn't write the file : "}};
-    for (Case const& c : cases) {
+    for (FaultPoint const failing : {FaultPoint::Read, FaultPoint::Write}) {
         int calls = 0;
-        SetFaultHook(
-            [&](FaultPoint point, std::string const&) { return point == c.point && ++calls > 2 ? c.error : 0; });
+        SetFaultHook([&](FaultPoint point, std::string const&) { return point == failing && ++calls > 2 ? EIO : 0; });
         Conversion const failed = Convert<Converter>(folder, "in");
         SetFaultHook({});
-        EXPECT_EQ(failed.result, 0) << c.start;
-        EXPECT_EQ(failed.error.rfind(c.start, 0), 0U) << failed.error;
-        EXPECT_EQ(folder.Count(), 1U) << c.start;
+        EXPECT_EQ(failed.result, 0);
+        std::string const what = failing == FaultPoint::Read ? "read the file : " : "write the file : ";
+        EXPECT_TRUE(failed.error.starts_with("Couldn't " + what)) << failed.error;
+        EXPECT_EQ(folder.Count(), 1U) << what;
     }
     EXPECT_EQ(Convert<Converter>(folder, "missing").error, "Could not open the file!");
     std::filesystem::create_directory(folder / "out.xyz");
     Conversion const blocked = Convert<Converter>(folder, "in");
     EXPECT_EQ(blocked.result, 0);
-    EXPECT_EQ(blocked.error.rfind("Couldn't create the file : ", 0), 0U) << blocked.error;
+    EXPECT_TRUE(blocked.error.starts_with("Couldn't create the file : ")) << blocked.error;
 }
 
 /// Imports a sample under the format of a row of the format list, with the column names of its title line.
