@@ -43,6 +43,13 @@ void CLineReader::Forget(std::uint64_t offset) {
 }
 
 bool CLineReader::Seek(std::uint64_t offset) {
+    // What the buffer holds is not read again: a file of many small blocks seeks once a block. The start of the file is
+    // left out, because a byte order mark may stand there.
+    if (m_error == 0 && m_offset != 0 && offset >= m_offset && offset - m_offset <= m_end - m_begin) {
+        m_begin += static_cast<std::size_t>(offset - m_offset);
+        m_offset = offset;
+        return true;
+    }
     Forget(offset);
     m_error = 0;
     if (!m_file.Seek(offset)) {
