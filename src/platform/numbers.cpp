@@ -4,6 +4,8 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace norva {
@@ -159,15 +161,96 @@ namespace {
 
 /// Decimals beyond which every digit of every double is 0.
 constexpr int kMaxDecimals = 1074;
+constexpr int kDefaultDecimals = 6;
 /// Digits, point and sign of the longest double at the most decimals.
 constexpr std::size_t kLongestNumber = 310 + kMaxDecimals + 8;
 
 void AppendFormatted(std::string& out, double value, std::chars_format format, int decimals) {
     std::array<char, kLongestNumber> buffer;
-    int const precision = decimals < 0 ? 6 : std::min(decimals, kMaxDecimals);
+    int const precision = decimals < 0 ? kDefaultDecimals : std::min(decimals, kMaxDecimals);
     std::to_chars_result const result =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, precision);
     out.append(buffer.data(), result.ptr);
+}
+
+__extension__ using Wide = unsigned __int128;
+
+/// Decimals up to which a mantissa of 53 bits times a power of ten surely fits in 128 bits.
+constexpr int kMaxExactDecimals = 15;
+constexpr std::array<std::uint64_t, kMaxExactDecimals + 1> kIntegerPower = {1,
+                                                                            10,
+                                                                            100,
+                                                                            1'000,
+                                                                            10'000,
+                                                                            100'000,
+                                                                            1'000'000,
+                                                                            10'000'000,
+                                                                            100'000'000,
+                                                                            1'000'000'000,
+                                                                            10'000'000'000,
+                                                                            100'000'000'000,
+                                                                            1'000'000'000'000,
+                                                                            10'000'000'000'000,
+                                                                            100'000'000'000'000,
+                                                                            1'000'000'000'000'000};
+
+/// |value| * 10^decimals rounded to an integer, ties to even, as printf rounds. It is computed in integers throughout
+/// (the value is an integer times a power of two), so that nothing is rounded twice. False when 64 bits do not hold it.
+bool RoundToInteger(double value, int decimals, std::uint64_t& result) {
+    constexpr int kMantissaBits = 52;
+    constexpr int kBias = 1023 + kMantissaBits;
+    std::uint64_t const bits = std::bit_cast<std::uint64_t>(value);
+    std::uint64_t const fraction = bits & ((std::uint64_t{1} << kMantissaBits) - 1);
+    int const biased = static_cast<int>((bits >> kMantissaBits) & 0x7FF);
+    if (biased > kBias + 10) {
+        return false;
+    }
+    std::uint64_t const mantissa = biased == 0 ? fraction : fraction | (std::uint64_t{1} << kMantissaBits);
+    int const shift = kBias - std::max(biased, 1);
+    Wide const product = static_cast<Wide>(mantissa) * kIntegerPower[static_cast<std::size_t>(decimals)];
+    if (shift <= 0) {
+        Wide const scaled = product << -shift;
+        result = static_cast<std::uint64_t>(scaled);
+        return scaled >> 64 == 0;
+    }
+    // The product has 53 + 50 bits at most: shifted further than that it is below a half.
+    if (shift > 104) {
+        result = 0;
+        return true;
+    }
+    Wide const whole = product >> shift;
+    Wide const rest = product - (whole << shift);
+    Wide const half = static_cast<Wide>(1) << (shift - 1);
+    bool const up = rest > half || (rest == half && (whole & 1U) != 0);
+    Wide const rounded = whole + (up ? 1U : 0U);
+    result = static_cast<std::uint64_t>(rounded);
+    return rounded >> 64 == 0;
+}
+
+/// Appends a number of `places` decimals, given as the integer that it is without its point.
+void AppendScaled(std::string& out, bool negative, std::uint64_t scaled, int places) {
+    // Room in front for a sign and zeros, and behind for moving the decimals as one block.
+    constexpr std::size_t kFront = 24;
+    constexpr std::size_t kBlock = 16;
+    static_assert(kMaxExactDecimals < kBlock);
+    std::array<char, kFront + 20 + kBlock + 1> buffer{};
+    char* begin = buffer.data() + kFront;
+    char* end = std::to_chars(begin, begin + 20, scaled).ptr;
+    while (end - begin <= places) {
+        *--begin = '0';
+    }
+    if (places > 0) {
+        std::array<char, kBlock> decimals;
+        char* const point = end - places;
+        std::memcpy(decimals.data(), point, kBlock);
+        std::memcpy(point + 1, decimals.data(), kBlock);
+        *point = '.';
+        ++end;
+    }
+    if (negative) {
+        *--begin = '-';
+    }
+    out.append(begin, end);
 }
 
 template <typename T>
@@ -180,6 +263,12 @@ void AppendPlain(std::string& out, T value) {
 }  // namespace
 
 void AppendFixed(std::string& out, double value, int decimals) {
+    int const places = decimals < 0 ? kDefaultDecimals : decimals;
+    std::uint64_t scaled = 0;
+    if (places <= kMaxExactDecimals && RoundToInteger(value, places, scaled)) {
+        AppendScaled(out, std::signbit(value), scaled, places);
+        return;
+    }
     AppendFormatted(out, value, std::chars_format::fixed, decimals);
 }
 
