@@ -123,6 +123,7 @@ bool CLineReader::Next(std::string_view& line) {
             if (m_error != 0) {
                 return false;
             }
+            end = m_begin + scanned;
             break;
         }
         end = FindEnd(scanned);
