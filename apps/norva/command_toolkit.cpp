@@ -128,7 +128,8 @@ int CCommandToolkit::RunModal(CDialog& dialog) {
 MessageAnswer CCommandToolkit::ShowMessage(MessageRequest const& request) {
     if (request.buttons == MessageButtons::YesNo) {
         for (auto const& [part, yes] : m_questions) {
-            if (request.text.find(part) != std::string::npos) return yes ? MessageAnswer::Yes : MessageAnswer::No;
+            if (request.text.find(part) == std::string::npos) continue;
+            return yes ? MessageAnswer::Yes : MessageAnswer::No;
         }
     }
     if (!WasInterrupted()) {

@@ -23,6 +23,7 @@ struct ExportOptions {
     bool labelAsChannel = false;
     bool pointId = false;
     bool units = true;
+    bool force = false;  ///< replace an older file; write a sheet that its readers cannot hold whole
 };
 
 void ChooseExport(CDialogHand& hand, ExportOptions const& options);

@@ -28,6 +28,7 @@ void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelect
     }
     command.add_flag("--label-as-channel", options.labelAsChannel, "Write the line's name in a column of its own");
     command.add_flag("--point-id", options.pointId, "Write a point number in a column of its own");
+    command.add_flag("--force", options.force, "Replace existing files; write sheets too large for their readers");
     command.add_flag("--units,!--no-units", options.units, "Keep the units in the column titles (default)");
 }
 
@@ -56,7 +57,6 @@ private:
 struct ConvertJob {
     std::vector<std::string> paths;
     std::string extension = "xyz";
-    bool force = false;
     bool quiet = false;
     ImportOptions import;
     ExportOptions output;
@@ -64,7 +64,7 @@ struct ConvertJob {
 
 void ConvertOne(std::string const& input, std::string const& output, ConvertJob const& job,
                 CScratchFolder const& scratch, CConsole& console) {
-    RequireFree(output, job.force);
+    RequireFree(output, job.output.force);
     std::string const store = scratch.StorePath(input);
     RunImport(input, store, job.import, console);
     RunExport(store, output, job.output, console);
@@ -159,7 +159,6 @@ void AddExportCommand(CCommands& commands) {
     struct Job {
         std::string store;
         std::string output;
-        bool force = false;
         bool quiet = false;
         ExportOptions options;
     };
@@ -168,14 +167,13 @@ void AddExportCommand(CCommands& commands) {
         "export", "Write a store in another format; the extension of OUTPUT names it (xyz, txt, xls, gbn, nvt)",
         "norva export survey.nvt survey.xyz --lines 1000,1010 --channels X,Y,Mag --no-units", [job] {
             CConsole console(job->quiet);
-            RequireFree(job->output, job->force);
+            RequireFree(job->output, job->options.force);
             RunExport(job->store, job->output, job->options, console);
             console.Say(job->output + ": written");
             return kExitDone;
         });
     command.add_option("STORE", job->store, "Store to read")->required();
     command.add_option("OUTPUT", job->output, "File to write")->required();
-    command.add_flag("--force", job->force, "Replace an existing file");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong");
     AddExportOptions(command, job->options, true);
 }
@@ -188,7 +186,6 @@ void AddConvertCommand(CCommands& commands) {
                      [job] { return RunConvert(*job); });
     command.add_option("PATHS", job->paths, "INPUT OUTPUT, or INPUT... FOLDER")->required()->expected(2, -1);
     command.add_option("--to", job->extension, "Extension of the files made in a folder (default: xyz)");
-    command.add_flag("--force", job->force, "Replace existing files");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong");
     AddImportOptions(command, job->import);
     AddExportOptions(command, job->output, false);

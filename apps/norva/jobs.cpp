@@ -31,7 +31,7 @@ private:
     if (!toolkit.WhyFailed().empty()) throw CommandError(what + ": " + toolkit.WhyFailed());
     std::string const reason = GetLastErrorText();
     bool const said = !toolkit.Messages().empty() && (reason.empty() || toolkit.Messages().back() == reason);
-    throw CommandError(what + (said || reason.empty() ? ": failed" : ": " + reason));
+    throw CommandError(what + ": " + (said || reason.empty() ? "failed" : reason));
 }
 
 std::string FullPathOf(std::string const& path) {
@@ -95,6 +95,7 @@ void RunExport(std::string const& store, std::string const& output, ExportOption
     CCommandToolkit toolkit(console);
     toolkit.SetSavePath(FullPathOf(output));
     toolkit.OnDialog(4000, [&](CDialogHand& hand) { ChooseExport(hand, options); });
+    toolkit.OnQuestion("Do you want to write it?", options.force);
     std::string newName;
     CWindow owner;
     int result = 0;
