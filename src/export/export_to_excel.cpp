@@ -6,6 +6,7 @@
 #include "export/export_selection_dlg.h"
 #include "export/spreadsheet.h"
 #include "platform/files.h"
+#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "ui/messages.h"
 
@@ -34,9 +35,12 @@ bool CExportToExcel::ConfirmSize(ExportSelection const& selection, std::vector<i
         rows += m_store->GetProfileLocationNum(profile, 1) + (selection.labelAsChannel == 0 ? 1 : 0);
     }
     if (rows <= kReadableRows && columns <= kReadableColumns) return true;
-    return AskYesNo("The sheet will have " + std::to_string(rows) + " rows and " + std::to_string(columns) +
-                    " columns.\nPrograms that read this format hold at most " + std::to_string(kReadableRows) +
-                    " rows and " + std::to_string(kReadableColumns) + " columns.\nDo you want to write it?");
+    std::string const size = "The sheet will have " + std::to_string(rows) + " rows and " + std::to_string(columns) +
+                             " columns.\nPrograms that read this format hold at most " + std::to_string(kReadableRows) +
+                             " rows and " + std::to_string(kReadableColumns) + " columns.";
+    if (AskYesNo(size + "\nDo you want to write it?")) return true;
+    SetLastErrorText(size);
+    return false;
 }
 
 int CExportToExcel::Export() {
