@@ -61,10 +61,7 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
         SetLastErrorText("Couldn't open the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
         return 0;
     }
-    if (!ReadCG3DumpLayout(m_file, m_layout)) {
-        ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
-        return 0;
-    }
+    if (!ReadCG3DumpLayout(m_file, m_layout)) return FailReading();
     SelectDefaultColumns();
     CCG3ImportDlg dialog(m_layout.titles, m_importFlags);
     if (dialog.DoModal() != ids::CG3Import::kImport) {
@@ -74,7 +71,7 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
     m_dateFormat = dialog.DateFormat();
     m_timeFormat = dialog.TimeFormat();
     DescribeChannels();
-    MeasureTexts();
+    if (!MeasureTexts()) return FailReading();
 
     CProgressDlg progress;
     progress.Create();
@@ -97,6 +94,11 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
         m_store->CloseCurFile();
     }
     return created ? 1 : 0;
+}
+
+int CCG3DumpImport::FailReading() const {
+    ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
+    return 0;
 }
 
 void CCG3DumpImport::SelectDefaultColumns() {
@@ -161,42 +163,45 @@ NorvaChannelStruct CCG3DumpImport::DescribeColumn(Column& column) const {
     return channel;
 }
 
-void CCG3DumpImport::MeasureTexts() {
+bool CCG3DumpImport::MeasureTexts() {
     std::vector<Column*> texts;
     for (Column& column : m_columns) {
         if (column.kind != Column::Kind::Text) continue;
         column.width = kLeastTextWidth;
         texts.push_back(&column);
     }
-    if (texts.empty()) return;
+    if (texts.empty()) return true;
     std::string_view line;
     for (CG3LineRecord const& profile : m_layout.profiles) {
-        if (!SeekData(profile)) break;
+        if (!SeekData(profile)) return false;
         while (NextDataLine(line)) {
             if (IsALine(line)) continue;
             for (Column* const text : texts) {
                 text->width = std::max(text->width, WithoutTrailingDots(TokenAt(line, text->position)).size());
             }
         }
+        if (m_file.Error() != 0) return false;
     }
     for (Column const* const text : texts) {
         m_channels[static_cast<std::size_t>(text->channel)].arraySize = static_cast<int>(text->width);
     }
+    return true;
 }
 
 bool CCG3DumpImport::ParseData() {
-    for (std::size_t i = 0; i < m_layout.profiles.size() && !m_columnFiles.Failed(); ++i) {
-        if (!SeekData(m_layout.profiles[i])) break;
-        ParseProfile(m_layout.profiles[i]);
-        WriteDates(i);
-    }
-    if (m_columnFiles.Failed()) {
-        ShowMessage(GetLastErrorText());
-        return false;
-    }
-    if (m_file.Error() != 0) {
-        ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
-        return false;
+    for (std::size_t i = 0; i < m_layout.profiles.size(); ++i) {
+        if (SeekData(m_layout.profiles[i])) {
+            ParseProfile(m_layout.profiles[i]);
+            WriteDates(i);
+        }
+        if (m_file.Error() != 0) {
+            FailReading();
+            return false;
+        }
+        if (m_columnFiles.Failed()) {
+            ShowMessage(GetLastErrorText());
+            return false;
+        }
     }
     return true;
 }

@@ -38,8 +38,8 @@ private:
     void DescribeChannels();
     /// The channel of a column; `column` receives what becomes of its values.
     NorvaChannelStruct DescribeColumn(Column& column) const;
-    /// Gives every text channel the largest length, and at least 8, of its texts.
-    void MeasureTexts();
+    /// Gives every text channel the largest length, and at least 8, of its texts; false after a read error.
+    bool MeasureTexts();
     bool ParseData();
     void ParseProfile(CG3LineRecord& profile);
     void WriteValue(Column const& column, std::string_view token);
@@ -49,7 +49,9 @@ private:
     void WriteHeight(double value);
     void WriteDates(std::size_t profile);
     bool WriteStore();
-    /// Goes to the first data line of a profile.
+    /// Shows why the dump cannot be read; 0.
+    int FailReading() const;
+    /// Goes to the first data line of a profile, an error before forgotten.
     bool SeekData(CG3LineRecord const& profile);
     /// The next line of a profile's data, trimmed and not empty; false at the next dash line or the end of the file.
     bool NextDataLine(std::string_view& line);

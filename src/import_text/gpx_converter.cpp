@@ -95,37 +95,37 @@ int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& o
         ShowMessage("Could not open the file!");
         return 0;
     }
-    if (CheckGpxFormat(file) == 0) {
-        ShowMessage("Could not handle data format!\nPlease check the GPX format.");
+    auto const fail = [&file, &gpxPath](char const* reason) {
+        if (file.Error() == 0) {
+            ShowMessage(reason);
+        } else {
+            ReportFailure("Couldn't read the file : ", gpxPath, file.Error());
+        }
         return 0;
-    }
+    };
+    if (CheckGpxFormat(file) == 0) return fail("Could not handle data format!\nPlease check the GPX format.");
     CReplacementFile output;
     if (!output.Open(outputPath)) {
         SetLastErrorText("Couldn't create the file : " + outputPath + "\n" + SystemErrorText(output.Error()));
         return 0;
     }
-    bool const hasColumns = ReadColumnNames(file) == 1;
-    if (!hasColumns && file.Error() == 0) {
+    if (ReadColumnNames(file) != 1) {
         // The file stays, empty, for whoever chose its name.
         output.Commit(false);
-        ShowMessage("Could not handle GPX data format.\n");
-        return 0;
+        return fail("Could not handle GPX data format.\n");
     }
     output.Write("//Data from GPX format \n");
     output.Write(GetHeaderLine());
     m_pointOpen = m_lineOpen = false;
     ResetPoint();
-    bool const rewound = hasColumns && file.Rewind();
+    bool const rewound = file.Rewind();
     std::string_view line;
     GpxTokens tokens;
     while (rewound && output.Error() == 0 && file.Next(line)) {
         tokens.Split(line, kDelimiters);
         if (tokens.count > 0) ConvertLine(tokens, output);
     }
-    if (file.Error() != 0) {
-        ReportFailure("Couldn't read the file : ", gpxPath, file.Error());
-        return 0;
-    }
+    if (file.Error() != 0) return fail("");
     if (!output.Commit(false)) {
         ReportFailure("Couldn't write the file : ", outputPath, output.Error());
         return 0;
