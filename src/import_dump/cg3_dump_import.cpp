@@ -57,8 +57,12 @@ double NumberOf(std::string_view token) {
 
 int CCG3DumpImport::Import(CNorvaFileUtil* store) {
     m_store = store;
-    if (m_inputPath.empty() || !m_file.Open(m_inputPath)) {
-        SetLastErrorText("Couldn't open the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
+    if (m_inputPath.empty()) {
+        SetLastErrorText("There is no file to open");
+        return 0;
+    }
+    if (!m_file.Open(m_inputPath)) {
+        SetLastErrorText(FileErrorText("open", m_inputPath, m_file.Error()));
         return 0;
     }
     if (!ReadCG3DumpLayout(m_file, m_layout)) return FailReading();
@@ -97,7 +101,7 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
 }
 
 int CCG3DumpImport::FailReading() const {
-    ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
+    ShowMessage(FileErrorText("read", m_inputPath, m_file.Error()));
     return 0;
 }
 
@@ -281,7 +285,8 @@ bool CCG3DumpImport::WriteStore() {
     }
     for (int channel = 0; channel < m_columnFiles.Count(); ++channel) {
         if (m_columnFiles.HandOver(channel, *m_store)) continue;
-        ShowMessage(GetLastErrorText());
+        std::string const reason = GetLastErrorText();
+        ShowMessage(reason.empty() ? "Couldn't write the file : " + m_store->GetNorvaFileName() : reason);
         return false;
     }
     return m_store->EndWriteData() != 0;

@@ -33,10 +33,6 @@ void FillFromRight(std::vector<std::string_view> const& tokens, std::size_t last
     for (std::string_view const token : tokens) slots[slot++] = token;
 }
 
-void ReportFailure(char const* what, std::string const& path, int error) {
-    ShowMessage(what + path + "\n" + SystemErrorText(error));
-}
-
 }  // namespace
 
 int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string const& outputPath) {
@@ -51,7 +47,7 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
     }
     CReplacementFile output;
     if (accepted && !output.Open(outputPath)) {
-        SetLastErrorText("Couldn't create the file : " + outputPath + "\n" + SystemErrorText(output.Error()));
+        SetLastErrorText(FileErrorText("create", outputPath, output.Error()));
         return 0;
     }
     if (accepted && m_file.Rewind()) {
@@ -60,12 +56,12 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
         ConvertData(output);
     }
     if (m_file.Error() != 0) {
-        ReportFailure("Couldn't read the file : ", inputPath, m_file.Error());
+        ShowMessage(FileErrorText("read", inputPath, m_file.Error()));
         return 0;
     }
     m_file.Close();
     if (!output.Commit(false)) {
-        ReportFailure("Couldn't write the file : ", outputPath, output.Error());
+        ShowMessage(FileErrorText("write", outputPath, output.Error()));
         return 0;
     }
     return 1;

@@ -63,10 +63,6 @@ std::string_view ShownColumnName(std::string_view name) {
     return name;
 }
 
-void ReportFailure(char const* what, std::string const& path, int error) {
-    ShowMessage(what + path + "\n" + SystemErrorText(error));
-}
-
 }  // namespace
 
 void GpxTokens::Split(std::string_view text, CDelimiters const& delimiters) {
@@ -96,17 +92,13 @@ int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& o
         return 0;
     }
     auto const fail = [&file, &gpxPath](char const* reason) {
-        if (file.Error() == 0) {
-            ShowMessage(reason);
-        } else {
-            ReportFailure("Couldn't read the file : ", gpxPath, file.Error());
-        }
+        ShowMessage(file.Error() == 0 ? reason : FileErrorText("read", gpxPath, file.Error()));
         return 0;
     };
     if (CheckGpxFormat(file) == 0) return fail("Could not handle data format!\nPlease check the GPX format.");
     CReplacementFile output;
     if (!output.Open(outputPath)) {
-        SetLastErrorText("Couldn't create the file : " + outputPath + "\n" + SystemErrorText(output.Error()));
+        SetLastErrorText(FileErrorText("create", outputPath, output.Error()));
         return 0;
     }
     if (ReadColumnNames(file) != 1) {
@@ -127,7 +119,7 @@ int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& o
     }
     if (file.Error() != 0) return fail("");
     if (!output.Commit(false)) {
-        ReportFailure("Couldn't write the file : ", outputPath, output.Error());
+        ShowMessage(FileErrorText("write", outputPath, output.Error()));
         return 0;
     }
     return 1;

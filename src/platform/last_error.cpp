@@ -29,6 +29,12 @@ std::string SystemErrorText(int error) {
     return text != nullptr ? text : "Unknown error " + std::to_string(error);
 }
 
+std::string FileErrorText(std::string_view act, std::string_view path, int error) {
+    std::string text = "Couldn't ";
+    text.append(act).append(" the file : ").append(path).append("\n").append(SystemErrorText(error));
+    return text;
+}
+
 std::string GetLastErrorText() {
     return lastError;
 }

@@ -10,5 +10,7 @@ void SetLastErrorText(std::string text);
 void ClearLastErrorText();
 /// The system's text for an error number.
 std::string SystemErrorText(int error);
+/// "Couldn't read the file : PATH", on the next line the system's text; `act` is "read", "write", "create" or "open".
+std::string FileErrorText(std::string_view act, std::string_view path, int error);
 
 }  // namespace norva
