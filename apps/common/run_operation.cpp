@@ -9,18 +9,6 @@ namespace norva {
 
 namespace {
 
-/// Makes a toolkit the current one for a while.
-class CToolkitScope {
-public:
-    explicit CToolkitScope(CToolkit& toolkit) : m_before(SetToolkit(&toolkit)) {}
-    CToolkitScope(CToolkitScope const&) = delete;
-    CToolkitScope& operator=(CToolkitScope const&) = delete;
-    ~CToolkitScope() { SetToolkit(m_before); }
-
-private:
-    CToolkit* m_before;
-};
-
 int RunImport(Script const& script, CTracedStore& store, CWindow* owner, std::string& storeName) {
     // The zero byte at the end, which no file name has, tells a name that was handed back from one that was never
     // touched, even when both are the same.

@@ -36,18 +36,6 @@ constexpr int kHighestLevel = 1;  // offers every import format once
 constexpr int kRecentFiles = 8;
 char const* const kRecentKey = "recent";
 
-/// The library's windows are shown by this toolkit as long as it lives.
-class CToolkitScope {
-public:
-    explicit CToolkitScope(CToolkit& toolkit) : m_before(SetToolkit(&toolkit)) {}
-    CToolkitScope(CToolkitScope const&) = delete;
-    CToolkitScope& operator=(CToolkitScope const&) = delete;
-    ~CToolkitScope() { SetToolkit(m_before); }
-
-private:
-    CToolkit* m_before;
-};
-
 QWidget* WithTitle(QString const& title, QWidget* content) {
     auto* const panel = new QWidget;
     auto* const layout = new QVBoxLayout(panel);

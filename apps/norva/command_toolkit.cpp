@@ -30,9 +30,7 @@ void CDialogHand::Do(ScriptAction const& action) {
 }
 
 void CDialogHand::Click(ControlName const& control) {
-    ScriptAction action;
-    action.control = control;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::Click, .control = control});
 }
 
 void CDialogHand::Check(ControlName const& control, bool on) {
@@ -40,66 +38,31 @@ void CDialogHand::Check(ControlName const& control, bool on) {
 }
 
 void CDialogHand::Set(ControlName const& control, std::string const& text) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::Set;
-    action.control = control;
-    action.value = text;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::Set, .control = control, .value = text});
 }
 
 void CDialogHand::Choose(ControlName const& control, int index) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::Set;
-    action.control = control;
-    action.value = index;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::Set, .control = control, .value = index});
 }
 
 void CDialogHand::SelectRow(ControlName const& control, int row) {
-    SelectRows(control, {row});
-}
-
-void CDialogHand::SelectRows(ControlName const& control, std::vector<int> const& rows) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::SelectRows;
-    action.control = control;
-    action.rows = rows;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::SelectRow, .control = control, .row = row});
 }
 
 void CDialogHand::SelectColumn(ControlName const& control, int column) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::SelectColumn;
-    action.control = control;
-    action.column = column;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::SelectColumn, .control = control, .column = column});
 }
 
 void CDialogHand::DoubleClick(ControlName const& control, int row) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::DoubleClick;
-    action.control = control;
-    action.row = row;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::DoubleClick, .control = control, .row = row});
 }
 
 void CDialogHand::EditCell(ControlName const& control, int row, int column, std::string const& text) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::EditCell;
-    action.control = control;
-    action.row = row;
-    action.column = column;
-    action.value = text;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::EditCell, .control = control, .row = row, .column = column, .value = text});
 }
 
 void CDialogHand::Tick(ControlName const& control, int row, bool on) {
-    ScriptAction action;
-    action.kind = ScriptAction::Kind::Tick;
-    action.control = control;
-    action.row = row;
-    action.on = on;
-    Do(action);
+    Do({.kind = ScriptAction::Kind::Tick, .control = control, .row = row, .on = on});
 }
 
 int CCommandToolkit::RunModal(CDialog& dialog) {

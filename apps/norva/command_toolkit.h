@@ -25,7 +25,6 @@ public:
     void Set(ControlName const& control, std::string const& text);
     void Choose(ControlName const& control, int index);
     void SelectRow(ControlName const& control, int row);
-    void SelectRows(ControlName const& control, std::vector<int> const& rows);
     void SelectColumn(ControlName const& control, int column);
     void DoubleClick(ControlName const& control, int row);
     void EditCell(ControlName const& control, int row, int column, std::string const& text);

@@ -13,18 +13,6 @@ namespace {
 
 constexpr int kHighestLevel = 1;  // offers every format once
 
-/// Installs a toolkit for as long as it lives.
-class CToolkitScope {
-public:
-    explicit CToolkitScope(CToolkit& toolkit) : m_before(SetToolkit(&toolkit)) {}
-    CToolkitScope(CToolkitScope const&) = delete;
-    CToolkitScope& operator=(CToolkitScope const&) = delete;
-    ~CToolkitScope() { SetToolkit(m_before); }
-
-private:
-    CToolkit* m_before;
-};
-
 /// What the operation said last, or why it failed in silence.
 [[noreturn]] void Fail(CCommandToolkit const& toolkit, std::string const& what) {
     ThrowIfInterrupted();

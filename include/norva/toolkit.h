@@ -68,6 +68,18 @@ public:
 NORVA_API CToolkit* SetToolkit(CToolkit* toolkit);
 NORVA_API CToolkit& CurrentToolkit();
 
+/// Makes a toolkit the current one for as long as it lives.
+class CToolkitScope {
+public:
+    explicit CToolkitScope(CToolkit& toolkit) : m_before(SetToolkit(&toolkit)) {}
+    CToolkitScope(CToolkitScope const&) = delete;
+    CToolkitScope& operator=(CToolkitScope const&) = delete;
+    ~CToolkitScope() { SetToolkit(m_before); }
+
+private:
+    CToolkit* m_before;
+};
+
 /// Path of the host's help file, for this thread's dialogs. Help buttons work only when it contains "NORVATOOL.CHM" in
 /// any case.
 NORVA_API void SetHelpFilePath(std::string path);
