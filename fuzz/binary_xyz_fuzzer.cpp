@@ -1,6 +1,7 @@
 #include "entry/import_formats.h"
 #include "fuzz_folder.h"
 #include "norva/scripted_toolkit.h"
+#include "read_store.h"
 #include "ui/control_ids.h"
 
 #include <cstdlib>
@@ -67,17 +68,12 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t siz
     if (!isImported) store.CloseCurFile();
     SetToolkit(nullptr);
     if (isImported) {
-        int const channels = 1 + data[0] % kMostChannels + (data[11] % 2 == 0 ? 1 : 0);
-        if (store.SetFileName(job.storePath, kReopenStore, nullptr) == 0 || store.ChannelCount != channels) {
-            std::abort();
-        }
+        fuzz::ReadWholeStore(job.storePath);
+        if (store.SetFileName(job.storePath, kReopenStore, nullptr) == 0) std::abort();
         long locations = 0;
         for (int line = 0; line < store.ProfileCount; ++line) locations += store.GetProfileLocationNum(line, 0);
-        std::vector<char> values(store.GetChannelValueSize(channels - 1) * static_cast<std::size_t>(locations));
-        if (data[9] > 100 && locations != data[9] - 100) std::abort();
-        if (store.ProfileCount == 1 && store.ReadColumn(channels - 1, 0, 0, locations, values.data()) == 0) {
-            std::abort();
-        }
+        int const channels = 1 + data[0] % kMostChannels + (data[11] % 2 == 0 ? 1 : 0);
+        if (store.ChannelCount != channels || (data[9] > 100 && locations != data[9] - 100)) std::abort();
         store.CloseCurFile();
         std::filesystem::remove(job.storePath);
     }

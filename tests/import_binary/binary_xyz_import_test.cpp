@@ -107,6 +107,13 @@ TEST(BinaryXYZImport, ReadsFilesOfManyBlocks) {
         ASSERT_EQ(second[at], n / 8.0) << n;
         ASSERT_EQ(third[at], static_cast<std::int16_t>(-n)) << n;
     }
+
+    // A third of a second is rounded before it is multiplied.
+    ASSERT_EQ(Import(folder, R"j(, {"set": "Sampling Frequency (Hz):", "to": "3"})j").value, 1);
+    ASSERT_EQ(store.SetFileName(folder / "out.nvt", kReopenStore, nullptr), 1);
+    ASSERT_EQ(store.ReadColumn(0, 0, 0, kRecords, third.data()), 1);
+    EXPECT_EQ(third[7], 2.3333334922790527F);
+    EXPECT_EQ(third[99'991], 33330.3359375F);
 }
 
 TEST(BinaryXYZImport, TellsItsOwnerEveryPercentOnce) {
@@ -151,12 +158,17 @@ TEST(BinaryXYZImport, FailsWithoutTraces) {
              "16000001 lines", false},
             {"a full disk", "one.bin", "", Message("Couldn't write the file : {dir}/one.1\\nNo space left on device"),
              "one.1" + full, true, FaultPoint::Write, "/one.1"},
+            {"a full disk after a warning", "odd.bin", "",
+             Message("File has unknown format") +
+                 Message("Couldn't write the file : {dir}/odd.2\\nNo space left on device"),
+             "odd.2" + full, true, FaultPoint::Write, "/odd.2"},
             {"a read error", "one.bin", "", Message("Couldn't read the file : {dir}/one.bin\\nNo space left on device"),
              "one.bin" + full, true, FaultPoint::Read, "/one.bin"},
             {"a store that cannot be finished", "one.bin", "", "", full, true, FaultPoint::Sync, ""},
         }) {
         CTemporaryFolder const folder;
         for (char const* name : {"in.bin", "one.bin", "self.0"}) WriteWholeFile(folder / name, Records(100'000));
+        WriteWholeFile(folder / "odd.bin", Records(100'000) + "odd");
         std::filesystem::create_directory(folder / "in.1");
         WriteWholeFile(folder / "out.nvt", "an older store");
         SetFaultHook([&c](FaultPoint point, std::string const& path) {
@@ -169,7 +181,7 @@ TEST(BinaryXYZImport, FailsWithoutTraces) {
         EXPECT_NE(GetLastErrorText().find(c.lastError), std::string::npos) << c.what << ": " << GetLastErrorText();
         EXPECT_EQ(run.Events("notice").empty(), !c.hasBegun) << c.what;
         EXPECT_EQ(run.Events("cursor").size(), c.hasBegun ? 1U : 0U) << c.what;
-        EXPECT_EQ(folder.Count(), 5U) << c.what;
+        EXPECT_EQ(folder.Count(), 6U) << c.what;
         EXPECT_EQ(ReadWholeFile(folder / "out.nvt"), "an older store") << c.what;
         EXPECT_TRUE(ReadWholeFile(folder / "self.0") == Records(100'000)) << c.what;
     }

@@ -235,6 +235,10 @@ TEST(TkiImport, TakesTheWholeRecordsOfAFileCutAnywhere) {
         int const result = CTkiFileRead(folder / "in.p01", "").LoadFile(&store, nullptr);
         std::size_t const records = length < header.size() ? 0 : (length - header.size()) / 16;
         ASSERT_EQ(result, records > 0 ? 1 : 0) << length;
+        CTkiProbe probe(folder / "in.p01", "");
+        probe.GetTkiDataChannels();
+        probe.GetMaxInterpRecords();
+        EXPECT_EQ(probe.GetProfiles(), length > header.size() ? 1 : 0) << length;
         if (records == 0) {
             EXPECT_TRUE(store.notes.empty()) << length;
         } else {
