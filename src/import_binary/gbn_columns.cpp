@@ -4,6 +4,7 @@
 #include "store/value_rules.h"
 
 #include <algorithm>
+#include <array>
 #include <concepts>
 #include <cstring>
 #include <string>
@@ -74,10 +75,20 @@ public:
     template <class Target, class Next>
     bool Numbers(std::int64_t count, Next next) {
         constexpr auto kAtOnce = static_cast<std::int64_t>(CColumnFiles::kBufferSize / sizeof(Target));
+        // Batches of a fixed size become vector instructions.
+        constexpr std::int64_t kBatch = 16;
+        std::array<Target, kBatch> batch;
         for (std::int64_t done = 0; done < count;) {
             std::int64_t const end = std::min(count, done + kAtOnce);
             char* out = m_files.Append(m_column, static_cast<std::size_t>(end - done) * sizeof(Target));
             if (out == nullptr) return false;
+            for (; end - done >= kBatch; done += kBatch) {
+                for (std::int64_t i = 0; i < kBatch; ++i) batch[static_cast<std::size_t>(i)] = next(done + i);
+                for (Target const value : batch) {
+                    Put(out, value);
+                    out += sizeof(Target);
+                }
+            }
             for (; done < end; ++done, out += sizeof(Target)) Put(out, next(done));
         }
         return true;

@@ -8,9 +8,6 @@ namespace norva {
 
 namespace {
 
-constexpr std::size_t kPieceSize = std::size_t{1024} * 1024;
-constexpr std::size_t kLargeBlock = kPieceSize / 16;
-
 std::string AtByte(std::uint64_t offset) {
     std::string text(16, '\0');
     auto const end = std::to_chars(text.data(), text.data() + text.size(), offset, 16).ptr;
@@ -180,28 +177,6 @@ private:
 };
 
 }  // namespace
-
-char* GbnArena::Take(std::size_t size) {
-    if (size >= kLargeBlock) {
-        m_pieces.push_back(std::make_unique_for_overwrite<char[]>(size));
-        return m_pieces.back().get();
-    }
-    if (m_left < size) {
-        m_pieces.push_back(std::make_unique_for_overwrite<char[]>(kPieceSize));
-        m_next = m_pieces.back().get();
-        m_left = kPieceSize;
-    }
-    char* const bytes = m_next;
-    m_next += size;
-    m_left -= size;
-    return bytes;
-}
-
-void GbnArena::Clear() {
-    m_pieces.clear();
-    m_next = nullptr;
-    m_left = 0;
-}
 
 std::string GbnLineName(GbnLineRecord const& record) {
     std::string name = std::to_string(record.number);

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "import_binary/gbn_file.h"
+#include "import_binary/gbn_memory.h"
 #include "norva/values.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,18 +38,6 @@ struct GbnChannelValues {
     double fiducialStart = 1.0;      ///< of the last block
     double fiducialIncrement = 0.1;  ///< of the last block
     std::vector<GbnRun> runs;        ///< ascending, not overlapping
-};
-
-/// Memory for the bytes of data blocks: a large block has a piece of its own, of exactly its size.
-class GbnArena {
-public:
-    char* Take(std::size_t size);
-    void Clear();
-
-private:
-    std::vector<std::unique_ptr<char[]>> m_pieces;
-    char* m_next = nullptr;
-    std::size_t m_left = 0;
 };
 
 /// What a GBN file holds.

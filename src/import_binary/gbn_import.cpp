@@ -168,7 +168,7 @@ void CGbnImport::MakeRoomForLines() {
         if (line.selected != 0) longest = std::max(longest, static_cast<std::size_t>(line.locationCount));
     }
     if (longest > std::numeric_limits<std::size_t>::max() / largest) throw std::bad_alloc();
-    m_lineValues = std::make_unique_for_overwrite<char[]>(largest * longest);
+    m_lineValues = TakeGbnBytes(largest * longest);
 }
 
 bool CGbnImport::WriteFiducials() {

@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <utility>
 
@@ -47,7 +46,7 @@ private:
     GbnContents m_contents;
     CColumnFiles m_columns;
     GbnFiducialFile m_fiducials;
-    std::unique_ptr<char[]> m_lineValues;  ///< room for the values of one channel in any line
+    GbnBytes m_lineValues;  ///< room for the values of one channel in any line
 };
 
 }  // namespace norva
