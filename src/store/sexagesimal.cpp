@@ -92,7 +92,7 @@ bool ReadSexagesimal(std::string_view text, char separator, int minimumParts, do
     int const keptDigits = static_cast<int>(kept);
     std::uint64_t const scale = PowerOfTen(keptDigits);
     std::uint64_t const seconds = part[0] * 3600 + part[1] * 60 + part[2];
-    if (seconds < kExactInteger / scale && kept <= 12) {
+    if (seconds < kExactInteger / scale) {
         // Both exact, so that the one division rounds correctly.
         value = static_cast<double>(seconds * scale + fraction) / static_cast<double>(3600 * scale);
     } else {
