@@ -40,19 +40,19 @@ void CAsciiFileImport::GetProfilesByMarker() {
     long rowCount = 0;
     bool atBoundary = true;
     int automaticNumber = 1;
-    std::uint64_t previousOffset = 0;
+    std::uint64_t lineOffset = 0;
 
     auto const append = [&] {
         m_profiles.push_back({pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount});
     };
 
     std::string_view line;
-    while (m_file.Next(line)) {
+    for (; m_file.Next(line); lineOffset = m_file.Offset()) {
         LineKind const kind = ClassifyLine(line);
         if (kind == LineKind::Empty) continue;
         if (kind == LineKind::Data) {
             atBoundary = false;
-            if (previousOffset >= m_dataStart) ++rowCount;
+            if (lineOffset >= m_dataStart) ++rowCount;
         } else {
             if (!atBoundary && rowCount > 0) append();
             rowCount = 0;
@@ -62,7 +62,6 @@ void CAsciiFileImport::GetProfilesByMarker() {
             }
             atBoundary = true;
         }
-        previousOffset = m_file.Offset();
     }
     if (!atBoundary) append();
 }

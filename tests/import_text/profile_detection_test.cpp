@@ -85,6 +85,7 @@ TEST(ProfileDetection, ByMarkers) {
         {"1 2\n\n\n3 4\n/\n", "LINE1:1", 1},
         {"LINE 1\n1 2\nLINE 2\n", "", 2},
         {"1 2\n\f\n", "LINE1:0", 1},
+        {"\f\n1 2\n", "LINE1:1", 1},
         {"1 2\n3 4\n", "LINE1:2", 2},
         {"1 2\n3 4\n", "LINE1:2", -1},
     };

@@ -82,6 +82,9 @@ TEST(SeaSpy, CoordinatesFollowTheAnswer) {
         EXPECT_EQ(import.Calls("AddChannelToStructure").at(14), R"(["X_Coord","",0,0,0,1,0,2,-1,0])");
         EXPECT_EQ(import.Values(14), x) << answer;
         EXPECT_EQ(import.Values(15), y) << answer;
+        if (std::string_view(answer) == "no") {
+            ExpectGolden(import.run, NORVA_TEST_DATA "/import_text/sea_spy.jsonl", {{"dir", import.folder.Path()}});
+        }
     }
 }
 
