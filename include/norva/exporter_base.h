@@ -39,16 +39,20 @@ protected:
     void AdjustProfileToSelected(int count, int const* profiles);
     int isProfExported(int profile) const;
     int isChannelExported(int channel, int count, int const* channels) const;
+    /// printf's format for a floating value, which is how its cell text reads: "%.2f", "%e".
+    static std::string GetFormatString(int displayFormat, int decimals);
 
     /// Fills the lists and runs the dialog, whose presets are the exporter's; false when it was cancelled. The
-    /// selected profiles are adjusted.
+    /// selected profiles are adjusted. The open store's own file as the output is refused before, with a message,
+    /// unless m_mayReplaceStore says that the exporter writes a store.
     bool RunSelection(CExportSelectionDlg& dialog, std::vector<std::string> const& channelNames,
                       ExportSelection& selection);
 
     /// The step that deletes an older output file. The older file stays until the new one is complete; what would
-    /// keep it from being deleted is shown in the "Error" box, and the export goes on.
+    /// keep it from being deleted is shown in the "Error" box, and the export goes on as far as it can.
     void CheckOldFile();
-    /// Opens the file that is to take the output's place. False, without a message, with the last error set.
+    /// Opens the file that is to take the output's place. False, without a message, with the last error set. The
+    /// open store's own file is never written in place.
     bool OpenOutput();
     /// False after a failure; FinishOutput() then says why.
     bool Write(std::string_view bytes);
@@ -58,9 +62,13 @@ protected:
     CNorvaFileUtil* m_store;
     std::string m_outputFile;
     CWindow* m_owner;
+    bool m_mayReplaceStore = false;
     std::unique_ptr<CReplacementFile> m_output;  ///< open from OpenOutput to FinishOutput
     std::vector<int> m_selectedProfiles;
     std::vector<int> m_profileIndexTable;
+
+private:
+    bool IsStoreItself() const;
 };
 
 }  // namespace norva

@@ -5,16 +5,15 @@
 #include "entry/export_types.h"
 #include "entry/import_format_dlg.h"
 #include "entry/import_formats.h"
-#include "platform/files.h"
+#include "platform/last_error.h"
 #include "ui/messages.h"
 
 namespace norva {
 
 namespace {
 
-// Export types.
+/// The export type whose file the host may go on with.
 constexpr int kNativeFile = 0;
-constexpr int kReserved = 2;
 
 }  // namespace
 
@@ -73,13 +72,8 @@ int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileNam
     if (BrowseForFile(job.outputPath, kSaveDialogFlags, FileDialogMode::ExportOutput, typeCode) == 0) return 0;
     newStoreFileName.clear();
     ExportType const* const type = FindExportType(typeCode);
-    if (type == nullptr || type->code == kReserved) return 0;
-    if (type->run == nullptr) {
-        ShowMessage("The format cannot be written by this version : " + std::string(type->label));
-        return 0;
-    }
-    if (type->code != kNativeFile && IsSameFile(job.outputPath, m_store->GetNorvaFileName())) {
-        ShowMessage("The open store cannot be exported onto itself : " + job.outputPath);
+    if (type == nullptr || type->run == nullptr) {
+        SetLastErrorText("Files with this extension cannot be written : " + job.outputPath);
         return 0;
     }
     int const result = RunGuarded("Couldn't write the file : ", job.outputPath, [&] { return type->run(job); });

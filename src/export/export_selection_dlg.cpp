@@ -4,20 +4,11 @@
 #include "ui/messages.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace norva {
 
 using namespace ids::Export;
-
-namespace {
-
-std::vector<int> AllItems(std::size_t count) {
-    std::vector<int> items(count);
-    for (std::size_t i = 0; i < count; ++i) items[i] = static_cast<int>(i);
-    return items;
-}
-
-}  // namespace
 
 CExportSelectionDlg::CExportSelectionDlg()
     : CDialog(4000),
@@ -70,76 +61,56 @@ bool CExportSelectionDlg::HandleSide(Side& side, DialogEvent const& event) {
     } else if (click && event.control == side.removeAll) {
         MoveAll(side, 0);
     } else if ((click && event.control == side.add) || (twice && event.control == side.existingList)) {
-        Add(side);
+        MoveChosen(side, true);
     } else if ((click && event.control == side.remove) || (twice && event.control == side.exportList)) {
-        Remove(side);
+        MoveChosen(side, false);
     } else {
         return false;
     }
     return true;
 }
 
-void CExportSelectionDlg::ShowList(int list, std::vector<int> const& items, std::vector<Entry> const& entries) {
-    std::vector<std::string> texts;
-    texts.reserve(items.size());
-    for (int const item : items) texts.push_back(entries[static_cast<std::size_t>(item)].name);
-    SetItems(list, std::move(texts));
+void CExportSelectionDlg::ShowLists(Side const& side) {
+    for (bool const exported : {false, true}) {
+        std::vector<std::string> texts;
+        for (int const item : exported ? side.exported : side.existing) {
+            texts.push_back(side.entries[static_cast<std::size_t>(item)].name);
+        }
+        SetItems(exported ? side.exportList : side.existingList, std::move(texts));
+    }
 }
 
 void CExportSelectionDlg::MoveAll(Side& side, int inExport) {
     for (Entry& entry : side.entries) entry.inExport = inExport;
-    side.exported = inExport != 0 ? AllItems(side.entries.size()) : std::vector<int>();
-    side.existing = inExport != 0 ? std::vector<int>() : AllItems(side.entries.size());
-    ShowList(side.existingList, side.existing, side.entries);
-    ShowList(side.exportList, side.exported, side.entries);
+    std::vector<int> items(side.entries.size());
+    std::iota(items.begin(), items.end(), 0);
+    (inExport != 0 ? side.exported : side.existing) = std::move(items);
+    (inExport != 0 ? side.existing : side.exported).clear();
+    ShowLists(side);
 }
 
-void CExportSelectionDlg::Add(Side& side) {
-    std::vector<int> const rows = Get(side.existingList).ChosenRows();
+void CExportSelectionDlg::MoveChosen(Side& side, bool adding) {
+    std::vector<int>& source = adding ? side.existing : side.exported;
+    std::vector<int>& target = adding ? side.exported : side.existing;
+    int const sourceList = adding ? side.existingList : side.exportList;
+    int const targetList = adding ? side.exportList : side.existingList;
+    std::vector<int> const rows = Get(sourceList).ChosenRows();
     if (rows.empty()) return;
-    std::vector<int> moved;
-    std::vector<int> left;
-    std::size_t next = 0;
-    for (std::size_t row = 0; row < side.existing.size(); ++row) {
-        bool const chosen = next < rows.size() && rows[next] == static_cast<int>(row);
-        if (chosen) ++next;
-        (chosen ? moved : left).push_back(side.existing[row]);
-    }
-    for (int const item : moved) side.entries[static_cast<std::size_t>(item)].inExport = 1;
-    side.existing = std::move(left);
-    side.exported.insert(side.exported.end(), moved.begin(), moved.end());
-    SelectAfterMove(side, true, moved, rows.front());
-}
 
-void CExportSelectionDlg::Remove(Side& side) {
-    std::vector<int> const rows = Get(side.exportList).ChosenRows();
-    if (rows.empty()) return;
-    std::vector<int> moved;
-    std::vector<int> left;
-    std::size_t next = 0;
-    for (std::size_t row = 0; row < side.exported.size(); ++row) {
-        bool const chosen = next < rows.size() && rows[next] == static_cast<int>(row);
-        if (chosen) ++next;
-        (chosen ? moved : left).push_back(side.exported[row]);
+    int const flag = adding ? 1 : 0;
+    int moved = 0;
+    for (int const row : rows) {
+        moved = source[static_cast<std::size_t>(row)];
+        side.entries[static_cast<std::size_t>(moved)].inExport = flag;
+        target.push_back(moved);
     }
-    for (int const item : moved) side.entries[static_cast<std::size_t>(item)].inExport = 0;
-    side.exported = std::move(left);
-    // The existing list is always in item order, so that inserting before the next larger item is a merge.
-    side.existing.insert(side.existing.end(), moved.begin(), moved.end());
-    std::sort(side.existing.begin(), side.existing.end());
-    SelectAfterMove(side, false, moved, rows.front());
-}
+    std::erase_if(source, [&](int item) { return side.entries[static_cast<std::size_t>(item)].inExport == flag; });
+    // The existing list is always in item order: inserting each before the next larger item comes to the same.
+    if (!adding) std::sort(target.begin(), target.end());
 
-void CExportSelectionDlg::SelectAfterMove(Side const& side, bool added, std::vector<int> const& moved, int oldRow) {
-    std::vector<int> const& source = added ? side.existing : side.exported;
-    std::vector<int> const& target = added ? side.exported : side.existing;
-    int const sourceList = added ? side.existingList : side.exportList;
-    int const targetList = added ? side.exportList : side.existingList;
-    ShowList(side.existingList, side.existing, side.entries);
-    ShowList(side.exportList, side.exported, side.entries);
-    auto const row = std::find(target.begin(), target.end(), moved.back());
-    SelectRow(targetList, static_cast<int>(row - target.begin()));
-    if (!source.empty()) SelectRow(sourceList, std::min(oldRow, static_cast<int>(source.size()) - 1));
+    ShowLists(side);
+    SelectRow(targetList, static_cast<int>(std::find(target.begin(), target.end(), moved) - target.begin()));
+    if (!source.empty()) SelectRow(sourceList, std::min(rows.front(), static_cast<int>(source.size()) - 1));
 }
 
 void CExportSelectionDlg::Accept() {
@@ -151,17 +122,16 @@ void CExportSelectionDlg::Accept() {
         ShowMessage("Select Channel(s) to Export");
         return;
     }
-    m_selection.labelAsChannel = CheckedRadio(kLabelAsChannel) == kLabelAsChannel ? 1 : 0;
-    m_selection.pointIdAsChannel = Get(kPointId).checked ? 1 : 0;
-    m_selection.exportUnits = exportUnits = Get(kUnits).checked ? 1 : 0;
-    m_selection.channels = m_columns.exported;
-    m_selection.profiles.clear();
+    labelAsChannel = CheckedRadio(kLabelAsChannel) == kLabelAsChannel ? 1 : 0;
+    pointIdAsChannel = Get(kPointId).checked ? 1 : 0;
+    exportUnits = Get(kUnits).checked ? 1 : 0;
+    m_selectedProfiles.clear();
     for (int const item : m_lines.exported) {
         std::string const& text = m_lines.entries[static_cast<std::size_t>(item)].name;
         auto const found = std::find(m_profileNames.begin() + item, m_profileNames.end(), text);
         auto const position = static_cast<std::size_t>(found - m_profileNames.begin());
         if (found != m_profileNames.end() && position < m_profileIndexTable.size()) {
-            m_selection.profiles.push_back(m_profileIndexTable[position]);
+            m_selectedProfiles.push_back(m_profileIndexTable[position]);
         }
     }
     EndDialog(kButtonOk);

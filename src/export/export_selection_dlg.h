@@ -1,7 +1,6 @@
 #pragma once
 
 #include "norva/dialog.h"
-#include "norva/exporter_base.h"
 
 #include <string>
 #include <vector>
@@ -19,10 +18,15 @@ public:
     void SetChannelNames(std::vector<std::string> const& names);
     void EnablePointId(int enabled) { m_pointIdEnabled = enabled; }
 
-    /// The user's choice once the dialog has ended with "Export".
-    ExportSelection const& Selection() const { return m_selection; }
+    // The user's choice once the dialog has ended with "Export".
 
-    int exportUnits = 0;  ///< column units: preset by the exporter, then the user's choice
+    /// Store profile numbers in the order of the export list.
+    std::vector<int> GetSelectedProfiles() const { return m_selectedProfiles; }
+    /// Positions in the store's channel order, in the order of the export list.
+    std::vector<int> GetSelectedChannels() const { return m_columns.exported; }
+    int labelAsChannel = 0;
+    int pointIdAsChannel = 0;
+    int exportUnits = 0;  ///< before the dialog is shown: the exporter's preset, without which the box is disabled
 
 protected:
     void OnInitDialog() override;
@@ -49,18 +53,17 @@ private:
 
     bool HandleSide(Side& side, DialogEvent const& event);
     void MoveAll(Side& side, int inExport);
-    void Add(Side& side);
-    void Remove(Side& side);
-    void ShowList(int list, std::vector<int> const& items, std::vector<Entry> const& entries);
-    void SelectAfterMove(Side const& side, bool added, std::vector<int> const& moved, int oldRow);
+    /// Moves the chosen items into the export list, or back from it into item order.
+    void MoveChosen(Side& side, bool adding);
+    void ShowLists(Side const& side);
     void Accept();
 
     Side m_lines;
     Side m_columns;
     std::vector<std::string> m_profileNames;
     std::vector<int> m_profileIndexTable;
+    std::vector<int> m_selectedProfiles;
     int m_pointIdEnabled = 1;
-    ExportSelection m_selection;
 };
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #include "norva/export_to_excel.h"
 
+#include "entry/exception_guard.h"
 #include "entry/export_types.h"
 #include "entry/progress_dlg.h"
 #include "export/cell_text.h"
@@ -44,25 +45,29 @@ bool CExportToExcel::ConfirmSize(ExportSelection const& selection, std::vector<i
 }
 
 int CExportToExcel::Export() {
-    CExportSelectionDlg dialog;
-    std::vector<std::string> channelNames;
-    FillChannelArray(channelNames);
-    ExportSelection selection;
-    if (!RunSelection(dialog, channelNames, selection)) return 0;
-    std::vector<int> channels;  // in the store's order, whatever the order of the export list
-    int const selected = static_cast<int>(selection.channels.size());
-    for (int k = 0; k < m_store->ChannelCount; ++k) {
-        if (isChannelExported(k, selected, selection.channels.data()) == 1) channels.push_back(k);
-    }
-    if (!ConfirmSize(selection, channels)) return 0;
-    CheckOldFile();
-    if (!OpenOutput()) return 0;
+    return RunGuarded("Couldn't write the file : ", m_outputFile, [this] {
+        CExportSelectionDlg dialog;
+        std::vector<std::string> channelNames;
+        FillChannelArray(channelNames);
+        ExportSelection selection;
+        if (!RunSelection(dialog, channelNames, selection)) return 0;
+        std::vector<int> channels;  // in the store's order, whatever the order of the export list
+        int const selected = static_cast<int>(selection.channels.size());
+        for (int k = 0; k < m_store->ChannelCount; ++k) {
+            if (isChannelExported(k, selected, selection.channels.data()) == 1) channels.push_back(k);
+        }
+        if (!ConfirmSize(selection, channels)) return 0;
+        CheckOldFile();
+        if (!OpenOutput()) return 0;
 
-    CSpreadsheet sheet;
-    FillSheet(sheet, selection, channels);
-    sheet.Write([](void* self, std::string_view bytes) { return static_cast<CExportToExcel*>(self)->Write(bytes); },
-                this);
-    return FinishOutput();
+        CSpreadsheet sheet;
+        FillSheet(sheet, selection, channels);
+        auto const sink = [](void* self, std::string_view bytes) {
+            return static_cast<CExportToExcel*>(self)->Write(bytes);
+        };
+        sheet.Write(sink, this);
+        return FinishOutput();
+    });
 }
 
 void CExportToExcel::FillSheet(CSpreadsheet& sheet, ExportSelection const& selection,
@@ -113,7 +118,7 @@ void CExportToExcel::FillSheet(CSpreadsheet& sheet, ExportSelection const& selec
                 if (next == exported.size() || exported[next].position != k) continue;
                 ExportChannel const& channel = exported[next++];
                 if (!value.Read(*m_store, channel.index, profile, j)) continue;
-                CSpreadsheet::CCellRef cell = sheet.Cell(row, column++);
+                CSpreadsheetCell cell = sheet.Cell(row, column++);
                 bool const floating = value.IsFloating();
                 if (value.dataType == DataType::kText || value.IsMissing() || (floating && channel.HasTextForm())) {
                     text.clear();

@@ -5,15 +5,27 @@
 #include "export/cell_text.h"
 #include "export/export_selection_dlg.h"
 #include "norva/toolkit.h"
+#include "norva/traced_store.h"
 #include "platform/files.h"
+#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "store/value_rules.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <typeinfo>
 
 namespace norva {
 
 namespace {
+
+constexpr std::size_t kBlockBytes = 256 * 1024;
+
+/// A host's own store is asked value by value: what it gives need not be what the file below it holds.
+bool GivesPackedValues(CNorvaFileUtil const& store) {
+    return typeid(store) == typeid(CNorvaFileUtil) || typeid(store) == typeid(CTracedStore);
+}
 
 void AppendNumberField(std::string& line, int value) {
     line += ',';
@@ -23,7 +35,9 @@ void AppendNumberField(std::string& line, int value) {
 }  // namespace
 
 CExportToNativeFile::CExportToNativeFile(CNorvaFileUtil* store, std::string outputFile, CWindow* owner)
-    : CExporterBase(store, std::move(outputFile), owner) {}
+    : CExporterBase(store, std::move(outputFile), owner) {
+    m_mayReplaceStore = true;
+}
 
 CExportToNativeFile::~CExportToNativeFile() = default;
 
@@ -106,13 +120,9 @@ void CExportToNativeFile::WriteData(ExportSelection const& selection) {
     WriteProfiles();
     WriteChannels(static_cast<int>(selection.channels.size()), selection.channels.data());
     bool going = WriteDataStart() == 1;
-    StoreValue value;
-    char bytes[8];
     int const profileCount = static_cast<int>(m_selectedProfiles.size());
     for (std::size_t p = 0; p < selection.channels.size() && going; ++p) {
-        int const index = m_store->GetFileChanIndex(selection.channels[p]);
-        auto const textSize = static_cast<std::size_t>(std::max(m_store->GetChannelArraySize(index), 0));
-        auto const percent = static_cast<long long>(p) * 100 / m_store->ChannelCount;
+        Column const column = ColumnAt(selection.channels[p]);
         for (int i = 0; i < profileCount && going; ++i) {
             progress.FilePercent(static_cast<long long>(i) * 100 / profileCount);
             int const profile = m_selectedProfiles[static_cast<std::size_t>(i)];
@@ -121,36 +131,94 @@ void CExportToNativeFile::WriteData(ExportSelection const& selection) {
             int flag = 0;
             m_store->GetProfileInfo(profile, name, locations, flag);
             if (flag != 0) continue;
-            for (long j = 0; j < locations && going; ++j) {
-                if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
-                progress.ChannelPercent(percent);
-                if (!value.Read(*m_store, index, profile, j)) continue;
-                switch (value.dataType) {
-                    case DataType::kFloat:
-                        StoreFloat(bytes, value.single);
-                        going = Write({bytes, 4});
-                        break;
-                    case DataType::kDouble:
-                        StoreDouble(bytes, value.number);
-                        going = Write({bytes, 8});
-                        break;
-                    case DataType::kText:
-                        value.text.resize(textSize, ' ');
-                        going = Write(value.text);
-                        break;
-                    case DataType::kShort:
-                        StoreLittle16(bytes, static_cast<std::uint16_t>(ClampShort(value.integer)));
-                        going = Write({bytes, 2});
-                        break;
-                    default:
-                        StoreLittle32(bytes, static_cast<std::uint32_t>(value.integer));
-                        going = Write({bytes, 4});
-                        break;
-                }
-            }
+            // Every location would send the same text; a listed profile has at least one.
+            progress.ChannelPercent(static_cast<long long>(p) * 100 / m_store->ChannelCount);
+            going = column.blockWidth > 0 ? WriteBlocks(column, profile, locations)
+                                          : WriteValues(column, profile, locations);
         }
     }
     WriteDataEnd();
+}
+
+CExportToNativeFile::Column CExportToNativeFile::ColumnAt(int position) {
+    Column column;
+    column.index = m_store->GetFileChanIndex(position);
+    column.dataType = m_store->GetChannelDataType(column.index);
+    int const arraySize = m_store->GetChannelArraySize(column.index);
+    bool const isText = column.dataType == DataType::kText;
+    column.textSize = static_cast<std::size_t>(std::max(arraySize, 0));
+    std::size_t const width = ValueWidth(column.dataType) * (isText ? column.textSize : 1);
+    bool const isArray = m_store->GetChannelValueSize(column.index) != width;
+    if (GivesPackedValues(*m_store) && !isArray) column.blockWidth = width;
+    return column;
+}
+
+bool CExportToNativeFile::WriteBlocks(Column const& column, int profile, long locations) {
+    std::size_t const width = column.blockWidth;
+    long const atOnce = static_cast<long>(std::max<std::size_t>(kBlockBytes / width, 1));
+    bool const isWhole = m_store->GetProfileLocationNum(profile, 1) == locations;
+    for (long first = 0; first < locations; first += atOnce) {
+        long const count = std::min(atOnce, locations - first);
+        m_block.resize(static_cast<std::size_t>(count) * width);
+        if (m_store->ReadColumn(column.index, profile, first, count, m_block.data()) == 0) {
+            // The store has said why, as a rule; a file that lacks values must not pass for a whole one.
+            SetLastErrorText("Couldn't read the store : " + m_store->GetNorvaFileName());
+            return false;
+        }
+        std::size_t kept = m_block.size();
+        if (!isWhole) {
+            kept = 0;
+            for (long j = 0; j < count; ++j) {
+                if (m_store->IsLocMarkedToDelete(profile, first + j) != 0) continue;
+                std::memmove(m_block.data() + kept, m_block.data() + static_cast<std::size_t>(j) * width, width);
+                kept += width;
+            }
+        }
+        if (column.dataType == DataType::kShort) {
+            for (std::size_t at = 0; at < kept; at += width) {
+                auto const value = static_cast<std::int16_t>(LoadLittle16(&m_block[at]));
+                StoreLittle16(&m_block[at], static_cast<std::uint16_t>(ClampShort(value)));
+            }
+        }
+        if (!Write({m_block.data(), kept})) return false;
+    }
+    return true;
+}
+
+bool CExportToNativeFile::WriteValues(Column const& column, int profile, long locations) {
+    StoreValue value;
+    char bytes[8];
+    bool going = true;
+    for (long j = 0; j < locations && going; ++j) {
+        if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
+        if (!value.Read(*m_store, column.index, profile, j)) continue;
+        switch (value.dataType) {
+            case DataType::kFloat:
+                StoreFloat(bytes, value.single);
+                going = Write({bytes, 4});
+                break;
+            case DataType::kDouble:
+                StoreDouble(bytes, value.number);
+                going = Write({bytes, 8});
+                break;
+            case DataType::kInt:
+            case DataType::kLong:
+                StoreLittle32(bytes, static_cast<std::uint32_t>(value.integer));
+                going = Write({bytes, 4});
+                break;
+            case DataType::kText:
+                value.text.resize(column.textSize, ' ');
+                going = Write(value.text);
+                break;
+            case DataType::kShort:
+                StoreLittle16(bytes, static_cast<std::uint16_t>(ClampShort(value.integer)));
+                going = Write({bytes, 2});
+                break;
+            default:
+                break;
+        }
+    }
+    return going;
 }
 
 int RunNativeExport(ExportJob const& job) {

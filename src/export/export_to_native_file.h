@@ -2,6 +2,9 @@
 
 #include "norva/exporter_base.h"
 
+#include <cstddef>
+#include <vector>
+
 namespace norva {
 
 /// Writes chosen lines and channels as a native file: the text sections PROFILES, CHANNELS and DATA, the last with the
@@ -24,6 +27,19 @@ private:
     int WriteDataStart();
     int WriteDataEnd();
     void WriteData(ExportSelection const& selection);
+
+    struct Column {
+        int index = 0;  ///< as the store's calls take it
+        int dataType = 0;
+        std::size_t textSize = 0;
+        std::size_t blockWidth = 0;  ///< bytes of a value in the store's packed columns; 0: to be read one by one
+    };
+    Column ColumnAt(int position);
+    // The values of a profile's locations, less the deleted ones. False after a failure.
+    bool WriteBlocks(Column const& column, int profile, long locations);
+    bool WriteValues(Column const& column, int profile, long locations);
+
+    std::vector<char> m_block;
 };
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #include "norva/export_to_xyz_file.h"
 
+#include "entry/exception_guard.h"
 #include "entry/export_types.h"
 #include "entry/progress_dlg.h"
 #include "export/cell_text.h"
@@ -114,18 +115,20 @@ std::string CExportToXYZFile::MFormatString(std::string_view text, int width) co
 }
 
 int CExportToXYZFile::ExportToXYZFile() {
-    CExportSelectionDlg dialog;
-    std::vector<std::string> channelNames;
-    FillChannelArray(channelNames);
-    dialog.exportUnits = m_exportUnits;
-    ExportSelection selection;
-    if (!RunSelection(dialog, channelNames, selection)) return 0;
-    CheckOldFile();
-    if (!OpenOutput()) return 0;
+    return RunGuarded("Couldn't write the file : ", m_outputFile, [this] {
+        CExportSelectionDlg dialog;
+        std::vector<std::string> channelNames;
+        FillChannelArray(channelNames);
+        dialog.exportUnits = m_exportUnits;
+        ExportSelection selection;
+        if (!RunSelection(dialog, channelNames, selection)) return 0;
+        CheckOldFile();
+        if (!OpenOutput()) return 0;
 
-    m_exportUnits = selection.exportUnits;
-    WriteLines(selection);
-    return FinishOutput();
+        m_exportUnits = selection.exportUnits;
+        WriteLines(selection);
+        return FinishOutput();
+    });
 }
 
 std::string CExportToXYZFile::HeaderLine(ExportSelection const& selection) const {

@@ -2,6 +2,9 @@
 
 #include "store/value_rules.h"
 
+#include <algorithm>
+#include <string>
+
 namespace norva {
 
 namespace {
@@ -18,6 +21,7 @@ constexpr std::uint16_t kVersion = 0x0002;
 constexpr std::uint16_t kWorksheet = 0x0010;
 constexpr std::size_t kLongestText = 255;
 constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kTextBlock = 64 * 1024;
 
 void Append16(std::string& out, std::uint16_t value) {
     char bytes[2];
@@ -39,23 +43,38 @@ void AppendCellHead(std::string& out, std::uint16_t type, std::uint16_t length, 
 
 }  // namespace
 
-CSpreadsheet::CCellRef CSpreadsheet::Cell(std::size_t row, std::size_t column) {
-    if (row >= m_rows.size()) m_rows.resize(row + 1);
-    std::vector<CellData>& cells = m_rows[row];
-    if (column >= cells.size()) {
-        // Rows of a sheet are alike: the row before says how wide this one will be.
-        if (cells.capacity() <= column && row > 0) cells.reserve(m_rows[row - 1].size());
-        cells.resize(column + 1);
+CSpreadsheetCell CSpreadsheet::Cell(std::size_t row, std::size_t column) {
+    while (m_rows.size() <= row) m_rows.push_back({m_cells.size(), 0});
+    Row& cells = m_rows[row];
+    if (column >= cells.count) {
+        if (cells.start + cells.count != m_cells.size()) {
+            std::size_t const start = m_cells.size();
+            for (std::size_t i = 0; i < cells.count; ++i) m_cells.push_back(m_cells[cells.start + i]);
+            cells.start = start;
+        }
+        cells.count = column + 1;
+        m_cells.resize(cells.start + cells.count);
     }
-    return {*this, row, column};
+    return {*this, m_cells[cells.start + column]};
+}
+
+char const* CSpreadsheet::KeepText(std::string_view text) {
+    if (m_textBlocks.empty() || text.size() > kTextBlock - m_textUsed) {
+        m_textBlocks.push_back(std::make_unique_for_overwrite<char[]>(kTextBlock));
+        m_textUsed = 0;
+    }
+    char* const kept = m_textBlocks.back().get() + m_textUsed;
+    std::copy(text.begin(), text.end(), kept);
+    m_textUsed += text.size();
+    return kept;
 }
 
 bool CSpreadsheet::WriteKind(Kind kind, Sink sink, void* context) const {
     std::string out;
     out.reserve(kBufferSize + kLabelHead + kLongestText);
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        for (std::size_t column = 0; column < m_rows[row].size(); ++column) {
-            CellData const& cell = m_rows[row][column];
+        for (std::size_t column = 0; column < m_rows[row].count; ++column) {
+            CellData const& cell = m_cells[m_rows[row].start + column];
             if (cell.kind != kind) continue;
             if (kind == Kind::Number) {
                 AppendCellHead(out, kNumber, kNumberLength, row, column, cell.format);
@@ -66,7 +85,7 @@ bool CSpreadsheet::WriteKind(Kind kind, Sink sink, void* context) const {
                 AppendCellHead(out, kLabel, static_cast<std::uint16_t>(kLabelHead + cell.textLength), row, column,
                                cell.format);
                 out += static_cast<char>(cell.textLength);
-                out.append(m_texts, cell.textOffset, cell.textLength);
+                out.append(cell.text, cell.textLength);
             }
             if (out.size() >= kBufferSize) {
                 if (!sink(context, out)) return false;
@@ -92,22 +111,20 @@ bool CSpreadsheet::Write(Sink sink, void* context) const {
     return sink(context, record);
 }
 
-void CSpreadsheet::CCellRef::SetNumber(double value) {
-    Data().number = value;
-    Data().kind = Kind::Number;
+void CSpreadsheetCell::SetNumber(double value) {
+    m_data.number = value;
+    m_data.kind = CSpreadsheet::Kind::Number;
 }
 
-void CSpreadsheet::CCellRef::SetText(std::string_view text) {
+void CSpreadsheetCell::SetText(std::string_view text) {
     text = text.substr(0, kLongestText);
-    CellData& cell = Data();
-    cell.textOffset = m_sheet.m_texts.size();
-    cell.textLength = static_cast<std::uint8_t>(text.size());
-    cell.kind = Kind::Text;
-    m_sheet.m_texts.append(text);
+    m_data.text = m_sheet.KeepText(text);
+    m_data.textLength = static_cast<std::uint8_t>(text.size());
+    m_data.kind = CSpreadsheet::Kind::Text;
 }
 
-void CSpreadsheet::CCellRef::SetFormatIndex(int index) {
-    Data().format = static_cast<std::uint8_t>(index & 0x3F);
+void CSpreadsheetCell::SetFormatIndex(int index) {
+    m_data.format = static_cast<std::uint8_t>(index & 0x3F);
 }
 
 }  // namespace norva

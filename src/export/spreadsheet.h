@@ -2,23 +2,24 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <deque>
+#include <memory>
 #include <string_view>
 #include <vector>
 
 namespace norva {
 
+class CSpreadsheetCell;
+
 /// A worksheet in memory, written as BIFF2 records (Microsoft Excel 2.x): BOF, numbers, texts, EOF.
 ///
-/// A cell takes 16 bytes; texts stand one after the other in one buffer, so that a million cells need no million
-/// heap nodes. Rows and columns count from 0 and grow on demand.
+/// A cell takes 16 bytes, a row another 16; cells, rows and texts each stand one after the other, so that a million
+/// of them need no million heap nodes. Rows and columns count from 0 and grow on demand, best row after row: a row
+/// that grows once a later one has cells moves behind it.
 class CSpreadsheet {
 public:
-    class CCellRef;
-
-    /// The cell, made if it is not there yet. The reference lasts as long as the sheet.
-    CCellRef Cell(std::size_t row, std::size_t column);
-    std::size_t RowCount() const { return m_rows.size(); }
+    /// The cell, made empty if it is not there yet; to be used before its row grows.
+    CSpreadsheetCell Cell(std::size_t row, std::size_t column);
 
     /// Takes bytes of the file; false ends the writing.
     using Sink = bool (*)(void* context, std::string_view bytes);
@@ -31,7 +32,7 @@ private:
     struct CellData {
         union {
             double number;
-            std::uint64_t textOffset;
+            char const* text;  ///< in m_textBlocks
         };
         std::uint8_t textLength = 0;
         std::uint8_t format = 0;  ///< number format index, 6 bits
@@ -40,16 +41,24 @@ private:
         CellData() : number(0) {}
     };
 
+    struct Row {
+        std::size_t start = 0;  ///< of its cells in m_cells
+        std::size_t count = 0;
+    };
+
     bool WriteKind(Kind kind, Sink sink, void* context) const;
+    char const* KeepText(std::string_view text);
 
-    std::vector<std::vector<CellData>> m_rows;
-    std::string m_texts;
+    std::deque<CellData> m_cells;
+    std::deque<Row> m_rows;
+    std::vector<std::unique_ptr<char[]>> m_textBlocks;
+    std::size_t m_textUsed = 0;  ///< of the last block
 
-    friend class CCellRef;
+    friend class CSpreadsheetCell;
 };
 
 /// One cell of a sheet.
-class CSpreadsheet::CCellRef {
+class CSpreadsheetCell {
 public:
     void SetNumber(double value);
     /// Keeps the first 255 characters.
@@ -58,12 +67,10 @@ public:
     void SetFormatIndex(int index);
 
 private:
-    CCellRef(CSpreadsheet& sheet, std::size_t row, std::size_t column) : m_sheet(sheet), m_row(row), m_column(column) {}
-    CellData& Data() { return m_sheet.m_rows[m_row][m_column]; }
+    CSpreadsheetCell(CSpreadsheet& sheet, CSpreadsheet::CellData& data) : m_sheet(sheet), m_data(data) {}
 
     CSpreadsheet& m_sheet;
-    std::size_t m_row;
-    std::size_t m_column;
+    CSpreadsheet::CellData& m_data;
 
     friend class CSpreadsheet;
 };

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
+
 namespace norva {
 namespace {
 
@@ -11,15 +14,15 @@ using namespace ids::Export;
 using Kind = DialogEvent::Kind;
 using Modifier = DialogEvent::Modifier;
 
-/// The dialog over lines and columns named A, B, C, ..., with store numbers 10, 11, ... for the lines.
+/// The dialog over lines and columns of one letter each, with store numbers 10, 11, ... for the lines.
 class CDialogInTest : public CExportSelectionDlg {
 public:
-    explicit CDialogInTest(int count) {
+    explicit CDialogInTest(std::string const& letters) {
         std::vector<std::string> names;
         std::vector<int> table;
-        for (int i = 0; i < count; ++i) {
-            names.emplace_back(1, static_cast<char>('A' + i));
-            table.push_back(10 + i);
+        for (char const letter : letters) {
+            table.push_back(10 + static_cast<int>(names.size()));
+            names.emplace_back(1, letter);
         }
         SetProfileNames(names);
         SetProfileIndexTable(table);
@@ -28,124 +31,87 @@ public:
     }
 
     void Do(Kind kind, int control, int row = -1, Modifier modifier = Modifier::None) {
-        DialogEvent event;
-        event.kind = kind;
-        event.control = control;
-        event.row = row;
-        event.modifier = modifier;
         std::string why;
-        EXPECT_TRUE(Perform(event, why)) << why;
+        EXPECT_TRUE(Perform({kind, control, row, -1, {}, false, modifier}, why)) << why;
+    }
+    void Click(int control) { Do(Kind::Click, control); }
+
+    /// Acts on the columns: "=3" selects that existing row, "+3" with Shift, "*3" with Ctrl, "!3" double-clicks it;
+    /// "e3" and "d3" select and double-click a row of the export list; the others are the buttons.
+    void DoOnColumns(std::string const& acts) {
+        static std::map<std::string, int> const buttons = {
+            {">>", kColumnsAddAll}, {">", kColumnsAdd}, {"<", kColumnsRemove}, {"<<", kColumnsRemoveAll}};
+        std::istringstream in(acts);
+        for (std::string act; in >> act;) {
+            char const key = act.front();
+            if (buttons.contains(act)) {
+                Click(buttons.at(act));
+            } else {
+                Do(key == '!' || key == 'd' ? Kind::DoubleClick : Kind::Select,
+                   key == 'e' || key == 'd' ? kExportColumns : kExistingColumns, act.back() - '0',
+                   key == '+' ? Modifier::Shift : (key == '*' ? Modifier::Ctrl : Modifier::None));
+            }
+        }
     }
 
+    /// "ABC:1" for three items and the second one selected.
     std::string List(int control) const {
         std::string all;
         for (std::string const& item : FindControl(control)->items) all += item;
+        for (int const row : FindControl(control)->selected) all += ":" + std::to_string(row);
         return all;
     }
-    std::vector<int> Selected(int control) const { return FindControl(control)->selected; }
-};
-
-struct Act {
-    Kind kind;
-    int control;
-    int row = -1;
-    Modifier modifier = Modifier::None;
 };
 
 TEST(ExportSelection, MovesKeepTheOrders) {
     struct Case {
-        char const* what;
-        std::vector<Act> acts;
+        char const* acts;
         char const* existing;
         char const* exported;
-        int selectedThere;  ///< row selected in the existing list afterwards, -1 for none
     };
-    auto const click = [](int control) { return Act{Kind::Click, control}; };
-    auto const select = [](int row, Modifier modifier = Modifier::None) {
-        return Act{Kind::Select, kExistingColumns, row, modifier};
-    };
-    std::vector<Case> const cases = {
-        {"nothing moved", {}, "ABCDEF", "", 0},
-        {"the first is selected at the start", {click(kColumnsAdd)}, "BCDEF", "A", 0},
-        {"order of moving", {select(5), click(kColumnsAdd), select(3), click(kColumnsAdd)}, "ABCE", "FD", 3},
-        {"all in item order", {select(5), click(kColumnsAdd), click(kColumnsAddAll)}, "", "ABCDEF", -1},
-        {"all back", {click(kColumnsAddAll), click(kColumnsRemoveAll)}, "ABCDEF", "", -1},
-        {"double click", {{Kind::DoubleClick, kExistingColumns, 2}}, "ABDEF", "C", 2},
-        {"last row: the one before it is selected", {select(5), click(kColumnsAdd)}, "ABCDE", "F", 4},
-        {"a range", {select(2), select(5, Modifier::Shift), click(kColumnsAdd)}, "AB", "CDEF", 1},
-        {"a range upwards", {select(4), select(3, Modifier::Shift), click(kColumnsAdd)}, "ABCF", "DE", 3},
-        {"single items",
-         {select(0), select(4, Modifier::Ctrl), select(2, Modifier::Ctrl), click(kColumnsAdd)},
-         "BDF",
-         "ACE",
-         0},
-        {"an item taken out again",
-         {select(0), select(4, Modifier::Ctrl), select(0, Modifier::Ctrl), click(kColumnsAdd)},
-         "ABCDF",
-         "E",
-         4},
-        {"a plain click ends a range",
-         {select(2), select(5, Modifier::Shift), select(1), click(kColumnsAdd)},
-         "ACDEF",
-         "B",
-         1},
-        {"back into item order",
-         {click(kColumnsAddAll),
-          {Kind::Select, kExportColumns, 3},
-          click(kColumnsRemove),
-          {Kind::DoubleClick, kExportColumns, 1}},
-         "BD",
-         "ACEF",
-         0},
-    };
-    for (Case const& one : cases) {
-        SCOPED_TRACE(one.what);
-        CDialogInTest dialog(6);
-        for (Act const& act : one.acts) dialog.Do(act.kind, act.control, act.row, act.modifier);
+    for (Case const& one :
+         {Case{"", "ABCDEF:0", ""}, Case{">", "BCDEF:0", "A:0"}, Case{"=5 > =3 >", "ABCE:3", "FD:1"},
+          Case{"=5 > >>", "", "ABCDEF"}, Case{">> <<", "ABCDEF", ""}, Case{">> << >", "ABCDEF", ""},
+          Case{"!2", "ABDEF:2", "C:0"}, Case{"=5 >", "ABCDE:4", "F:0"}, Case{"=2 +5 >", "AB:1", "CDEF:3"},
+          Case{"=4 +3 >", "ABCF:3", "DE:1"}, Case{"=0 *4 *2 >", "BDF:0", "ACE:2"}, Case{"=0 *4 *0 >", "ABCDF:4", "E:0"},
+          Case{"=2 +5 =1 >", "ACDEF:1", "B:0"}, Case{"=2 +4 > >", "AB:1", "CDEF:3"},
+          Case{">> e3 < d1", "BD:0", "ACEF:1"}, Case{"=4 > =0 > e0 <", "BCDEF:3", "A:0"}}) {
+        SCOPED_TRACE(one.acts);
+        CDialogInTest dialog("ABCDEF");
+        dialog.DoOnColumns(one.acts);
         EXPECT_EQ(dialog.List(kExistingColumns), one.existing);
         EXPECT_EQ(dialog.List(kExportColumns), one.exported);
-        std::vector<int> const expected = one.selectedThere < 0 ? std::vector<int>() : std::vector{one.selectedThere};
-        EXPECT_EQ(dialog.Selected(kExistingColumns), expected);
-        EXPECT_EQ(dialog.List(kExistingLines), "ABCDEF");
+        EXPECT_EQ(dialog.List(kExistingLines), "ABCDEF:0");
     }
 }
 
 TEST(ExportSelection, ExportNeedsLinesAndColumnsAndHandsOverNumbers) {
-    CDialogInTest dialog(3);
-    CScriptedToolkit toolkit({}, true, nullptr);
-    CToolkit* const before = SetToolkit(&toolkit);
-    dialog.Do(Kind::Click, kButtonOk);
-    EXPECT_FALSE(dialog.IsEnded());
+    CDialogInTest dialog("ABC");
+    auto const says = [](char const* text) { return ScriptAnswer{.kind = ScriptAnswer::Kind::Message, .text = text}; };
+    CScriptedToolkit toolkit({says("Select Profile(s) to Export"), says("Select Channel(s) to Export")}, false,
+                             nullptr);
+    CToolkitScope const scope(toolkit);
+    dialog.Click(kButtonOk);
     dialog.Do(Kind::Select, kExistingLines, 2);
-    dialog.Do(Kind::Click, kLinesAdd);
-    dialog.Do(Kind::Click, kLinesAdd);
-    dialog.Do(Kind::Click, kButtonOk);
+    dialog.Click(kLinesAdd);
+    dialog.Click(kLinesAdd);
+    dialog.Click(kButtonOk);
     EXPECT_FALSE(dialog.IsEnded());
-    dialog.Do(Kind::Select, kExistingColumns, 1);
-    dialog.Do(Kind::Click, kColumnsAdd);
-    dialog.Do(Kind::Click, kLabelAsChannel);
-    dialog.Do(Kind::Click, kButtonOk);
-    SetToolkit(before);
+    dialog.DoOnColumns("=1 >");
+    dialog.Click(kLabelAsChannel);
+    dialog.Click(kButtonOk);
+    EXPECT_EQ(toolkit.Failure(), "");
     EXPECT_TRUE(dialog.IsEnded());
-    EXPECT_EQ(dialog.Selection().profiles, (std::vector{12, 11}));
-    EXPECT_EQ(dialog.Selection().channels, std::vector{1});
-    EXPECT_EQ(dialog.Selection().labelAsChannel, 1);
-    EXPECT_EQ(dialog.Selection().pointIdAsChannel, 0);
+    EXPECT_EQ(dialog.GetSelectedProfiles(), (std::vector{12, 11}));
+    EXPECT_EQ(dialog.GetSelectedChannels(), std::vector{1});
+    EXPECT_EQ(dialog.labelAsChannel, 1);
+    EXPECT_EQ(dialog.pointIdAsChannel, 0);
 }
 
 TEST(ExportSelection, LinesOfOneNameStayApart) {
-    CExportSelectionDlg dialog;
-    dialog.SetProfileNames({"7", "8", "7"});
-    dialog.SetProfileIndexTable({4, 5, 6});
-    dialog.SetChannelNames({"X"});
-    dialog.Open();
-    std::string why;
-    for (int const control : {kLinesAddAll, kColumnsAddAll, kButtonOk}) {
-        DialogEvent event;
-        event.control = control;
-        ASSERT_TRUE(dialog.Perform(event, why)) << why;
-    }
-    EXPECT_EQ(dialog.Selection().profiles, (std::vector{4, 5, 6}));
+    CDialogInTest dialog("787");
+    for (int const control : {kLinesAddAll, kColumnsAddAll, kButtonOk}) dialog.Click(control);
+    EXPECT_EQ(dialog.GetSelectedProfiles(), (std::vector{10, 11, 12}));
 }
 
 }  // namespace
