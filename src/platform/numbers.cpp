@@ -227,25 +227,48 @@ bool RoundToInteger(double value, int decimals, std::uint64_t& result) {
     return rounded >> 64 == 0;
 }
 
+constexpr std::array<char, 200> MakeDigitPairs() {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}
+constexpr std::array<char, 200> kDigitPairs = MakeDigitPairs();
+
+/// Puts the last two digits of `value` in front of `end` and takes them off it.
+void TakePair(char*& end, std::uint64_t& value) {
+    end -= 2;
+    std::memcpy(end, kDigitPairs.data() + 2 * (value % 100), 2);
+    value /= 100;
+}
+
+void TakeDigit(char*& end, std::uint64_t& value) {
+    *--end = static_cast<char>('0' + value % 10);
+    value /= 10;
+}
+
 /// Appends a number of `places` decimals, given as the integer that it is without its point.
 void AppendScaled(std::string& out, bool negative, std::uint64_t scaled, int places) {
-    // Room in front for a sign and zeros, and behind for moving the decimals as one block.
-    constexpr std::size_t kFront = 24;
-    constexpr std::size_t kBlock = 16;
-    static_assert(kMaxExactDecimals < kBlock);
-    std::array<char, kFront + 20 + kBlock + 1> buffer{};
-    char* begin = buffer.data() + kFront;
-    char* end = std::to_chars(begin, begin + 20, scaled).ptr;
-    while (end - begin <= places) {
-        *--begin = '0';
-    }
+    std::array<char, 40> buffer;
+    char* const end = buffer.data() + buffer.size();
+    char* begin = end;
     if (places > 0) {
-        std::array<char, kBlock> decimals;
-        char* const point = end - places;
-        std::memcpy(decimals.data(), point, kBlock);
-        std::memcpy(point + 1, decimals.data(), kBlock);
-        *point = '.';
-        ++end;
+        for (int left = places; left >= 2; left -= 2) {
+            TakePair(begin, scaled);
+        }
+        if (places % 2 != 0) {
+            TakeDigit(begin, scaled);
+        }
+        *--begin = '.';
+    }
+    while (scaled >= 10) {
+        TakePair(begin, scaled);
+    }
+    // A pair may have ended in front of the last digit; a number has one before its point.
+    if (scaled != 0 || begin == end || *begin == '.') {
+        TakeDigit(begin, scaled);
     }
     if (negative) {
         *--begin = '-';

@@ -48,7 +48,7 @@ TEST(ReplacementFile, TakesItsPlaceAtTheEnd) {
     CReplacementFile file;
     std::string expected;
     ASSERT_TRUE(file.Open(path)) << file.Error();
-    for (std::size_t const size : {0, 1, 262'143, 1, 262'144, 3, 262'141, 262'145, 1'000'000, 7}) {
+    for (unsigned const size : {0U, 1U, 262'143U, 1U, 262'144U, 3U, 262'141U, 262'145U, 1'000'000U, 7U}) {
         ASSERT_TRUE(file.Write(std::string(size, static_cast<char>('a' + expected.size() % 26))));
         expected.append(size, static_cast<char>('a' + expected.size() % 26));
     }
@@ -144,19 +144,18 @@ TEST(ReplacementFile, KeepsToPermissions) {
         InPlace inPlace;
         int error;
     };
-    for (auto const& [folderMode, fileMode, inPlace, error] :
-         {Case{0777, 0666, InPlace::Never, 0}, Case{0555, 0666, InPlace::Allowed, 0},
-          Case{0555, 0666, InPlace::Never, EACCES}, Case{0777, 0444, InPlace::Allowed, EACCES},
-          Case{01777, 0666, InPlace::Allowed, 0}, Case{01777, 0666, InPlace::Never, EPERM}}) {
-        if (folderMode == 01777 && geteuid() != 0) continue;  // files of another user are root's to make
+    for (Case const& c : {Case{0777, 0666, InPlace::Never, 0}, Case{0555, 0666, InPlace::Allowed, 0},
+                          Case{0555, 0666, InPlace::Never, EACCES}, Case{0777, 0444, InPlace::Allowed, EACCES},
+                          Case{01777, 0666, InPlace::Allowed, 0}, Case{01777, 0666, InPlace::Never, EPERM}}) {
+        if (c.folderMode == 01777 && geteuid() != 0) continue;  // files of another user are root's to make
         CTemporaryFolder const folder;
         std::string const path = folder / "file";
         WriteWholeFile(path, "older");
-        chmod(path.c_str(), fileMode);
-        chmod(folder.Path().c_str(), folderMode);
-        EXPECT_EQ(AsOrdinaryUser([&] { return Replace(path, "new", inPlace); }), error) << folderMode;
-        EXPECT_EQ(ReadWholeFile(path), error == 0 ? "new" : "older") << folderMode;
-        EXPECT_EQ(folder.Count(), 1U) << folderMode;
+        chmod(path.c_str(), c.fileMode);
+        chmod(folder.Path().c_str(), c.folderMode);
+        EXPECT_EQ(AsOrdinaryUser([&] { return Replace(path, "new", c.inPlace); }), c.error) << c.folderMode;
+        EXPECT_EQ(ReadWholeFile(path), c.error == 0 ? "new" : "older") << c.folderMode;
+        EXPECT_EQ(folder.Count(), 1U) << c.folderMode;
         chmod(folder.Path().c_str(), 0777);
     }
 }
