@@ -93,7 +93,11 @@ bool CRowConverter::Row(std::string_view line) {
 }
 
 bool CRowConverter::Value(int column, std::string_view token) {
-    return PutToken(m_plans[static_cast<std::size_t>(column)], token);
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    char const* const end = token.data() + token.size();
+    double value = 0;
+    if (IsNumber(plan.kind) && ReadPlainDecimal(token.data(), end, value) == end) return PutNumber(plan, value);
+    return PutToken(plan, token);
 }
 
 bool CRowConverter::PutToken(Plan const& plan, std::string_view token) {

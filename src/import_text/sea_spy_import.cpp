@@ -41,47 +41,44 @@ bool IsSkippedRecord(std::string_view record) {
     return trimmed.empty() || IsCommentLine(trimmed) || HoldsSpacedLineWord(trimmed);
 }
 
-/// Replaces `out` by the record with blanks in place of its brackets and tags.
-void CleanRecord(std::string_view record, bool hasCoordinates, std::string& out) {
-    out.clear();
-    out.reserve(record.size());
-    for (std::size_t at = 0; at < record.size();) {
-        char const character = record[at];
-        char const next = at + 1 < record.size() ? record[at + 1] : '\0';
-        std::size_t replaced = 0;
-        switch (character) {
-            case '*':
-            case '/':
-            case '[':
-            case ']':
-                out += ' ';
-                ++at;
-                continue;
-            case 'F':
-            case 'R':
-                if (next == '[') replaced = 2;
-                break;
-            case 'x':
-            case 'y':
-            case 'X':
-            case 'Y':
-                if (hasCoordinates && next == ':') replaced = 2;
-                break;
-            case '<':
-                if (hasCoordinates && record.substr(at).starts_with(kInterpolated)) replaced = kInterpolated.size();
-                if (hasCoordinates && record.substr(at).starts_with(kReal)) replaced = kReal.size();
-                break;
-            default:
-                break;
-        }
-        if (replaced > 0) {
-            out += "  ";
-            at += replaced;
-        } else {
-            out += character;
-            ++at;
-        }
+/// Characters that may begin what is replaced by blanks.
+constexpr CDelimiters kMarks{"*/[]FRxyXY<"};
+
+/// How many characters at the start of `text`, which begins with one of kMarks, blanks stand in for; 0 for none.
+std::size_t MarkLength(std::string_view text, bool hasCoordinates) {
+    char const next = text.size() > 1 ? text[1] : '\0';
+    switch (text[0]) {
+        case 'F':
+        case 'R':
+            return next == '[' ? 2 : 0;
+        case 'x':
+        case 'y':
+        case 'X':
+        case 'Y':
+            return hasCoordinates && next == ':' ? 2 : 0;
+        case '<':
+            if (hasCoordinates && text.starts_with(kInterpolated)) return kInterpolated.size();
+            return hasCoordinates && text.starts_with(kReal) ? kReal.size() : 0;
+        default:
+            return 1;
     }
+}
+
+/// Replaces `out` by the record with blanks in place of its brackets (one each) and its tags (two each).
+void CleanRecord(std::string_view record, bool hasCoordinates, std::string& out) {
+    out.resize(record.size());
+    char* to = out.data();
+    for (std::size_t at = 0; at < record.size();) {
+        std::size_t const marked = kMarks.Has(record[at]) ? MarkLength(record.substr(at), hasCoordinates) : 0;
+        if (marked == 0) {
+            *to++ = record[at++];
+            continue;
+        }
+        *to++ = ' ';
+        if (marked > 1) *to++ = ' ';
+        at += marked;
+    }
+    out.resize(static_cast<std::size_t>(to - out.data()));
 }
 
 }  // namespace
