@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t siz
     GbnFile file(source);
     file.ReadSignature();
     GbnContents contents;
-    ReadGbnContents(file, contents, [](int percent) {
+    ReadGbnContents(file, contents, GbnValues::Keep, [](int percent) {
         if (percent < 0 || percent > 100) std::abort();
     });
     std::int64_t total = 0;

