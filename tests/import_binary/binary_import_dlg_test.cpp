@@ -1,163 +1,100 @@
-#include "import_binary/binary_import_dlg.h"
-#include "norva/toolkit.h"
+#include "norva/dialog.h"
 #include "support/play.h"
 #include "support/temporary_folder.h"
 #include "ui/control_ids.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 namespace norva::test {
 namespace {
 
 using namespace ids::BinaryImport;
 
-/// Does `acts` in the dialog on a file of 140 bytes; `answers` are of the messages that this shows.
-PlayRun ActInDialog(std::string const& acts, std::string const& answers = "") {
+/// Does `acts` in the dialog on a file of 140 bytes and answers the message that this shows.
+PlayRun ActInDialog(std::string const& acts, std::string const& message = "") {
     CTemporaryFolder const folder;
     WriteWholeFile(folder / "in.bin", std::string(140, '\1'));
+    std::string const answer = message.empty() ? "" : R"j(, {"message": ")j" + message + R"j(", "answer": "ok"})j";
     return Play(R"j({"operation": "import", "answers": [
                        {"dialog": 4063, "do": [{"select": "Formats", "row": 3}, {"click": 1}]},
                        {"open": "{dir}/in.bin"}, {"save": "{dir}/out.nvt"},
                        {"dialog": 4004, "do": [)j" +
-                    acts + "]}" + answers + "]}",
+                    acts + "]}" + answer + "]}",
                 {{"dir", folder.Path()}}, {.helpFile = "/help/norvatool.chm"});
 }
 
-std::string const kThree = R"j({"set": "Number of Channels in a record:", "to": "3"}, {"click": "Set"})j";
-/// Records of 14 bytes, ten of them.
-std::string const kFormats = kThree + R"j(,
-    {"select": "Channels:", "row": 0}, {"click": "32-bit integer (signed)"}, {"click": "Set for Selected"},
-    {"select": "Channels:", "row": 1}, {"click": "64-bit float"}, {"click": "Set for Selected"},
-    {"select": "Channels:", "row": 2}, {"click": "16-bit integer (signed)"}, {"click": "Set for Selected"})j";
-
-TEST(BinaryImportDlg, FollowsItsChannels) {
-    struct Case {
-        char const* what;
-        std::string acts;
-        bool isReady;
-        bool hasRows;
-        std::string records;
-        std::string points;
-        std::vector<std::string> formats;  ///< of the rows
-    };
-    std::vector<std::string> const mixed{"32 INT SIGN", "64 FLOAT", "16 INT SIGN"};
-    std::vector<std::string> const none{"", "", ""};
-    std::string const all = R"j(, {"click": "Select All Channels"}, {"click": "32-bit float"},
-                                 {"click": "Set for Selected"})j";
-    for (Case const& c : std::vector<Case>{
-             {"as opened", R"j({"click": "Help"})j", false, false, "0", "0", {}},
-             {"rows without formats", kThree, false, true, "0", "0", none},
-             {"one row without a format",
-              kThree + R"j(, {"select": "Channels:", "rows": [0, 2]}, {"click": "Set for Selected"})j",
-              false,
-              true,
-              "0",
-              "0",
-              {"32 INT SIGN", "", "32 INT SIGN"}},
-             {"ready", kFormats, true, true, "10", "10", mixed},
-             {"all at once", kThree + all, true, true, "12", "12", {"32 FLOAT", "32 FLOAT", "32 FLOAT"}},
-             {"nothing selected", kThree + R"j(, {"click": "Set for Selected"})j", false, true, "0", "0", none},
-             {"fewer rows keep their formats",
-              kFormats + R"j(, {"set": "Number of Channels in a record:", "to": "2"}, {"click": "Set"})j",
-              true,
-              true,
-              "12",
-              "10",
-              {"32 INT SIGN", "64 FLOAT"}},
-             {"one row more is not ready",
-              kFormats + R"j(, {"set": "Number of Channels in a record:", "to": "4"}, {"click": "Set"})j",
-              false,
-              true,
-              "0",
-              "0",
-              {"32 INT SIGN", "64 FLOAT", "16 INT SIGN", ""}},
-             {"a count that is no number",
-              kFormats + R"j(, {"set": "Number of Channels in a record:", "to": "x"}, {"click": "Set"})j",
-              false,
-              false,
-              "0",
-              "0",
-              {}},
-             {"more points than records are cut",
-              kFormats + R"j(, {"set": "Split into lines at (points)", "to": "99"}, {"click": "Set"})j", true, true,
-              "10", "10", mixed},
-             {"points are kept, records counted anew",
-              kFormats + R"j(, {"set": "Split into lines at (points)", "to": "4"},
-                              {"set": "Total Records in File:", "to": "7"}, {"click": "Set"})j",
-              true, true, "10", "4", mixed},
-             {"an empty name is found only at the next refresh",
-              kFormats + R"j(, {"edit": "Channels:", "row": 1, "column": 1, "to": ""})j", true, true, "10", "10",
-              mixed},
-             {"an empty name", kFormats + R"j(, {"edit": "Channels:", "row": 1, "column": 1, "to": ""},
-                                               {"click": "Set"})j",
-              false, true, "0", "0", mixed},
-         }) {
-        PlayRun const run = ActInDialog(c.acts + R"j(, {"click": 2})j");
-        ASSERT_EQ(run.failure, "") << c.what;
-        EXPECT_EQ(run.value, 0) << c.what;
-        auto const control = [&run](int id) { return run.Control("closed", 1, id); };
-        for (int const id : {kButtonOk, kTotalRecords, kPointsPerLine}) {
-            EXPECT_EQ(control(id)["enabled"], c.isReady) << c.what << ", control " << id;
-        }
-        for (int const id : {kChannels, kReadInt32, kReadFloat32, kWriteFloat, kWriteLong}) {
-            EXPECT_EQ(control(id)["enabled"], c.hasRows) << c.what << ", control " << id;
-        }
-        EXPECT_EQ(control(kTotalRecords)["text"], c.records) << c.what;
-        EXPECT_EQ(control(kPointsPerLine)["text"], c.points) << c.what;
-        std::vector<std::string> formats;
-        nlohmann::json const list = control(kChannels);
-        for (auto const& row : list["rows"]) {
-            formats.push_back(row[kFormatColumn]);
-            EXPECT_EQ(row[kNumberColumn], std::to_string(formats.size())) << c.what;
-        }
-        EXPECT_EQ(formats, c.formats) << c.what;
+/// What the dialog showed in the end: what is enabled, the checked write format, records, points, the rows' formats.
+std::string State(PlayRun const& run) {
+    auto const control = [&run](int id) { return run.Control("closed", 1, id); };
+    std::string state;
+    for (int const id : {kButtonOk, kTotalRecords, kPointsPerLine}) state += control(id)["enabled"] ? "+" : "-";
+    for (int const id : {kChannels, kReadInt32, kWriteLong, kFrequency}) state += control(id)["enabled"] ? "+" : "-";
+    for (int const id : {kWriteFloat, kWriteDouble, kWriteShort, kWriteLong}) {
+        if (control(id)["checked"]) state += std::to_string(id - kWriteFloat);
     }
+    for (int const id : {kTotalRecords, kPointsPerLine}) state += " " + control(id)["text"].get<std::string>();
+    nlohmann::json const list = control(kChannels);
+    for (auto const& row : list["rows"]) state += ", " + row[kFormatColumn].get<std::string>();
+    return state;
 }
 
-TEST(BinaryImportDlg, ReadFormatsChooseTheWriteFormatOfTheirKind) {
-    std::map<std::string, int> const written{{"32-bit integer (signed)", kWriteLong},
-                                             {"16-bit integer (signed)", kWriteShort},
-                                             {"64-bit float", kWriteDouble},
-                                             {"32-bit float", kWriteFloat}};
-    for (auto const& [radio, expected] : written) {
-        PlayRun const run = ActInDialog(kThree + R"j(, {"click": "Float point (double precision)"}, {"click": ")j" +
-                                        radio + R"j("}, {"click": "Add Fiducial Channel"}, {"click": 2})j");
-        ASSERT_EQ(run.failure, "");
-        for (int const id : {kWriteFloat, kWriteDouble, kWriteShort, kWriteLong}) {
-            EXPECT_EQ(run.Control("closed", 1, id)["checked"], id == expected) << radio << ", control " << id;
-        }
-        EXPECT_EQ(run.Control("dialog", 1, kFrequency)["enabled"], true);
-        EXPECT_EQ(run.Control("closed", 1, kFrequency)["enabled"], false);
+std::string SetCount(std::string const& count) {
+    return R"j({"set": "Number of Channels in a record:", "to": ")j" + count + R"j("}, {"click": "Set"},)j";
+}
+
+std::string const kForSelected = R"j({"click": "Set for Selected"},)j";
+/// Records of 14 bytes, ten of them.
+std::string const kFormats = SetCount("3") + R"j(
+    {"select": "Channels:", "row": 0}, {"click": "32-bit integer (signed)"}, {"click": "Set for Selected"},
+    {"select": "Channels:", "row": 1}, {"click": "64-bit float"}, {"click": "Set for Selected"},
+    {"select": "Channels:", "row": 2}, {"click": "16-bit integer (signed)"}, {"click": "Set for Selected"},)j";
+std::string const kNoName = R"j({"edit": "Channels:", "row": 1, "column": 1, "to": ""},)j";
+std::string const kNoFrequency = R"j({"set": "Sampling Frequency (Hz):", "to": "0"},)j";
+
+TEST(BinaryImportDlg, FollowsItsChannels) {
+    std::string const points = R"j({"set": "Split into lines at (points)", "to": )j";
+    std::string const mixed = ", 32 INT SIGN, 64 FLOAT, 16 INT SIGN";
+    std::pair<std::string, std::string> const cases[] = {
+        {"", "------+3 0 0"},
+        {SetCount("3") + kForSelected, "---++++3 0 0, , , "},
+        {SetCount("3") + R"j({"select": "Channels:", "rows": [0, 2]},)j" + kForSelected,
+         "---++++3 0 0, 32 INT SIGN, , 32 INT SIGN"},
+        {SetCount("3") + R"j({"click": "Select All Channels"}, {"click": "32-bit float"},)j" + kForSelected,
+         "+++++++0 12 12, 32 FLOAT, 32 FLOAT, 32 FLOAT"},
+        {SetCount("1") + R"j({"click": "64-bit float"}, {"click": "Add Fiducial Channel"},)j", "---+++-1 0 0, "},
+        {SetCount("1") + R"j({"click": "64-bit float"}, {"click": "32-bit integer (signed)"},)j", "---++++3 0 0, "},
+        {kFormats, "+++++++2 10 10" + mixed},
+        {kFormats + SetCount("2"), "+++++++2 12 10, 32 INT SIGN, 64 FLOAT"},
+        {kFormats + SetCount("4"), "---++++2 0 0" + mixed + ", "},
+        {kFormats + SetCount("x"), "------+2 0 0"},
+        {kFormats + points + R"j("99"},)j" + SetCount("3"), "+++++++2 10 10" + mixed},
+        {kFormats + points + R"j("4"}, {"set": "Total Records in File:", "to": "7"},)j", "+++++++2 7 4" + mixed},
+        {kFormats + points + R"j("4"}, {"set": "Total Records in File:", "to": "7"},)j" + SetCount("3"),
+         "+++++++2 10 4" + mixed},
+        {kFormats + kNoName, "+++++++2 10 10" + mixed},
+        {kFormats + kNoName + SetCount("3"), "---++++2 0 0" + mixed},
+    };
+    for (auto const& [acts, state] : cases) {
+        PlayRun const run = ActInDialog(acts + R"j({"click": 2})j");
+        EXPECT_EQ(run.failure, "") << acts;
+        EXPECT_EQ(State(run), state) << acts;
     }
 }
 
 TEST(BinaryImportDlg, StaysOpenUntilItsSettingsAreWhole) {
-    struct Case {
-        std::string acts;
-        char const* message;
+    std::string const noPoints = R"j({"set": "Split into lines at (points)", "to": "-1"},)j";
+    std::pair<std::string, std::string> const cases[] = {
+        {kFormats + noPoints + kNoName + kNoFrequency + R"j({"click": 1},)j", "Set Number of points in a line"},
+        {kFormats + kNoName + kNoFrequency + R"j({"click": 1},)j", "Check settings for data column"},
+        {kFormats + kNoFrequency + R"j({"click": 1},)j", "Set the Sampling Frequency"},
+        {SetCount("2000000000"), "A record can have 10000 channels at most"},
     };
-    std::string const emptyName = R"j({"edit": "Channels:", "row": 0, "column": 1, "to": ""})j";
-    std::string const noPoints = R"j({"set": "Split into lines at (points)", "to": "-1"})j";
-    std::string const noFrequency = R"j({"set": "Sampling Frequency (Hz):", "to": "0"})j";
-    for (Case const& c : std::vector<Case>{
-             {noPoints + "," + emptyName + "," + noFrequency, "Set Number of points in a line"},
-             {emptyName + "," + noFrequency, "Check settings for data column"},
-             {noFrequency, "Set the Sampling Frequency"},
-         }) {
-        PlayRun const run = ActInDialog(kFormats + "," + c.acts + R"j(, {"click": 1}, {"close": true})j",
-                                        R"j(, {"message": ")j" + std::string(c.message) + R"j(", "answer": "ok"})j");
-        EXPECT_EQ(run.failure, "") << c.acts;
-        EXPECT_EQ(run.Events("closed").at(1)["result"], kButtonCancel) << c.acts;
+    for (auto const& [acts, message] : cases) {
+        PlayRun const run = ActInDialog(acts + R"j({"click": "Help"}, {"close": true})j", message);
+        EXPECT_EQ(run.failure, "") << acts;
+        ASSERT_EQ(run.Events("help").size(), 1U) << acts;
+        EXPECT_EQ(run.Events("help")[0]["topic"], "/help/norvatool.chm::/html/binary_import.htm");
     }
-    PlayRun const many = ActInDialog(R"j({"set": "Number of Channels in a record:", "to": "2000000000"},
-                                        {"click": "Set"}, {"click": 2})j",
-                                     R"j(, {"message": "A record can have 10000 channels at most", "answer": "ok"})j");
-    EXPECT_EQ(many.failure, "");
-    EXPECT_EQ(many.Control("closed", 1, kChannels)["rows"].size(), 0U);
-    EXPECT_EQ(ActInDialog(R"j({"click": "Help"}, {"click": 2})j").Events("help").at(0)["topic"],
-              "/help/norvatool.chm::/html/binary_import.htm");
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
-#include "import_binary/tki_samples.h"
+#include "import_binary/tki_probe.h"
 #include "norva/import_export.h"
 #include "platform/last_error.h"
 #include "support/store_samples.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <sstream>
+#include <tuple>
 
 namespace norva::test {
 namespace {
@@ -55,11 +58,10 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
         EXPECT_EQ(file.GetTkiDataChannels(), static_cast<int>(c.channels.size())) << what;
         std::vector<std::string> channels;
         for (TkiChannelDesc const& channel : file.Channels()) {
-            char text[200];
-            std::snprintf(text, sizeof text, "%s|%d|%s|%g|%g|%s|%s@%d", channel.name.c_str(), channel.count,
-                          channel.type.c_str(), static_cast<double>(channel.scale), static_cast<double>(channel.offset),
-                          channel.units.c_str(), channel.rest.c_str(), channel.line);
-            channels.push_back(text);
+            std::ostringstream text;
+            text << channel.name << '|' << channel.count << '|' << channel.type << '|' << channel.scale << '|'
+                 << channel.offset << '|' << channel.units << '|' << channel.rest << '@' << channel.line;
+            channels.push_back(text.str());
         }
         EXPECT_EQ(channels, c.channels) << what;
         EXPECT_EQ(GetLastErrorText(), c.problem.empty() ? "" : folder / "in.p01" + ", " + c.problem) << what;
@@ -67,76 +69,40 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
 }
 
 TEST(TkiHeader, FindsTheLocationsOfARecord) {
-    struct Case {
-        std::vector<std::string> counts;  ///< "count,type"
-        int locations;
-    };
-    for (Case const& c : std::vector<Case>{
-             {{"1,db"}, 1},
-             {{"2,in", "3,in"}, 6},
-             {{"3,in", "2,in"}, 6},
-             {{"4,in", "6,fl"}, 24},
-             {{"6,in", "4,in"}, 24},
-             {{"2,in", "4,in"}, 4},
-             {{"4,in", "2,in"}, 4},
-             {{"2,in", "3,in", "4,in"}, 24},
-             {{"5,in*", "8,as", "7,as*", "3,wd"}, 3},
-             {{"1000000,by"}, 1'000'000},
-             {{"1000001,by"}, 0},
-             {{"999,by", "1000,by", "1001,by"}, 0},
-         }) {
+    using std::pair;
+    for (auto const& [channels, locations] : std::vector<pair<std::string, int>>{
+             pair("a,1,db", 1), pair("a,2,in\nb,3,in", 6), pair("a,3,in\nb,2,in", 6), pair("a,4,in\nb,6,fl", 24),
+             pair("a,6,in\nb,4,in", 24), pair("a,2,in\nb,4,in", 4), pair("a,4,in\nb,2,in", 4),
+             pair("a,2,in\nb,3,in\nc,4,in", 24), pair("a,5,in*\nb,8,as\nc,7,as*\nd,3,wd", 3),
+             pair("a,1000000,by", 1'000'000), pair("a,1000001,by", 0), pair("a,999,by\nb,1000,by\nc,1001,by", 0)}) {
         CTemporaryFolder const folder;
-        std::string header = "BEGIN\n";
-        std::string counts;
-        for (std::string const& count : c.counts) {
-            header += "a," + count + ",\n";
-            counts += " " + count;
-        }
-        WriteWholeFile(folder / "in.p01", header + "END\x1A");
+        WriteWholeFile(folder / "in.p01", "BEGIN\n" + channels + "\nEND\x1A");
         CTkiProbe file(folder / "in.p01", "");
-        ASSERT_EQ(file.GetTkiDataChannels(), static_cast<int>(c.counts.size())) << counts;
-        EXPECT_EQ(file.GetMaxInterpRecords(), c.locations) << counts;
+        ASSERT_GT(file.GetTkiDataChannels(), 0) << channels;
+        EXPECT_EQ(file.GetMaxInterpRecords(), locations) << channels;
     }
 }
 
 TEST(TkiHeader, DecodesEveryType) {
     CTkiProbe const file;
     std::string const record = "x" + CPackedValues().Add(-2).Add(0.25F).Add(-1e300).Text(" ab ", 4).bytes;
-    struct Case {
-        std::size_t offset;
-        std::size_t length;
-        char const* type;
-        double number;
-        char decoder;  ///< the one that gives it too: i, l, f or d
-    };
-    for (Case const& c : std::vector<Case>{
-             {1, 1, "by", 254, 'i'},
-             {1, 1, "si", -2, 'i'},
-             {1, 2, "in", -2, 'i'},
-             {1, 2, "wd", 65534, 'l'},
-             {1, 4, "li", -2, 'l'},
-             {5, 4, "fl", 0.25, 'f'},
-             {9, 8, "db", -1e300, 'd'},
-             {1, 1, "by*", 254, 'i'},
-             {1, 1, "si*", -2, 'i'},
-             {1, 2, "in*", -2, 'i'},
-             {1, 2, "wd*", 65534, 'l'},
-             {1, 4, "li*", -2, 'l'},
-             {5, 4, "fl*", 0.25, 'f'},
-             {9, 8, "db*", -1e300, 'd'},
-             {1, 4, "as", 0, '-'},
-             {1, 4, "LI", 0, '-'},
-             {1, 3, "li", 0, '-'},
-         }) {
+    // Type, offset, length, number, and the decoder that gives it too: int, long, float or double.
+    for (auto [type, offset, length, number, decoder] : std::vector<std::tuple<std::string, int, int, double, char>>{
+             std::tuple("by", 1, 1, 254, 'i'), std::tuple("si", 1, 1, -2, 'i'), std::tuple("in", 1, 2, -2, 'i'),
+             std::tuple("wd", 1, 2, 65534, 'l'), std::tuple("li", 1, 4, -2, 'l'), std::tuple("fl", 5, 4, 0.25, 'f'),
+             std::tuple("db", 9, 8, -1e300, 'd'), std::tuple("as", 1, 4, 0, '-'), std::tuple("LI", 1, 4, 0, '-'),
+             std::tuple("li", 1, 3, 0, '-')}) {
+        auto const at = static_cast<std::size_t>(offset);
+        auto const size = static_cast<std::size_t>(length);
         char const* const bytes = record.data();
-        EXPECT_EQ(file.ConvertByte(bytes, c.offset, c.length, c.type), c.number) << c.type;
-        auto const expected = [&c](char decoder) { return c.decoder == decoder ? c.number : 0; };
-        EXPECT_EQ(file.ConvertByteToInt(bytes, c.offset, c.length, c.type), expected('i')) << c.type;
-        EXPECT_EQ(file.ConvertByteToLong(bytes, c.offset, c.length, c.type), expected('l')) << c.type;
-        EXPECT_EQ(static_cast<double>(file.ConvertByteToFloat(bytes, c.offset, c.length, c.type)), expected('f'))
-            << c.type;
-        EXPECT_EQ(file.ConvertByteToDouble(bytes, c.offset, c.length, c.type), expected('d')) << c.type;
-        EXPECT_EQ(file.GetCharacter(bytes, 17, 4, c.type), c.type == std::string("as") ? "ab" : "") << c.type;
+        for (int array = 0; array < 2; ++array, type += "*") {
+            EXPECT_EQ(file.ConvertByte(bytes, at, size, type), number) << type;
+            EXPECT_EQ(file.ConvertByteToInt(bytes, at, size, type), decoder == 'i' ? number : 0) << type;
+            EXPECT_EQ(file.ConvertByteToLong(bytes, at, size, type), decoder == 'l' ? number : 0) << type;
+            EXPECT_EQ(file.ConvertByteToFloat(bytes, at, size, type), decoder == 'f' ? number : 0) << type;
+            EXPECT_EQ(file.ConvertByteToDouble(bytes, at, size, type), decoder == 'd' ? number : 0) << type;
+            EXPECT_EQ(file.GetCharacter(bytes, 17, 4, type), type.starts_with("as") ? "ab" : "") << type;
+        }
     }
 }
 
