@@ -48,9 +48,12 @@ void ChooseEntry(QComboBox& combo, int row) {
 void EditInPlace(QTreeView& rows, DialogEvent const& event) {
     QModelIndex const index = rows.model()->index(event.row, event.column);
     rows.edit(index);
-    if (auto* const editor = rows.findChild<QLineEdit*>()) {
-        TypeText(*editor, QString::fromStdString(event.text));
-        QTest::keyClick(editor, Qt::Key_Return);
+    // The editor of the cell before may still wait for its end; the newest is the last.
+    QList<QLineEdit*> const editors = rows.findChildren<QLineEdit*>();
+    if (!editors.isEmpty()) {
+        TypeText(*editors.last(), QString::fromStdString(event.text));
+        QTest::keyClick(editors.last(), Qt::Key_Return);
+        QApplication::processEvents();  // the cell takes its text only after the key was handled
     }
 }
 
