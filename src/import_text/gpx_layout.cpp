@@ -15,10 +15,6 @@ constexpr std::size_t kSmallestBuffer = 64;
 constexpr std::string_view kCommentStart = "<!--";
 constexpr std::string_view kCharacterDataStart = "<![CDATA[";
 
-bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 bool IsNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || static_cast<signed char>(c) < 0;
 }

@@ -1,5 +1,7 @@
 #include "platform/numbers.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -12,14 +14,8 @@ namespace norva {
 
 namespace {
 
-constexpr bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 constexpr unsigned DigitOf(char c) {
     return static_cast<unsigned char>(c) - static_cast<unsigned>('0');
-}
-constexpr bool IsDigit(char c) {
-    return DigitOf(c) < 10U;
 }
 
 /// Powers of ten that a double holds exactly.

@@ -7,10 +7,6 @@ namespace norva {
 
 namespace {
 
-constexpr bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 constexpr char UpperOf(char c) {
     unsigned const letter = static_cast<unsigned char>(c) - static_cast<unsigned>('a');
     return letter < 26U ? static_cast<char>(c - ('a' - 'A')) : c;

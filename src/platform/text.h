@@ -7,6 +7,12 @@
 namespace norva {
 
 /// White space: space, tab, line feed, vertical tab, form feed, carriage return.
+constexpr bool IsBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 std::string_view TrimLeft(std::string_view text);
 std::string_view TrimRight(std::string_view text);
 std::string_view Trim(std::string_view text);

@@ -85,7 +85,7 @@ bool ReadDate(std::string_view text, DateOrder const& order, Date& date) {
         std::size_t const first = at;
         std::size_t const most = order[i] == DatePart::Year ? kMaxYearDigits : 2;
         int number = 0;
-        while (at < text.size() && text[at] >= '0' && text[at] <= '9' && at - first < most) {
+        while (at < text.size() && IsDigit(text[at]) && at - first < most) {
             number = number * 10 + (text[at] - '0');
             ++at;
         }

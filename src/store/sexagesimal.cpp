@@ -17,10 +17,6 @@ constexpr double kLimit = 1.0e15;
 constexpr std::size_t kKeptDecimals = 15;
 constexpr std::uint64_t kExactInteger = std::uint64_t{1} << 53;
 
-constexpr bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// Takes the digits at the front of `text`; false when there are more than `maximum`.
 bool TakeDigits(std::string_view& text, std::size_t maximum, std::uint64_t& value, std::size_t& count) {
     value = 0;
