@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace norva {
@@ -48,7 +49,8 @@ TEST(CellText, NumbersAreThoseOfPrintf) {
             std::string const printf = CExporterInTest::GetFormatString(format, decimals);
             for (double const value : {0.0, -0.0, 0.5, 2.5, -1234.005, 1e-7, 123456789012345678.0, 9.995, -1e300}) {
                 char expected[400];
-                std::snprintf(expected, sizeof expected, printf.c_str(), value);
+                int const length = std::snprintf(expected, sizeof expected, printf.c_str(), value);
+                std::replace(expected, expected + length, ',', '.');  // printf follows the locale
                 std::string out;
                 cells.Append(out, {0, 0, format, -1, decimals}, {kDouble, 0, value, 0, 0, {}});
                 EXPECT_EQ(out, expected) << printf;
