@@ -46,7 +46,11 @@ CQtDialog::CQtDialog(CDialog& dialog, QWidget* parent) : QDialog(parent), m_dial
     resize(size.boundedTo(QSize(kLargestWidth, kLargestHeight)));
 }
 
-CQtDialog::~CQtDialog() = default;
+CQtDialog::~CQtDialog() {
+    // The widgets go before the views whose models they show; what they say while they go is nobody's act.
+    m_closing = true;
+    qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+}
 
 void CQtDialog::Build(TemplateNode const& node, QBoxLayout& layout) {
     switch (node.kind) {
@@ -92,7 +96,7 @@ CControlView* CQtDialog::View(int control) const {
 }
 
 void CQtDialog::Take(DialogEvent const& event) {
-    if (m_dialog.IsEnded()) return;
+    if (m_closing || m_dialog.IsEnded()) return;
     if (onEvent) onEvent(event);
     std::string why;
     m_dialog.Perform(event, why);

@@ -40,6 +40,7 @@ private:
     CDialog& m_dialog;
     CMnemonics m_mnemonics;
     std::vector<Item> m_items;
+    bool m_closing = false;
 };
 
 }  // namespace norva

@@ -29,9 +29,8 @@ int AccessError(std::string const& path, int mode) {
 int DeletionError(std::string const& path) {
     if (IsFolder(path)) return EISDIR;
     if (int const error = AccessError(path, W_OK)) return error;
-    std::string folder = std::filesystem::path(path).parent_path().string();
-    if (folder.empty()) folder = ".";
-    if (int const error = AccessError(folder, W_OK | X_OK)) return error;
+    std::filesystem::path const folder = std::filesystem::path(path).parent_path() / ".";
+    if (int const error = AccessError(folder.string(), W_OK | X_OK)) return error;
     // In a folder with the sticky bit a file can be deleted by its owner and the folder's alone.
     struct stat file {};
     struct stat around {};
