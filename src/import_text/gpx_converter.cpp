@@ -36,10 +36,11 @@ GpxElement JudgeElement(std::string_view name) {
     return element;
 }
 
-/// A value that fills its field is set off by a blank, so that every row keeps its five values.
-void AppendField(std::string& row, std::string_view value, std::size_t width) {
-    if (value.size() >= width) row.push_back(' ');
-    AppendRightAligned(row, value, width);
+std::string_view WithoutQuotes(std::string_view value) {
+    auto const isQuote = [](char c) { return c == '"' || c == '\''; };
+    while (!value.empty() && isQuote(value.front())) value.remove_prefix(1);
+    while (!value.empty() && isQuote(value.back())) value.remove_suffix(1);
+    return value;
 }
 
 std::string DecodeNamedEntities(std::string_view text) {
@@ -79,10 +80,6 @@ GpxElement CGpxElementJudge::Of(std::string_view name) {
     Known& known = m_known[(name.size() + 3U * first + 5U * last) % m_known.size()];
     if (known.name != name) known = {std::string(name), JudgeElement(name)};
     return known.element;
-}
-
-CGpxConverter::CGpxConverter() {
-    ResetPoint();
 }
 
 int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath) {
@@ -179,13 +176,30 @@ std::string CGpxConverter::GetHeaderLine() const {
 }
 
 std::string const& CGpxConverter::GetRowLine() {
-    m_row.clear();
-    AppendField(m_row, m_latitude, kCoordinateWidth);
-    AppendField(m_row, m_longitude, kCoordinateWidth);
-    AppendField(m_row, m_elevation, kValueWidth);
-    AppendField(m_row, m_date, kValueWidth);
-    AppendField(m_row, m_time, kValueWidth);
-    m_row.push_back('\n');
+    struct Field {
+        std::string_view value;
+        std::size_t width;
+
+        /// A value that fills its field is set off by a blank, so that every row keeps its five values.
+        std::size_t Length() const { return std::max(width, value.size() + 1); }
+    };
+    Field fields[] = {{m_latitude, kCoordinateWidth},
+                      {m_longitude, kCoordinateWidth},
+                      {m_elevation, kValueWidth},
+                      {m_date, kValueWidth},
+                      {m_time, kValueWidth}};
+    std::size_t length = 0;
+    for (Field& field : fields) {
+        if (field.value.empty()) field.value = kMissing;
+        length += field.Length();
+    }
+    m_row.assign(length + 1, ' ');
+    m_row.back() = '\n';
+    char* end = m_row.data();
+    for (Field const& field : fields) {
+        end += field.Length();
+        field.value.copy(end - field.value.size(), field.value.size());
+    }
     return m_row;
 }
 
@@ -236,8 +250,7 @@ void CGpxConverter::SetCoordinate(std::string_view attribute) {
     GpxTokens parts;
     parts.Split(attribute, kAttributeDelimiters);
     if (parts.count != 2) return;
-    std::string_view value = TrimOf(parts.token[1], "\"'");
-    if (value.empty()) value = kMissing;
+    std::string_view const value = WithoutQuotes(parts.token[1]);
     if (parts.token[0] == "lat") m_latitude = value;
     if (parts.token[0] == "lon") m_longitude = value;
 }
@@ -251,7 +264,7 @@ void CGpxConverter::SetDateTime(std::string_view text) {
 }
 
 void CGpxConverter::ResetPoint() {
-    m_latitude = m_longitude = m_elevation = m_date = m_time = kMissing;
+    for (std::string* const value : {&m_latitude, &m_longitude, &m_elevation, &m_date, &m_time}) value->clear();
 }
 
 int RunGpxImport(ImportJob const& job) {

@@ -50,8 +50,6 @@ private:
 /// XML parser: it judges a line by the words in it.
 class CGpxConverter {
 public:
-    CGpxConverter();
-
     /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
     int ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath);
 
@@ -80,6 +78,7 @@ private:
 
     CGpxElementJudge m_judge;
     std::vector<std::string> m_columnNames;
+    // Of the current point; empty while missing.
     std::string m_latitude;
     std::string m_longitude;
     std::string m_elevation;

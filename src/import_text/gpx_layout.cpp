@@ -1,5 +1,6 @@
 #include "import_text/gpx_layout.h"
 
+#include "import_text/gpx_markup.h"
 #include "import_text/text_line.h"
 #include "platform/text.h"
 
@@ -15,108 +16,18 @@ constexpr std::size_t kSmallestBuffer = 64;
 constexpr std::string_view kCommentStart = "<!--";
 constexpr std::string_view kCharacterDataStart = "<![CDATA[";
 
+bool IsBlankText(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), IsBlank);
+}
+
 bool IsNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || static_cast<signed char>(c) < 0;
 }
 
-/// The element name, prefix included, of the tag at the start of `text`.
-std::string_view NameOf(std::string_view tag) {
-    std::size_t const start = tag.size() > 1 && tag[1] == '/' ? 2 : 1;
-    std::size_t end = start;
-    while (end < tag.size() && !IsBlank(tag[end]) && tag[end] != '>' && tag[end] != '/' && tag[end] != '<') ++end;
-    return tag.substr(start, end - start);
-}
-
-std::string_view WithoutPrefix(std::string_view name) {
-    return name.substr(name.rfind(':') + 1);
-}
-
 /// Elements that hold other elements and whose beginning and end a reader of lines has to see.
 bool IsContainer(std::string_view name) {
-    return name == "trkpt" || name == "wpt" || name == "rtept" || name == "trk" || name == "rte";
-}
-
-/// Appends a tag without its prefix and, when `loose`, without the blanks around each "=" outside quotes.
-void AppendTag(std::string& out, std::string_view tag, bool loose) {
-    if (tag.empty()) return;
-    std::string_view const name = NameOf(tag);
-    auto const nameStart = static_cast<std::size_t>(name.data() - tag.data());
-    out.append(tag.substr(0, nameStart)).append(WithoutPrefix(name));
-    std::string_view const rest = tag.substr(nameStart + name.size());
-    if (!loose) {
-        out.append(rest);
-        return;
-    }
-    char quote = 0;
-    bool afterEquals = false;
-    for (char const c : rest) {
-        if (quote != 0) {
-            if (c == quote) quote = 0;
-        } else if (IsBlank(c)) {
-            if (afterEquals) continue;
-        } else {
-            if (c == '"' || c == '\'') quote = c;
-            if (c == '=') {
-                while (IsBlank(out.back())) out.pop_back();
-            }
-            afterEquals = c == '=';
-        }
-        out.push_back(c);
-    }
-}
-
-bool IsXmlCharacter(std::uint32_t code) {
-    return code == '\t' || code == '\n' || code == '\r' || (code >= 0x20 && code < 0xD800) ||
-           (code >= 0xE000 && code < 0xFFFE) || (code >= 0x10000 && code < 0x110000);
-}
-
-/// The character that a numeric reference at the start of `text` ("&#233;", "&#xE9;") means, and the reference's
-/// length in `length`; 0 when there is none.
-std::uint32_t NumericReference(std::string_view text, std::size_t& length) {
-    std::size_t at = 2;
-    std::uint32_t base = 10;
-    if (at < text.size() && text[at] == 'x') {
-        base = 16;
-        ++at;
-    }
-    std::size_t const firstDigit = at;
-    std::uint32_t code = 0;
-    for (; at < text.size(); ++at) {
-        char const c = text[at];
-        std::uint32_t digit = 0;
-        if (c >= '0' && c <= '9') {
-            digit = static_cast<std::uint32_t>(c - '0');
-        } else if (base == 16 && ((c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) {
-            digit = static_cast<std::uint32_t>((c | 0x20) - 'a') + 10;
-        } else {
-            break;
-        }
-        code = code * base + digit;
-        if (code >= 0x110000) return 0;
-    }
-    if (at == firstDigit || at == text.size() || text[at] != ';' || !IsXmlCharacter(code)) return 0;
-    length = at + 1;
-    return code;
-}
-
-/// A reference is never shorter than its character, so that the text can be rewritten where it stands.
-void DecodeNumericReferences(std::string& text) {
-    std::size_t from = text.find("&#");
-    if (from == std::string::npos) return;
-    std::string const original = text.substr(from);
-    text.resize(from);
-    std::string_view rest = original;
-    while (!rest.empty()) {
-        std::size_t length = 0;
-        std::uint32_t const code = rest.starts_with("&#") ? NumericReference(rest, length) : 0;
-        if (code != 0) {
-            AppendUtf8(text, code);
-        } else {
-            length = std::min(rest.find("&#", 1), rest.size());
-            text.append(rest.substr(0, length));
-        }
-        rest.remove_prefix(length);
-    }
+    bool const mayBe = !name.empty() && (name[0] == 't' || name[0] == 'w' || name[0] == 'r');
+    return mayBe && (name == "trkpt" || name == "wpt" || name == "rtept" || name == "trk" || name == "rte");
 }
 
 }  // namespace
@@ -229,8 +140,17 @@ std::size_t CGpxLayout::FindMarkup(std::size_t offset, Markup& markup) {
 }
 
 CGpxLayout::Tag CGpxLayout::ScanTag(std::size_t offset) {
-    Tag tag = ScanTagEnd(offset);
-    std::string_view const name = NameOf(View().substr(offset, tag.length));
+    Tag tag;
+    std::string_view name = TagName(View().substr(offset));
+    std::size_t const nameEnd = static_cast<std::size_t>(name.data() - View().data()) + name.size();
+    if (nameEnd < View().size() && View()[nameEnd] == '>') {
+        tag.length = nameEnd + 1 - offset;
+        tag.textLength = tag.length - 1;
+        tag.complete = true;
+    } else {
+        tag = ScanTagEnd(offset);
+        name = TagName(View().substr(offset, tag.length));
+    }
     tag.nameLength = name.size();
     tag.prefixed = name.find(':') != std::string_view::npos;
     return tag;
@@ -352,13 +272,19 @@ std::string_view CGpxLayout::TakeElement() {
 }
 
 std::string_view CGpxLayout::TakeElementText(Tag const& tag) {
+    std::size_t const plainEnd = PlainElementEnd(tag);
+    if (plainEnd != 0) {
+        std::string_view const line = Finish(View().substr(0, plainEnd), tag, tag.nameLength + 3);
+        Take(plainEnd);
+        return line;
+    }
     Markup markup = Markup::None;
     std::size_t const at = FindMarkup(tag.length, markup);
     if (markup == Markup::Comment || markup == Markup::CharacterData) return TakeMixedText(tag, at);
 
     std::size_t length = at;
     std::size_t endLength = 0;
-    bool const hasText = !Trim(View().substr(tag.length, at - tag.length)).empty();
+    bool const hasText = !IsBlankText(View().substr(tag.length, at - tag.length));
     if (markup == Markup::EndTag && hasText) {
         Tag const end = ScanTag(at);
         std::string_view const view = View();
@@ -371,6 +297,16 @@ std::string_view CGpxLayout::TakeElementText(Tag const& tag) {
     std::string_view const line = Finish(View().substr(0, length + endLength), tag, endLength);
     Take(at + endLength);
     return line;
+}
+
+std::size_t CGpxLayout::PlainElementEnd(Tag const& tag) const {
+    std::string_view const view = View();
+    std::size_t const at = view.find('<', tag.length);
+    if (at == std::string_view::npos || view.size() - at < tag.nameLength + 3) return 0;
+    std::size_t const end = at + 2 + tag.nameLength;
+    bool const matches = view[at + 1] == '/' && view[end] == '>' &&
+                         view.substr(at + 2, tag.nameLength) == view.substr(1, tag.nameLength);
+    return matches && !IsBlankText(view.substr(tag.length, at - tag.length)) ? end + 1 : 0;
 }
 
 std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
@@ -394,7 +330,7 @@ std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
         } while (markup == Markup::None && !(View().empty() && m_sourceEnded));
     }
     std::size_t endLength = 0;
-    bool const hasText = !Trim(std::string_view(m_text).substr(tag.length)).empty();
+    bool const hasText = !IsBlankText(std::string_view(m_text).substr(tag.length));
     if (markup == Markup::EndTag && hasText) {
         Tag const end = ScanTag(0);
         if (end.complete && View().substr(2, end.nameLength) == std::string_view(m_text).substr(1, tag.nameLength)) {

@@ -67,6 +67,9 @@ private:
     std::string_view TakeEndTag();
     std::string_view TakeElement();
     std::string_view TakeElementText(Tag const& tag);
+    /// Where the element ends that the view begins with, if the buffer holds it whole and nothing but text stands
+    /// between its tags; else 0.
+    std::size_t PlainElementEnd(Tag const& tag) const;
     /// For an element whose text is interrupted, at `offset`, by a comment or a CDATA section.
     std::string_view TakeMixedText(Tag const& tag, std::size_t offset);
     /// Appends to m_text as far as its length goes.
