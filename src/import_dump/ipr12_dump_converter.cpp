@@ -203,24 +203,24 @@ void CIPR12DumpConverter::ConvertReading(CReplacementFile& output) {
     ReadSlots(m_file.Next(line) ? line : std::string_view(), m_secondReadingValues);
 
     std::size_t const k = m_readingNumber;
-    m_row.clear();
-    AppendRightAligned(m_row, m_lineCoordinate, 10);
-    AppendRightAligned(m_row, k <= kSlots ? PositionForReading(k - 1) : kMissing, 10);
+    std::string_view const start = k <= kSlots ? PositionForReading(k - 1) : kMissing;
+    std::string_view end = k < kSlots ? PositionForReading(k) : kMissing;
+    std::string beyond;
     if (k == kSlots && m_positions.size() >= kSlots) {
         // The ninth electrode pair ends beyond the last position: one more step of the same length.
-        std::string end;
-        AppendInteger(end, 2 * std::int64_t{ReadInt(m_positions[8])} - ReadInt(m_positions[7]));
-        AppendRightAligned(m_row, end, 10);
-    } else {
-        AppendRightAligned(m_row, k < kSlots ? PositionForReading(k) : kMissing, 10);
+        AppendInteger(beyond, 2 * std::int64_t{ReadInt(m_positions[8])} - ReadInt(m_positions[7]));
+        end = beyond;
     }
-    for (std::string const& value : m_stationValues) AppendRightAligned(m_row, value, 10);
-    for (std::string const& value : m_recordValues) AppendRightAligned(m_row, value, 10);
+    m_fields.assign({{m_lineCoordinate, 10}, {start, 10}, {end, 10}});
+    for (std::string const& value : m_stationValues) m_fields.push_back({value, 10});
+    for (std::string const& value : m_recordValues) m_fields.push_back({value, 10});
     for (Slots const* slots : {&m_firstReadingValues, &m_secondReadingValues}) {
-        for (std::size_t i = 0; i < kLeftSlots; ++i) AppendRightAligned(m_row, (*slots)[i], 10);
+        for (std::size_t i = 0; i < kLeftSlots; ++i) m_fields.push_back({(*slots)[i], 10});
     }
-    for (std::size_t i = kLeftSlots; i < kSlots; ++i) AppendRightAligned(m_row, m_firstReadingValues[i], 12);
-    for (std::size_t i = kLeftSlots; i < kSlots; ++i) AppendRightAligned(m_row, m_secondReadingValues[i], 10);
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) m_fields.push_back({m_firstReadingValues[i], 12});
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) m_fields.push_back({m_secondReadingValues[i], 10});
+    m_row.clear();
+    AppendRightAligned(m_row, m_fields);
     m_row.push_back('\n');
     output.Write(m_row);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "platform/line_reader.h"
+#include "platform/text.h"
 
 #include <array>
 #include <cstddef>
@@ -70,6 +71,7 @@ private:
     std::string m_lineName;
     std::string m_lineCoordinate;
     std::size_t m_readingNumber = 0;  ///< within the station group, from 1
+    std::vector<TextField> m_fields;
     std::string m_row;
 };
 

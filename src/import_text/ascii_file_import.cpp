@@ -19,7 +19,7 @@ namespace norva {
 namespace {
 
 constexpr int kPreviewLines = 40;
-/// A channel's number has to fit into 16 bits, and every column has a temporary file.
+/// Every column has settings and a temporary file: a text with millions of values in a line is taken for no table.
 constexpr int kMostColumns = 32767;
 
 CDelimiters const& DelimitersFor(int csv) {

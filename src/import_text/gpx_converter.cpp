@@ -176,30 +176,19 @@ std::string CGpxConverter::GetHeaderLine() const {
 }
 
 std::string const& CGpxConverter::GetRowLine() {
-    struct Field {
-        std::string_view value;
-        std::size_t width;
-
-        /// A value that fills its field is set off by a blank, so that every row keeps its five values.
-        std::size_t Length() const { return std::max(width, value.size() + 1); }
-    };
-    Field fields[] = {{m_latitude, kCoordinateWidth},
-                      {m_longitude, kCoordinateWidth},
-                      {m_elevation, kValueWidth},
-                      {m_date, kValueWidth},
-                      {m_time, kValueWidth}};
-    std::size_t length = 0;
-    for (Field& field : fields) {
-        if (field.value.empty()) field.value = kMissing;
-        length += field.Length();
+    TextField fields[] = {{m_latitude, kCoordinateWidth},
+                          {m_longitude, kCoordinateWidth},
+                          {m_elevation, kValueWidth},
+                          {m_date, kValueWidth},
+                          {m_time, kValueWidth}};
+    for (TextField& field : fields) {
+        if (field.text.empty()) field.text = kMissing;
+        // A value that fills its field is set off by a blank, so that every row keeps its five values.
+        field.width = std::max(field.width, field.text.size() + 1);
     }
-    m_row.assign(length + 1, ' ');
-    m_row.back() = '\n';
-    char* end = m_row.data();
-    for (Field const& field : fields) {
-        end += field.Length();
-        field.value.copy(end - field.value.size(), field.value.size());
-    }
+    m_row.clear();
+    AppendRightAligned(m_row, fields);
+    m_row.push_back('\n');
     return m_row;
 }
 

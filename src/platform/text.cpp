@@ -77,4 +77,18 @@ void AppendRightAligned(std::string& out, std::string_view text, std::size_t wid
     out.append(text);
 }
 
+void AppendRightAligned(std::string& out, std::span<TextField const> fields) {
+    std::size_t const start = out.size();
+    std::size_t length = 0;
+    for (TextField const& field : fields) {
+        length += std::max(field.width, field.text.size());
+    }
+    out.append(length, ' ');
+    char* end = out.data() + start;
+    for (TextField const& field : fields) {
+        end += std::max(field.width, field.text.size());
+        field.text.copy(end - field.text.size(), field.text.size());
+    }
+}
+
 }  // namespace norva

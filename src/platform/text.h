@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,5 +30,12 @@ inline bool Contains(std::string_view text, std::string_view part) {
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 /// `text` right-aligned in `width` characters; longer texts whole.
 void AppendRightAligned(std::string& out, std::string_view text, std::size_t width);
+
+struct TextField {
+    std::string_view text;
+    std::size_t width = 0;
+};
+/// Every text right-aligned in its width, one after the other. Faster than one call a field.
+void AppendRightAligned(std::string& out, std::span<TextField const> fields);
 
 }  // namespace norva
