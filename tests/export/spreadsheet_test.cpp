@@ -87,7 +87,7 @@ TEST(Spreadsheet, CellsOfAnExport) {
     for (auto const& [program, arguments, text] : readers) {
         SCOPED_TRACE(program);
         if (std::system((std::string("command -v ") + program + " >/dev/null 2>&1").c_str()) != 0) continue;
-        std::string command = std::string("HOME='{}' ") + program + arguments + " >/dev/null 2>&1";
+        std::string command = std::string("HOME='{}' LC_ALL=C.UTF-8 ") + program + arguments + " >/dev/null 2>&1";
         for (std::size_t at = 0; (at = command.find("{}")) != std::string::npos;) command.replace(at, 2, folder.Path());
         ASSERT_EQ(std::system(command.c_str()), 0);
         EXPECT_EQ(ReadWholeFile(folder / "out.csv"), text);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <sstream>
 #include <tuple>
 
@@ -59,6 +60,7 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
         std::vector<std::string> channels;
         for (TkiChannelDesc const& channel : file.Channels()) {
             std::ostringstream text;
+            text.imbue(std::locale::classic());
             text << channel.name << '|' << channel.count << '|' << channel.type << '|' << channel.scale << '|'
                  << channel.offset << '|' << channel.units << '|' << channel.rest << '@' << channel.line;
             channels.push_back(text.str());

@@ -2,26 +2,29 @@
 
 #include "norva/file_util.h"
 
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 namespace norva::test {
 
+/// As "%.*g" in the C locale, whatever the locale.
+inline std::string NumberText(double value, int digits) {
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr};
+}
+
 inline std::string ValueText(int dataType, float single, double number, int integer, std::string const& text) {
-    char digits[32] = "*";
     switch (dataType) {
         case DataType::kFloat:
-            if (single != kNoDataFloat) std::snprintf(digits, sizeof digits, "%.8g", static_cast<double>(single));
-            return digits;
+            return single == kNoDataFloat ? "*" : NumberText(static_cast<double>(single), 8);
         case DataType::kDouble:
-            if (number != kNoDataDouble) std::snprintf(digits, sizeof digits, "%.17g", number);
-            return digits;
+            return number == kNoDataDouble ? "*" : NumberText(number, 17);
         case DataType::kText:
             return "'" + text + "'";
         case DataType::kShort:
-            return integer == kNoDataShort ? digits : std::to_string(integer);
+            return integer == kNoDataShort ? "*" : std::to_string(integer);
         default:
-            return integer == kNoDataLong ? digits : std::to_string(integer);
+            return integer == kNoDataLong ? "*" : std::to_string(integer);
     }
 }
 
