@@ -86,7 +86,7 @@ int RunConvert(ConvertJob const& job) {
     std::vector<std::string> failed;
     for (std::string const& input : inputs) {
         std::string const output =
-            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension : target;
+            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension : WrittenPath(target);
         try {
             ConvertOne(input, output, job, scratch, console);
         } catch (CommandError const& error) {
@@ -143,6 +143,7 @@ void AddImportCommand(CCommands& commands) {
         [job] {
             CConsole console(job->quiet);
             if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
+            job->store = WrittenPath(job->store);
             RequireFree(job->store, job->force);
             RunImport(job->input, job->store, job->options, console);
             console.Say(job->store + ": " + StoreSummary(job->store));
@@ -167,6 +168,7 @@ void AddExportCommand(CCommands& commands) {
         "export", "Write a store in another format; the extension of OUTPUT names it (xyz, txt, xls, gbn, nvt)",
         "norva export survey.nvt survey.xyz --lines 1000,1010 --channels X,Y,Mag --no-units", [job] {
             CConsole console(job->quiet);
+            job->output = WrittenPath(job->output);
             RequireFree(job->output, job->options.force);
             RunExport(job->store, job->output, job->options, console);
             console.Say(job->output + ": written");

@@ -110,6 +110,10 @@ std::string StoreSummary(std::string const& store) {
            counted(locations, "location");
 }
 
+std::string WrittenPath(std::string const& path) {
+    return FullPathOf(path).find('.') == std::string::npos ? path + ".nvt" : path;
+}
+
 void RequireFree(std::string const& path, bool force) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) throw CommandError(path + ": is a folder");

@@ -17,6 +17,9 @@ void RunExport(std::string const& store, std::string const& output, ExportOption
 /// "5 lines, 10 channels, 296 locations" of a store file.
 std::string StoreSummary(std::string const& store);
 
+/// The path that the library writes: a name without any dot gets the extension of a store.
+std::string WrittenPath(std::string const& path);
+
 /// Throws CommandError when `path` exists and may not be replaced, or is a folder.
 void RequireFree(std::string const& path, bool force);
 

@@ -22,8 +22,14 @@ struct FileStart {
     std::string extension;  ///< upper case
 };
 
+/// Text of 16 bits a character, which the text engine refuses with a message that says so.
+bool IsUtf16(std::string_view bytes) {
+    if (bytes.size() < 4) return false;
+    return (bytes.starts_with("\xFF\xFE") && bytes[3] == '\0') || (bytes.starts_with("\xFE\xFF") && bytes[2] == '\0');
+}
+
 bool IsBinary(FileStart const& start) {
-    return Contains(start.bytes, std::string_view("\0", 1));
+    return Contains(start.bytes, std::string_view("\0", 1)) && !IsUtf16(start.bytes);
 }
 
 std::string_view FirstToken(std::string const& line) {

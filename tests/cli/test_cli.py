@@ -68,11 +68,12 @@ class Import(Case):
             (["empty.xyz", "-o", "n.nvt"], 1, "empty"),
             ([str(self.folder), "-o", "n.nvt"], 1, "directory"),
             ([XYZ, "-o", "old.nvt"], 1, "--force"),
+            ([XYZ, "-o", "old"], 1, "old.nvt"),  # what a name without a dot comes to
             ([XYZ, "-o", "no/such/folder/n.nvt"], 1, "No such file"),
             ([XYZ, "-o", "n.nvt", "--column", "Depth:type=double"], 1, "Depth"),
             ([XYZ, "-o", "n.nvt", "--format", "No Such"], 1, "No Such"),
             ([XYZ, "-o", "n.nvt", "--header-line", "1"], 1, "Selected Header line is not appropriate"),
-            (["utf16.csv", "-o", "n.nvt", "--format", "ASCII CSV"], 1, "UTF-16"),
+            (["utf16.csv", "-o", "n.nvt"], 1, "UTF-16"),
             ([XYZ, "-o", "n.nvt", "--column", "Mag:type=integer"], 2, "integer"),
             ([XYZ, "--nonsense"], 2, "nonsense"),
         ]
@@ -114,13 +115,14 @@ class Export(Case):
         self.import_xyz()
         original = (self.folder / "s.nvt").read_bytes()
         (self.folder / "old.xyz").write_text("old")
+        (self.folder / "full.xyz").symlink_to("/dev/full")
         cases = [
             (["s.nvt", "old.xyz"], 1, "--force"),
             (["s.nvt", "out.prn"], 1, "prn"),
             (["s.nvt", "out.xyz", "--lines", "77"], 1, "77"),
             (["missing.nvt", "out.xyz"], 1, "missing.nvt"),
             (["old.xyz", "out.xyz"], 1, "old.xyz"),
-            (["s.nvt", "/dev/full"], 1, ""),
+            (["s.nvt", "full.xyz", "--force"], 1, "No space left"),
         ]
         for arguments, status, part in cases:
             with self.subTest(arguments=arguments):
