@@ -1,9 +1,8 @@
+#include "common/command_error.h"
 #include "common/script_json.h"
 #include "norva/import_export.h"
 #include "norva/trace.h"
 #include "norva/traced_store.h"
-
-#include <stdexcept>
 
 namespace norva {
 
@@ -25,7 +24,7 @@ PlayResult RunOperation(Script const& script, CToolkit& toolkit, CTrace* trace, 
     CToolkitScope const scope(toolkit);
     CTracedStore store;
     if (!script.isImport && store.SetFileName(script.store, kReopenStore, nullptr) == 0) {
-        throw std::runtime_error("the store " + script.store + " cannot be opened: " + GetLastErrorText());
+        throw CommandError(GetLastErrorText(), kExitUsage);
     }
     PlayResult result;
     store.SetTrace(trace);

@@ -193,6 +193,7 @@ class Play(Case):
         self.play(cancelled, status=1)
         self.play("{", status=2)
         self.play({"operation": "fly"}, status=2)
+        self.play({"operation": "export", "store": "none.nvt"}, status=2)
         self.assertIn("Import Formats", self.play(mismatch, status=3).stderr)
         self.assertIn("Hello", self.play(left_over, *setting, status=3).stderr)
         self.play({"operation": "import", "answers": []}, "--defaults", status=1)
