@@ -17,6 +17,8 @@ public:
     /// Shows the part of the text after its last separator.
     void ShowFileName(std::string_view text);
     void ShowChannelName(std::string_view text);
+    /// Gives the toolkit a turn: to paint, or to stop the work by an exception.
+    void StillWorking() { Changed(); }
 
     std::intptr_t SendMessage(unsigned message, std::intptr_t first, std::intptr_t second) override;
 
@@ -41,15 +43,22 @@ public:
         if (percent != m_channel) SendPercent("ChannelPercent", m_channel = percent);
     }
     void ChannelName(std::string_view name);
+    /// To be called for every row of a long stretch without a percentage.
+    void Row() {
+        if (++m_rows % kRowsATurn == 0) m_window.StillWorking();
+    }
     CProgressDlg& Window() { return m_window; }
 
 private:
+    static constexpr unsigned kRowsATurn = 16384;
+
     void SendPercent(char const* key, long long percent);
     void Send();
 
     CProgressDlg& m_window;
     long long m_file = INT64_MIN;
     long long m_channel = INT64_MIN;
+    unsigned m_rows = 0;
     std::string m_text;
 };
 

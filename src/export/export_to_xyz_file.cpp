@@ -169,6 +169,7 @@ void CExportToXYZFile::WriteLines(ExportSelection const& selection) {
         name = AdjustProfileName(name);
         if (selection.labelAsChannel == 0) going = Write("LINE " + name + std::string(kLineEnd));
         for (long j = 0; j < locations && going; ++j) {
+            progress.Row();
             if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
             row.assign("  ");
             if (selection.labelAsChannel != 0) AppendField(row, name);

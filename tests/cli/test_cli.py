@@ -89,16 +89,16 @@ class Import(Case):
         with open(self.folder / "big.xyz", "w") as out:
             for i in range(600_000):
                 out.write(f"{i} {i * 0.5} {i * 0.25} {i % 97} 1.25 2.5\n")
-        process = subprocess.Popen([NORVA, "import", "big.xyz", "-o", "big.nvt"], cwd=self.folder,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        time.sleep(0.05)
-        process.send_signal(signal.SIGINT)
-        status = process.wait(60)
-        left = sorted(path.name for path in self.folder.iterdir())
-        if status == 0:  # the machine was faster than the signal
-            self.assertEqual(left, ["big.nvt", "big.xyz"])
-        else:
-            self.assertEqual(left, ["big.xyz"])
+        self.norva("import", "big.xyz", "-o", "big.nvt", "--quiet")
+        before = sorted(path.name for path in self.folder.iterdir())
+        for arguments in (["import", "big.xyz", "-o", "new.nvt"], ["export", "big.nvt", "new.xyz"]):
+            process = subprocess.Popen([NORVA, *arguments], cwd=self.folder, stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL)
+            while process.poll() is None and len(list(self.folder.iterdir())) == len(before):
+                time.sleep(0.001)  # until the file that becomes the output is there
+            process.send_signal(signal.SIGINT)
+            self.assertEqual(process.wait(60), 130, arguments)
+            self.assertEqual(sorted(path.name for path in self.folder.iterdir()), before, arguments)
 
 
 class Export(Case):
