@@ -84,7 +84,7 @@ void SetRecordLayout(CDialogHand& hand, ImportOptions const& options, std::strin
     std::error_code error;
     std::uintmax_t const length = std::filesystem::file_size(inputPath, error);
     if (!error && length % size != 0 && !options.records) {
-        throw CommandError(inputPath + ": " + std::to_string(length) + " bytes are no whole number of records of " +
+        throw CommandError(std::to_string(length) + " bytes are no whole number of records of " +
                            std::to_string(size) + " bytes (" + std::to_string(length / size) + " records and " +
                            std::to_string(length % size) + " bytes more); give --records to import it all the same");
     }
@@ -104,7 +104,9 @@ void SetRecordLayout(CDialogHand& hand, ImportOptions const& options, std::strin
         if (!field.units.empty()) hand.EditCell(list, row, ColumnIndex(report, "Units"), field.units);
     }
     if (options.records) hand.Set("Total Records in File:", std::to_string(*options.records));
-    if (options.pointsPerLine) hand.Set("Split into lines at (points)", std::to_string(*options.pointsPerLine));
+    // Unless told otherwise all records are one line, those that the file does not hold included.
+    std::optional<long> const points = options.pointsPerLine ? options.pointsPerLine : options.records;
+    if (points) hand.Set("Split into lines at (points)", std::to_string(*points));
     if (options.frequency) hand.Set("Sampling Frequency (Hz):", std::to_string(*options.frequency));
     hand.Check("Add Fiducial Channel", options.fiducial);
     hand.Click(kButtonOk);

@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <filesystem>
-#include <iomanip>
 #include <iostream>
 #include <memory>
 
@@ -108,23 +108,31 @@ int RunConvert(ConvertJob const& job) {
 
 void AddFormatsCommand(CCommands& commands) {
     auto const json = std::make_shared<bool>(false);
-    CLI::App& command = commands.Add("formats", "List the formats that can be read", "norva formats", [json] {
-        nlohmann::ordered_json list = nlohmann::ordered_json::array();
-        for (ImportFormatInfo const& format : ListImportFormats(1)) {
-            if (*json) {
-                list.push_back({{"code", format.code},
-                                {"label", format.label},
-                                {"filter", format.filter},
-                                {"available", format.available}});
-            } else {
-                std::cout << std::left << std::setw(28) << format.label
-                          << format.filter.substr(0, format.filter.find('|'))
-                          << (format.available ? "" : "  (not in this version)") << "\n";
+    CLI::App& command =
+        commands.Add("formats", "List the formats that can be read and written", "norva formats", [json] {
+            nlohmann::ordered_json imports = nlohmann::ordered_json::array();
+            nlohmann::ordered_json exports = nlohmann::ordered_json::array();
+            std::string text = "Read:\n";
+            auto const add = [&text](std::string label, std::string const& files) {
+                label.resize(std::max<std::size_t>(label.size(), 28), ' ');
+                text += "  " + label + files + "\n";
+            };
+            for (ImportFormatInfo const& format : ListImportFormats(kHighestLevel)) {
+                imports.push_back({{"code", format.code}, {"label", format.label}, {"filter", format.filter}});
+                add(format.label, format.filter.substr(0, format.filter.find('|')));
             }
-        }
-        if (*json) std::cout << list.dump() << "\n";
-        return kExitDone;
-    });
+            text += "Written:\n";
+            for (ExportFormatInfo const& format : ListExportFormats()) {
+                exports.push_back({{"label", format.label}, {"extensions", format.extensions}});
+                std::string files;
+                for (std::string const& extension : format.extensions)
+                    files += (files.empty() ? "*." : "; *.") + extension;
+                add(format.label, files);
+            }
+            nlohmann::ordered_json const list = {{"import", std::move(imports)}, {"export", std::move(exports)}};
+            std::cout << (*json ? list.dump() + "\n" : text);
+            return kExitDone;
+        });
     command.add_flag("--json", *json, "Print JSON");
 }
 

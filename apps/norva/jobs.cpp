@@ -11,8 +11,6 @@ namespace norva {
 
 namespace {
 
-constexpr int kHighestLevel = 1;  // offers every format once
-
 /// What the operation said last, or why it failed in silence.
 [[noreturn]] void Fail(CCommandToolkit const& toolkit, std::string const& what) {
     ThrowIfInterrupted();

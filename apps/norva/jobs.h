@@ -8,6 +8,9 @@
 
 namespace norva {
 
+/// Level of the format list that offers every format once.
+inline constexpr int kHighestLevel = 1;
+
 /// Imports `input` into a new store through the library's own dialogs; throws CommandError.
 void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console);
 

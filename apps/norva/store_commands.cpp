@@ -5,10 +5,7 @@
 #include "norva/file_util.h"
 #include "norva/import_export.h"
 
-#include <nlohmann/json.hpp>
-
 #include <charconv>
-#include <iomanip>
 #include <iostream>
 #include <memory>
 
@@ -53,86 +50,6 @@ std::vector<int> Chosen(std::vector<std::string> const& names, std::vector<std::
     }
     for (std::string const& name : wanted) chosen.push_back(FindNamed(names, name, 0, what));
     return chosen;
-}
-
-nlohmann::ordered_json InfoJson(CNorvaFileUtil& store) {
-    nlohmann::ordered_json lines = nlohmann::ordered_json::array();
-    for (int profile = 0; profile < store.ProfileCount; ++profile) {
-        LineInfo const line = LineOf(store, profile);
-        lines.push_back({{"name", line.name},
-                         {"locations", line.locations},
-                         {"deleted", line.locations - store.GetProfileLocationNum(profile, 1)},
-                         {"flag", line.flag}});
-    }
-    nlohmann::ordered_json channels = nlohmann::ordered_json::array();
-    for (int n = 0; n < store.ChannelCount; ++n) {
-        int const index = store.GetFileChanIndex(n);
-        channels.push_back({{"name", store.GetChannelName(index)},
-                            {"units", store.GetChannelUnits(index)},
-                            {"data_type", store.GetChannelDataType(index)},
-                            {"record_type", store.GetChannelRecordType(index)},
-                            {"array_size", store.GetChannelArraySize(index)},
-                            {"display_format", store.GetChannelDisplayFormat(index)},
-                            {"decimals", store.GetChannelNumDecPlaces(index)},
-                            {"template", store.GetChannelTemplateFormat(index)}});
-    }
-    return {{"lines", std::move(lines)}, {"channels", std::move(channels)}};
-}
-
-char const* TypeName(int dataType) {
-    switch (dataType) {
-        case DataType::kFloat:
-            return "float";
-        case DataType::kDouble:
-            return "double";
-        case DataType::kInt:
-        case DataType::kLong:
-            return "long";
-        case DataType::kText:
-            return "text";
-        case DataType::kShort:
-            return "short";
-        default:
-            return "unknown";
-    }
-}
-
-void PrintInfo(CNorvaFileUtil& store) {
-    std::cout << store.ProfileCount << " lines\n";
-    for (int profile = 0; profile < store.ProfileCount; ++profile) {
-        LineInfo const line = LineOf(store, profile);
-        long const deleted = line.locations - store.GetProfileLocationNum(profile, 1);
-        std::cout << "  " << std::left << std::setw(20) << line.name << std::right << std::setw(12) << line.locations
-                  << " locations";
-        if (deleted > 0) std::cout << ", " << deleted << " deleted";
-        if (line.flag != 0) std::cout << ", hidden (flag " << line.flag << ")";
-        std::cout << "\n";
-    }
-    std::cout << store.ChannelCount << " channels\n";
-    for (int n = 0; n < store.ChannelCount; ++n) {
-        int const index = store.GetFileChanIndex(n);
-        std::string type = TypeName(store.GetChannelDataType(index));
-        switch (store.GetChannelDisplayFormat(index)) {
-            case DisplayFormat::kTime:
-                type += ", time";
-                break;
-            case DisplayFormat::kDate:
-                type += ", date";
-                break;
-            case DisplayFormat::kGeographic:
-                type += ", geographic";
-                break;
-            default:
-                break;
-        }
-        int const size = store.GetChannelArraySize(index);
-        if (store.GetChannelDataType(index) == DataType::kText) {
-            type += " of " + std::to_string(size) + " characters";
-        } else if (size > 1) {
-            type += ", array of " + std::to_string(size);
-        }
-        std::cout << "  " << std::left << std::setw(20) << store.GetChannelFullName(index) << "  " << type << "\n";
-    }
 }
 
 struct ShowJob {
@@ -228,23 +145,6 @@ int RunMark(MarkJob const& job) {
 }
 
 }  // namespace
-
-void AddInfoCommand(CCommands& commands) {
-    auto const path = std::make_shared<std::string>();
-    auto const json = std::make_shared<bool>(false);
-    CLI::App& command = commands.Add("info", "Say what is in a store", "norva info survey.nvt --json", [path, json] {
-        CNorvaFileUtil store;
-        Open(store, *path);
-        if (*json) {
-            std::cout << InfoJson(store).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
-        } else {
-            PrintInfo(store);
-        }
-        return kExitDone;
-    });
-    command.add_option("STORE", *path, "Store to look at")->required();
-    command.add_flag("--json", *json, "Print JSON");
-}
 
 void AddShowCommand(CCommands& commands) {
     auto const job = std::make_shared<ShowJob>();

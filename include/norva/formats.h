@@ -9,18 +9,25 @@ namespace norva {
 
 /// One entry of the format list.
 struct ImportFormatInfo {
-    int code = 0;            ///< fixed number of the format
-    std::string label;       ///< as the "Import Formats" dialog shows it
-    std::string filter;      ///< of the "Import file" dialog
-    bool available = false;  ///< this version has an importer for it
+    int code = 0;        ///< fixed number of the format
+    std::string label;   ///< as the "Import Formats" dialog shows it
+    std::string filter;  ///< of the "Import file" dialog
 };
 
 /// What the format list offers at a level, in its order.
 NORVA_API std::vector<ImportFormatInfo> ListImportFormats(int level);
 
+/// What can be written.
+struct ExportFormatInfo {
+    std::string label;
+    std::vector<std::string> extensions;  ///< lower case, without a dot; each selects the format
+};
+
+NORVA_API std::vector<ExportFormatInfo> ListExportFormats();
+
 /// The format that a file seems to be of.
 struct RecognizedFormat {
-    int code = 0;        ///< 0 when the file cannot be read, or is empty
+    int code = 0;  ///< 0 when the file cannot be read, or is empty
     std::string label;
     std::string reason;  ///< what in the file says so, or why not
 };

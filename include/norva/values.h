@@ -1,5 +1,7 @@
 #pragma once
 
+#include "norva/api.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -48,5 +50,8 @@ struct NorvaChannelStruct {
 
     bool operator==(NorvaChannelStruct const&) const = default;
 };
+
+/// "double, date", "text of 8 characters", "short, array of 4": the type, its special display, the size.
+NORVA_API std::string ValueTypeText(NorvaChannelStruct const& channel);
 
 }  // namespace norva

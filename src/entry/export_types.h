@@ -2,6 +2,7 @@
 
 #include "norva/file_util.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,11 @@ struct ExportJob {
 struct ExportType {
     int code = -1;
     std::string_view label;
+    std::string_view extensions;                 ///< upper-case letters, separated by blanks; "P*": all that begin so
     int (*run)(ExportJob const& job) = nullptr;  ///< null: no exporter
 };
+
+std::span<ExportType const> ExportTypes();
 
 /// The type of a reported extension, compared in upper case; -1 when it is none.
 int ExportTypeOf(std::string_view extension);

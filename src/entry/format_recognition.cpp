@@ -1,3 +1,4 @@
+#include "entry/export_types.h"
 #include "entry/import_formats.h"
 #include "norva/converters.h"
 #include "norva/formats.h"
@@ -127,8 +128,22 @@ constexpr std::array kSniffers = {
 std::vector<ImportFormatInfo> ListImportFormats(int level) {
     std::vector<ImportFormatInfo> formats;
     for (ImportFormat const* const format : OfferedImportFormats(level)) {
-        formats.push_back(
-            {format->code, std::string(format->label), std::string(format->filter), format->run != nullptr});
+        formats.push_back({format->code, std::string(format->label), std::string(format->filter)});
+    }
+    return formats;
+}
+
+std::vector<ExportFormatInfo> ListExportFormats() {
+    std::vector<ExportFormatInfo> formats;
+    std::vector<std::string_view> extensions;
+    for (ExportType const& type : ExportTypes()) {
+        if (type.run == nullptr) continue;
+        GetTokens(type.extensions, extensions, " ");
+        formats.push_back({std::string(type.label), {}});
+        for (std::string_view const extension : extensions) {
+            std::string& lower = formats.back().extensions.emplace_back(extension);
+            for (char& c : lower) c = static_cast<char>(c + ('a' - 'A'));
+        }
     }
     return formats;
 }

@@ -306,6 +306,34 @@ bool CCG3DumpImport::NextDataLine(std::string_view& line) {
     return false;
 }
 
+int DescribeCG3File(DescribeJob const& job, FileDescription& description) {
+    CLineReader file;
+    CG3DumpLayout layout;
+    if (!file.Open(job.inputPath) || !ReadCG3DumpLayout(file, layout)) {
+        SetLastErrorText(FileErrorText("read", job.inputPath, file.Error()));
+        return 0;
+    }
+    if (layout.titles.empty()) {
+        SetLastErrorText("Couldn't read the file : " + job.inputPath +
+                         "\nNo line of column titles (STATION) follows two lines of dashes.");
+        return 0;
+    }
+    FileDescription::Table columns{"columns", {"title"}, {}};
+    for (std::string const& title : layout.titles) columns.rows.push_back({title});
+    FileDescription::Table lines{"lines", {"name", "date", "readings"}, {}};
+    std::int64_t readings = 0;
+    for (std::size_t i = 0; i < layout.profiles.size(); ++i) {
+        CG3LineRecord const& profile = layout.profiles[i];
+        lines.rows.push_back({profile.name, i < layout.dates.size() ? layout.dates[i] : std::string(),
+                              std::int64_t{profile.locationCount}});
+        readings += profile.locationCount;
+    }
+    description.AddFact("readings", readings);
+    description.AddFact("heights in A-lines", std::string(layout.hasALines ? "yes" : "no"));
+    description.tables = {std::move(columns), std::move(lines)};
+    return 1;
+}
+
 int RunCG3Import(ImportJob const& job) {
     CCG3DumpImport importer;
     importer.SetInputPath(job.inputPath);

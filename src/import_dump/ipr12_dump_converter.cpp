@@ -53,7 +53,7 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
     if (accepted && m_file.Rewind()) {
         ReadHeader();
         WriteTitles(output);
-        ConvertData(output);
+        ConvertData(&output);
     }
     if (m_file.Error() != 0) {
         ShowMessage(FileErrorText("read", inputPath, m_file.Error()));
@@ -145,11 +145,13 @@ void CIPR12DumpConverter::WriteTitles(CReplacementFile& output) {
     output.Write(m_row);
 }
 
-void CIPR12DumpConverter::ConvertData(CReplacementFile& output) {
+void CIPR12DumpConverter::ConvertData(CReplacementFile* output) {
     Group group = Group::None;
     int step = 0;
     m_readingNumber = 0;
-    while (output.Error() == 0 && NextLine()) {
+    m_stationGroups = 0;
+    m_surveyLines.assign(1, {m_lineName, 0});
+    while ((output == nullptr || output->Error() == 0) && NextLine()) {
         if (TokenContains("---")) {
             StartSurveyLine(output);
             group = Group::Inside;
@@ -174,6 +176,7 @@ void CIPR12DumpConverter::ConvertData(CReplacementFile& output) {
                 }
             }
             m_readingNumber = 0;
+            ++m_stationGroups;
             continue;
         }
         if (TokenContains(":")) {
@@ -184,23 +187,26 @@ void CIPR12DumpConverter::ConvertData(CReplacementFile& output) {
     }
 }
 
-void CIPR12DumpConverter::StartSurveyLine(CReplacementFile& output) {
+void CIPR12DumpConverter::StartSurveyLine(CReplacementFile* output) {
     std::string name;
     while (NextLine() && !TokenContains("*")) {
         if (TokenContains("P-Line:")) name = Token(1);
     }
     if (name.empty()) return;
+    m_surveyLines.push_back({std::string(ConvertLineName(name)), 0});
     m_row.assign("LINE  ").append(ConvertLineName(name)).append("\n");
-    output.Write(m_row);
+    if (output != nullptr) output->Write(m_row);
 }
 
-void CIPR12DumpConverter::ConvertReading(CReplacementFile& output) {
+void CIPR12DumpConverter::ConvertReading(CReplacementFile* output) {
     ++m_readingNumber;
+    ++m_surveyLines.back().readings;
     KeepTokens(1, m_recordValues);
     std::string_view line;
     m_firstReadingLine.assign(m_file.Next(line) ? line : std::string_view());
     ReadSlots(m_firstReadingLine, m_firstReadingValues);
     ReadSlots(m_file.Next(line) ? line : std::string_view(), m_secondReadingValues);
+    if (output == nullptr) return;
 
     std::size_t const k = m_readingNumber;
     std::string_view const start = k <= kSlots ? PositionForReading(k - 1) : kMissing;
@@ -222,7 +228,7 @@ void CIPR12DumpConverter::ConvertReading(CReplacementFile& output) {
     m_row.clear();
     AppendRightAligned(m_row, m_fields);
     m_row.push_back('\n');
-    output.Write(m_row);
+    output->Write(m_row);
 }
 
 std::string_view CIPR12DumpConverter::PositionForReading(std::size_t index) const {
@@ -276,6 +282,35 @@ bool CIPR12DumpConverter::TokenContains(std::string_view text) const {
 void CIPR12DumpConverter::KeepTokens(std::size_t first, Strings& values) const {
     first = std::min(first, m_tokens.size());
     values.assign(m_tokens.begin() + static_cast<std::ptrdiff_t>(first), m_tokens.end());
+}
+
+int CIPR12DumpConverter::Describe(std::string const& inputPath, FileDescription& description) {
+    bool const accepted = m_file.Open(inputPath) && CheckFormat() && m_file.Rewind();
+    if (accepted) {
+        ReadHeader();
+        m_lineName.resize(ConvertLineName(m_lineName).size());
+        ConvertData(nullptr);
+    }
+    if (m_file.Error() != 0) SetLastErrorText(FileErrorText("read", inputPath, m_file.Error()));
+    if (!accepted || m_file.Error() != 0) return 0;
+    std::int64_t readings = 0;
+    FileDescription::Table lines{"lines", {"name", "readings"}, {}};
+    for (SurveyLine const& line : m_surveyLines) {
+        lines.rows.push_back({line.name, line.readings});
+        readings += line.readings;
+    }
+    FileDescription::Table columns{"columns", {"title"}, {}};
+    for (Strings const* titles : {&m_channelTitles, &m_voltageTitles, &m_firstReadingTitles, &m_secondReadingTitles}) {
+        for (std::string const& title : *titles) columns.rows.push_back({title});
+    }
+    description.AddFact("station groups", m_stationGroups);
+    description.AddFact("readings", readings);
+    description.tables = {std::move(columns), std::move(lines)};
+    return 1;
+}
+
+int DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
+    return CIPR12DumpConverter().Describe(job.inputPath, description);
 }
 
 int RunIpr12Import(ImportJob const& job) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "norva/file_description.h"
 #include "platform/files.h"
 #include "platform/line_reader.h"
 #include "platform/text.h"
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +23,8 @@ class CIPR12DumpConverter {
 public:
     /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
     int ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
+    /// Counts what the dump holds, by the same reading; 0 when it is none.
+    int Describe(std::string const& inputPath, FileDescription& description);
 
     static constexpr std::size_t kSlots = 9;
     using Slots = std::array<std::string_view, kSlots>;
@@ -40,11 +44,12 @@ private:
     bool CheckFormat();
     void ReadHeader();
     void WriteTitles(CReplacementFile& output);
-    void ConvertData(CReplacementFile& output);
+    /// Without an output the readings are counted only.
+    void ConvertData(CReplacementFile* output);
     /// Reads a header block inside the data, up to its line of "*", and writes the marker of the line it names.
-    void StartSurveyLine(CReplacementFile& output);
+    void StartSurveyLine(CReplacementFile* output);
     /// Reads the two lines after a record line and writes the row.
-    void ConvertReading(CReplacementFile& output);
+    void ConvertReading(CReplacementFile* output);
     std::string_view PositionForReading(std::size_t index) const;
 
     /// The next line that is not empty, trimmed and split; false at the end of the file.
@@ -71,6 +76,12 @@ private:
     std::string m_lineName;
     std::string m_lineCoordinate;
     std::size_t m_readingNumber = 0;  ///< within the station group, from 1
+    struct SurveyLine {
+        std::string name;
+        std::int64_t readings = 0;
+    };
+    std::vector<SurveyLine> m_surveyLines;
+    std::int64_t m_stationGroups = 0;
     std::vector<TextField> m_fields;
     std::string m_row;
 };

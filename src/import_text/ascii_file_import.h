@@ -2,6 +2,7 @@
 
 #include "import_text/row_converter.h"
 #include "norva/converters.h"
+#include "norva/file_description.h"
 #include "norva/file_util.h"
 #include "platform/line_reader.h"
 
@@ -49,6 +50,11 @@ public:
     /// Asks for the settings of the columns and writes the file into the store, which is open for writing.
     int ImportAsciiFile(CNorvaFileUtil* store);
 
+    /// After LoadFileInfo, instead of an import: the columns as they are guessed, the lines by their markers.
+    int Describe(FileDescription& description);
+    /// Instead of LoadSeaSPYFileInfo and an import. Asks nothing.
+    int DescribeSeaSPY(std::string const& path, FileDescription& description);
+
     /// Opens the file named to LoadFileInfo; shows why it cannot.
     int OpenFile();
     void CloseFile();
@@ -86,6 +92,8 @@ public:
 private:
     bool CheckPreview() const;
     void ShowReadError() const;
+    /// The columns that the dialog, not prepared yet, would show.
+    FileDescription::Table DescribeColumns(CAsciiImportDlg& dialog);
 
     // The steps of a run that both formats share.
     void PrepareDialog(CAsciiImportDlg& dialog);

@@ -31,6 +31,10 @@ char const* const kHeaderTextWithCoordinates =
     "Date Time FMagField FSignal FMeasureTime FTowfishDepth FAltitude FMsg RMagField RSignal RMeasureTime "
     "RTowfishDepth RMsg Gradient X_Coord Y_Coord";
 
+char const* HeaderText(int layout) {
+    return layout == kWithCoordinates ? kHeaderTextWithCoordinates : kHeaderText;
+}
+
 bool IsRecord(std::string_view line) {
     return !line.empty() && line.front() == '*';
 }
@@ -149,7 +153,7 @@ double CAsciiFileImport::GetSeaSPYTime(std::string_view field) {
 
 int CAsciiFileImport::ImportSeaSPYFile(CNorvaFileUtil* store) {
     CAsciiImportDlg dialog;
-    dialog.SetSeaSpy(m_seaSpyLayout, m_seaSpyLayout == kWithCoordinates ? kHeaderTextWithCoordinates : kHeaderText);
+    dialog.SetSeaSpy(m_seaSpyLayout, HeaderText(m_seaSpyLayout));
     PrepareDialog(dialog);
     if (dialog.DoModal() != kButtonOk) {
         CloseFile();
@@ -202,6 +206,37 @@ bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles&
         }
     }
     return PassSucceeded(files);
+}
+
+int CAsciiFileImport::DescribeSeaSPY(std::string const& path, FileDescription& description) {
+    m_path = path;
+    if (OpenFile() == 0 || CheckSeaSPYHeader() == 0) return 0;
+    ReadSeaSPYPreview();
+    std::int64_t interpolated = 0;
+    std::int64_t others = 0;
+    std::string_view line;
+    m_file.Rewind();
+    while (m_file.Next(line)) {
+        if (!IsRecord(line) && !Trim(line).empty()) ++others;
+        if (IsRecord(line) && Contains(line, kInterpolated)) ++interpolated;
+    }
+    if (m_file.Error() != 0) {
+        ShowReadError();
+        return 0;
+    }
+    bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
+    description.AddFact("records", std::int64_t{m_seaSpyRecordCount});
+    description.AddFact("lines that are no record", others);
+    description.AddFact("coordinates", std::string(hasCoordinates ? "yes" : "no"));
+    if (hasCoordinates) description.AddFact("records with interpolated coordinates", interpolated);
+    CAsciiImportDlg dialog;
+    dialog.SetSeaSpy(m_seaSpyLayout, HeaderText(m_seaSpyLayout));
+    description.tables = {DescribeColumns(dialog)};
+    return 1;
+}
+
+int DescribeSeaSpyFile(DescribeJob const& job, FileDescription& description) {
+    return CAsciiFileImport().DescribeSeaSPY(job.inputPath, description);
 }
 
 int RunSeaSpyImport(ImportJob const& job) {

@@ -13,7 +13,46 @@ bool IsWithin(double value, double limit) {
     return value >= -limit && value <= limit;
 }
 
+char const* DataTypeName(int dataType) {
+    switch (dataType) {
+        case DataType::kFloat:
+            return "float";
+        case DataType::kDouble:
+            return "double";
+        case DataType::kInt:
+        case DataType::kLong:
+            return "long";
+        case DataType::kText:
+            return "text";
+        case DataType::kShort:
+            return "short";
+        default:
+            return "unknown";
+    }
+}
+
+char const* DisplayName(int displayFormat) {
+    switch (displayFormat) {
+        case DisplayFormat::kTime:
+            return ", time";
+        case DisplayFormat::kDate:
+            return ", date";
+        case DisplayFormat::kGeographic:
+            return ", geographic";
+        default:
+            return "";
+    }
+}
+
 }  // namespace
+
+std::string ValueTypeText(NorvaChannelStruct const& channel) {
+    std::string text = DataTypeName(channel.dataType);
+    text += DisplayName(channel.displayFormat);
+    std::string const size = std::to_string(channel.arraySize);
+    if (channel.dataType == DataType::kText) return text + " of " + size + " characters";
+    return channel.arraySize > 1 ? text + ", array of " + size : text;
+}
 
 std::size_t ValueWidth(int dataType) {
     switch (dataType) {

@@ -76,6 +76,9 @@ class Import(Case):
             (["utf16.csv", "-o", "n.nvt"], 1, "UTF-16"),
             ([XYZ, "-o", "n.nvt", "--column", "Mag:type=integer"], 2, "integer"),
             ([XYZ, "--nonsense"], 2, "nonsense"),
+            ([SAMPLES / "base.bin", "-o", "n.nvt"], 1, "--record"),
+            ([SAMPLES / "base.bin", "-o", "n.nvt", "--record", "A:double,B:double,C:double,D:int16"], 1,
+             "8400 bytes are no whole number of records of 26 bytes (323 records and 2 bytes more)"),
         ]
         before = sorted(self.folder.iterdir())
         for arguments, status, part in cases:
@@ -84,6 +87,29 @@ class Import(Case):
                 self.assertIn(part, done.stderr)
                 self.assertEqual(sorted(self.folder.iterdir()), before)
         self.assertEqual((self.folder / "old.nvt").read_text(), "old")
+
+    def test_samples_are_described_and_imported(self):
+        record = ["--record", "Seconds:double:s,Mag:float>double:nT,Quality:int16"]
+        dump = ["--columns", "Grav.,Time", "--date-format", "YY/MM/DD", "--time-format", "HH:MM:SS", "--no-sort"]
+        for name, count, options, lines, channels in (
+                ("cg3.dmp", ("readings", 32), dump, ["100.", "150."], ["Grav.", "Time", "Date"]),
+                ("ipr12.dmp", ("readings", 48), ["--column", "1:name=Line"], ["100N", "150N"], ["Line", "Ch2"]),
+                ("seaspy.mag", ("records", 48), ["--interpolated", "yes"], ["LINE 1"], ["Date", "Time"]),
+                ("tracks.gpx", ("points", 40), [], ["WAYPOINT", "NORTH_LOOP", "RIDGE", "BACK"], ["Ch1"]),
+                ("survey.gbn", ("locations", 132), ["--lines", "3:2020", "--channels", "X", "--column", "X:name=East",
+                                                    "--no-fiducial"], ["3:2020"], ["East"]),
+                ("airborne.p01", ("records", 20), [], ["L2010", "T9010"], ["line", "seconds", "x"]),
+                ("base.bin", ("records", 600), [*record, "--points-per-line", 400, "--frequency", 10],
+                 ["LINE1", "LINE2"], ["Fid", "Seconds", "Mag", "Quality"])):
+            with self.subTest(name=name):
+                layout = record if name == "base.bin" else []
+                said = json.loads(self.norva("info", SAMPLES / name, *layout, "--json").stdout)
+                self.assertEqual(said[count[0]], count[1])
+                self.norva("import", SAMPLES / name, "-o", f"{name}.nvt", *options)
+                store = json.loads(self.norva("info", f"{name}.nvt", "--json").stdout)
+                self.assertEqual([line["name"] for line in store["lines"]], lines)
+                self.assertEqual([channel["name"] for channel in store["channels"]][:len(channels)], channels)
+        self.assertEqual(store["lines"][1]["locations"], 200)
 
     def test_interrupt_leaves_nothing(self):
         with open(self.folder / "big.xyz", "w") as out:

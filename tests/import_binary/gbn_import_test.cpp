@@ -1,5 +1,4 @@
 #include "import_binary/gbn_bytes.h"
-#include "norva/gbn_listing.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "support/play.h"
@@ -68,15 +67,6 @@ TEST_F(GbnImport, KeepsChosenLinesAndChannelsAndTracesToTheLetter) {
               "East (m): 20.3[4.5] third[5.5 6.5]\n"
               "T: 20.3['d'] third['' '']\n");
     EXPECT_EQ(folder.Count(), 2U);
-
-    GbnListing listing;
-    ASSERT_EQ(ListGbnFile(folder / "in.gbn", listing), 1);
-    ASSERT_EQ(listing.channels.size(), 3U);
-    EXPECT_EQ(listing.channels[1], (NorvaChannelStruct{"T", "", DataType::kText, 1, 0, 3, 0, 2, -1, 0}));
-    ASSERT_EQ(listing.lines.size(), 3U);
-    EXPECT_EQ(listing.lines[0].locationCount, 3);
-    EXPECT_EQ(ListGbnFile(folder / "out.nvt", listing), 0);
-    EXPECT_EQ(GetLastErrorText(), "Couldn't read the file : " + (folder / "out.nvt") + "\nFile is not Oasis Binary");
 }
 
 TEST_F(GbnImport, ConvertsEveryTypeToEveryOther) {
