@@ -97,7 +97,7 @@ public:
     }
 
     std::string OneOf(char const* key, std::initializer_list<std::string_view> words) const {
-        std::string const text = Text(key);
+        std::string text = Text(key);
         std::string list;
         for (std::string_view word : words) {
             if (text == word) return text;

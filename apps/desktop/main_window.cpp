@@ -309,7 +309,7 @@ void CMainWindow::ShowDocument() {
     }
     if (line < 0) {
         // The names that positions and readings usually have; the person may choose others.
-        auto const guess = [this](QComboBox* combo, QStringList const& starts) {
+        auto const guess = [](QComboBox* combo, QStringList const& starts) {
             for (QString const& start : starts) {
                 for (int i = 0; i < combo->count(); ++i) {
                     if (combo->itemText(i).startsWith(start, Qt::CaseInsensitive)) {

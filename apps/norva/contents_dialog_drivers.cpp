@@ -83,7 +83,7 @@ void SetRecordLayout(CDialogHand& hand, ImportOptions const& options, std::strin
     for (RecordField const& field : options.record) size += kRecordFormats.at(field.readFormat).width;
     std::error_code error;
     std::uintmax_t const length = std::filesystem::file_size(inputPath, error);
-    if (!error && length % size != 0 && !options.records) {
+    if (!error && size != 0 && length % size != 0 && !options.records) {
         throw CommandError(std::to_string(length) + " bytes are no whole number of records of " +
                            std::to_string(size) + " bytes (" + std::to_string(length / size) + " records and " +
                            std::to_string(length % size) + " bytes more); give --records to import it all the same");

@@ -18,7 +18,7 @@ CBinaryRecordReader::CBinaryRecordReader(CFile& file, std::vector<BinaryChannelD
         PutMissing(channel.readFormat, m_missing.data() + end);
         m_ends.push_back(end += ReadWidth(channel.readFormat));
     }
-    m_block.resize(std::max<std::size_t>(kBlockSize / end, 1) * end);
+    m_block.resize(std::max<std::size_t>(kBlockSize / std::max<std::size_t>(end, 1), 1) * end);
 }
 
 char const* CBinaryRecordReader::Read(std::size_t records) {
