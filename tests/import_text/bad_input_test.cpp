@@ -37,8 +37,7 @@ TEST(BadInput, RefusedFilesLeaveNothing) {
         {"\xFE\xFF", false, "Couldn't read the file : ", kUtf16},
         {wide, false, "Couldn't read the file : ", R"(\nA line of it has more than 32767 columns.)"},
         {"/ only\n\\ comments", true, noRows, ""},
-        {"LINE 5\n", true, noRows, ""},
-    };
+        {"LINE 5\n", true, noRows, ""}};
     for (auto const& [text, opensDialog, message, rest] : cases) {
         CTextImportRun import;
         import.opensDialog = opensDialog;
@@ -94,8 +93,7 @@ TEST(BadInput, FailuresOfTheSystemEndTheImport) {
         {FaultPoint::Read, "in.xyz", 6, EIO, "Couldn't read the file : "},
         {FaultPoint::Open, "in.1", 0, ENOSPC, nullptr},
         {FaultPoint::Write, "in.1", 0, ENOSPC, "Couldn't write the file : "},
-        {FaultPoint::Write, "in.1", 1, ENOSPC, "Couldn't write the file : "},
-    };
+        {FaultPoint::Write, "in.1", 1, ENOSPC, "Couldn't write the file : "}};
     std::string text;
     for (int i = 0; i < 100'000; ++i) text += "1 2 3\n";
     for (auto const& [failing, name, skipped, error, message] : cases) {

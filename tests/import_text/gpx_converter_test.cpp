@@ -89,8 +89,7 @@ TEST(GpxConverter, WritesEveryLayoutOfATrackLikeItsNeatTwin) {
         {"numeric entity", ReplaceAll(kNeat, "\xC3\xA9", "&#xE9;")},
         {"CDATA", ReplaceAll(kNeat, "Caf\xC3\xA9&amp;Co", "<![CDATA[Caf\xC3\xA9&Co]]>")},
         {"comments", ReplaceAll(kNeat, "<t", "<!-- <trkpt lat='0' lon='0'> --><t")},
-        {"ISO-8859-1", ReplaceAll(ReplaceAll(kNeat, "UTF-8", "ISO-8859-1"), "\xC3\xA9", "\xE9")},
-    };
+        {"ISO-8859-1", ReplaceAll(ReplaceAll(kNeat, "UTF-8", "ISO-8859-1"), "\xC3\xA9", "\xE9")}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
         EXPECT_EQ(conversion.result, 1) << c.name;
@@ -123,8 +122,7 @@ TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
         {"<trkpt lat=\"7\" lon=\"8\">\n<ele>5</ele>\n<trkpt lat=\"9\" lon=\"8\">\n</trkpt>\n</trkpt>\n", "9 8 5 * *\n"},
         {"<trk>\nP<trkpt lat=\"9\" lon=\"9\">\n<ele>3</ele>\n", "7 8 * * *\n"},
         {"<trk>\nP<trkpt lat=\"9\" lo", "7 8 * * *\n"},
-        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n"},
-    };
+        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n"}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(start + ReplaceAll(c.text, "P", point));
         EXPECT_EQ(conversion.result, 1) << c.text;
@@ -147,8 +145,7 @@ TEST(GpxConverter, TakesTheColumnNamesFromTheFirstPoint) {
          "/       Latitude      Longitude           Date           Time\n"},
         {"<wpt lat=\"1\" lon=\"2\" x=\"3\"></wpt><rtept lat=\"1\" y=\"2\"/>", "/       Latitude              y\n"},
         {"<ele>7</ele><time>8</time><wpt lat=\"1\" lon=\"2\"><name>time</name></wpt>",
-         "/       Latitude      Longitude\n"},
-    };
+         "/       Latitude      Longitude\n"}};
     for (Case const& c : cases) {
         std::string const output = Convert(std::string("<gpx>") + c.point).output;
         std::size_t const start = output.find('\n') + 1;
@@ -163,16 +160,14 @@ TEST(GpxConverter, SaysWhatIsWrongWithAFile) {
         std::string text;
         std::string error;
     };
-    Case const cases[] = {
-        {"", notGpx},
-        {std::string(3000, '\0'), notGpx},
-        {"LINE 100\n1 2 3\n", notGpx},
-        {"<kml><Placemark/></kml>", notGpx},
-        {"<trk><trkpt lat=\"1\" lon=\"2\"/></trk><gpx>", notGpx},
-        {"<gpx>", noPoints},
-        {"<gpx><trk><name>A</name></trk></gpx>", noPoints},
-        {"<gpx><trkpt lat=\"1\" lon=\"2\">", noPoints},
-    };
+    Case const cases[] = {{"", notGpx},
+                          {std::string(3000, '\0'), notGpx},
+                          {"LINE 100\n1 2 3\n", notGpx},
+                          {"<kml><Placemark/></kml>", notGpx},
+                          {"<trk><trkpt lat=\"1\" lon=\"2\"/></trk><gpx>", notGpx},
+                          {"<gpx>", noPoints},
+                          {"<gpx><trk><name>A</name></trk></gpx>", noPoints},
+                          {"<gpx><trkpt lat=\"1\" lon=\"2\">", noPoints}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
         EXPECT_EQ(conversion.result, 0) << c.text;

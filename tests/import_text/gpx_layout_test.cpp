@@ -67,8 +67,7 @@ TEST(GpxLayout, GivesOneElementALine) {
         {"<a>1<![CDATA[2", {"<a>12"}},
         {"<a>1<!-- ", {"<a>1"}},
         {"<a/><", {"<a", "</a>"}},
-        {"plain\ntext <a>dropped", {"plain", "text", "<a>dropped"}},
-    };
+        {"plain\ntext <a>dropped", {"plain", "text", "<a>dropped"}}};
     for (Case const& c : cases) {
         EXPECT_EQ(Lines(c.text), c.lines) << c.text;
         // The smallest buffer makes its ends fall everywhere.

@@ -22,28 +22,25 @@ TEST(HeaderLabels, SplitsALineIntoAsManyLabelsAsColumns) {
         {"\"East m\",\"North m\",Mag (nT)", commas, false, {"East m", "North m", "Mag (nT)"}},
         {"X||Y|Mag", bars, false, {"X", "Y", "Mag"}},
         {"X Y Mag", bars, false, {}},
-        {"", blanks, false, {}},
-    };
+        {"", blanks, false, {}}};
     for (auto const& [line, delimiters, readsHyphens, expected] : cases) {
         EXPECT_EQ(SplitHeaderLine(line, 3, delimiters, readsHyphens), expected) << line;
     }
 }
 
 TEST(HeaderLabels, SplitsNamesAndUnits) {
-    std::tuple<char const*, char const*, char const*> const cases[] = {
-        // "old" where the label has no units
-        {"Depth:m", "Depth", "m"},
-        {"Mag (nT)", "Mag", "nT"},
-        {"Mag(nT)", "Mag", "nT"},
-        {"Mag (nT) x", "Mag", "nT"},
-        {"Mag", "Mag", "old"},
-        {"Mag (nT", "Mag", "old"},
-        {"a:b:c", "a", "b"},
-        {"Depth: m", "Depth", "m"},
-        {"Rate (a:b)", "Rate (a", "b)"},
-        {"Mag ()", "Mag", ""},
-        {"", "", "old"},
-    };
+    // Label, name, units: "old" where the label has none.
+    std::tuple<char const*, char const*, char const*> const cases[] = {{"Depth:m", "Depth", "m"},
+                                                                       {"Mag (nT)", "Mag", "nT"},
+                                                                       {"Mag(nT)", "Mag", "nT"},
+                                                                       {"Mag (nT) x", "Mag", "nT"},
+                                                                       {"Mag", "Mag", "old"},
+                                                                       {"Mag (nT", "Mag", "old"},
+                                                                       {"a:b:c", "a", "b"},
+                                                                       {"Depth: m", "Depth", "m"},
+                                                                       {"Rate (a:b)", "Rate (a", "b)"},
+                                                                       {"Mag ()", "Mag", ""},
+                                                                       {"", "", "old"}};
     for (auto const& [label, name, units] : cases) {
         NorvaChannelStruct column{.name = "Ch1", .units = "old"};
         SplitNameAndUnits(label, column);

@@ -22,24 +22,20 @@ std::string Record(char const* tag, char const* x, char const* y) {
 }  // namespace
 
 TEST(SeaSpy, ReadsDatesAndTimes) {
-    std::pair<char const*, double> const dates[] = {
-        {"07.123", 2007 + 123 / 365.0},
-        {"08.060", 2008 + 60 / 366.0},
-        {"00.001", 2000 + 1 / 366.0},
-        {"80.001", 2080 + 1 / 366.0},
-        {"81.001", 1981 + 1 / 365.0},
-        {"x", 2000},
-        {"", 2000},
-        {"7", 2007 + 7 / 365.0},
-    };
+    std::pair<char const*, double> const dates[] = {{"07.123", 2007 + 123 / 365.0},
+                                                    {"08.060", 2008 + 60 / 366.0},
+                                                    {"00.001", 2000 + 1 / 366.0},
+                                                    {"80.001", 2080 + 1 / 366.0},
+                                                    {"81.001", 1981 + 1 / 365.0},
+                                                    {"x", 2000},
+                                                    {"", 2000},
+                                                    {"7", 2007 + 7 / 365.0}};
     for (auto const& [field, expected] : dates) EXPECT_EQ(CAsciiFileImport::GetSeaSPYDate(field), expected) << field;
-    std::pair<char const*, double> const times[] = {
-        {"12:30:15.5", 12 + 30 / 60.0 + 15 / 3600.0 + 5 / 36000.0},
-        {"00:00:00.0", 0},
-        {"", 0},
-        {"1", 1 + 1 / 36000.0},
-        {"ab:cd:ef.g", 0},
-    };
+    std::pair<char const*, double> const times[] = {{"12:30:15.5", 12 + 30 / 60.0 + 15 / 3600.0 + 5 / 36000.0},
+                                                    {"00:00:00.0", 0},
+                                                    {"", 0},
+                                                    {"1", 1 + 1 / 36000.0},
+                                                    {"ab:cd:ef.g", 0}};
     for (auto const& [field, expected] : times) {
         EXPECT_DOUBLE_EQ(CAsciiFileImport::GetSeaSPYTime(field), expected) << field;
     }
@@ -89,12 +85,10 @@ TEST(SeaSpy, CoordinatesFollowTheAnswer) {
 }
 
 TEST(SeaSpy, ColumnsKeepToTheirKind) {
-    std::pair<int, std::vector<int>> const cases[] = {
-        {0, {4062, 4024}},
-        {1, {4064, 4024}},
-        {3, {4019, 4020, 4021, 4022, 4023, 4024}},
-        {2, {4019, 4020, 4021, 4022, 4023, 4083, 4024}},
-    };
+    std::pair<int, std::vector<int>> const cases[] = {{0, {4062, 4024}},
+                                                      {1, {4064, 4024}},
+                                                      {3, {4019, 4020, 4021, 4022, 4023, 4024}},
+                                                      {2, {4019, 4020, 4021, 4022, 4023, 4083, 4024}}};
     for (auto const& [column, expected] : cases) {
         CTextImportRun import;
         import.formatRow = kSeaSpyRow;
@@ -114,8 +108,7 @@ TEST(SeaSpy, LayoutsOfTheFirstRecord) {
         {"*07.1/1 F[1 2 3 4 5 6]R[1 2 3 4 5] 1 extra\n", true, R"(["Date","",1,0,0,1,3,2,0,0])", 15},
         {"*1 2 F[3] r[4]\n*1 F[2]R[3]\n", false, nullptr, 0},
         {"1 F[2] R[3]\n", false, nullptr, 0},
-        {"", false, nullptr, 0},
-    };
+        {"", false, nullptr, 0}};
     for (auto const& [text, isLog, firstChannel, count] : cases) {
         CTextImportRun import;
         import.formatRow = kSeaSpyRow;

@@ -41,8 +41,7 @@ TEST(SetChannels, ActsOnAColumnDecideItsChannel) {
         {0, "@0;4024", nullptr},
         {0, "@0;4025;4025", nullptr},
         {0, "@0;4025;4025;4020", R"(["Ch1","",0,0,0,1,0,6,-1,0])"},
-        {0, "4021", R"(["Ch1","",0,0,0,1,0,4,-1,0])"},
-    };
+        {0, "4021", R"(["Ch1","",0,0,0,1,0,4,-1,0])"}};
     for (auto const& [column, acts, expected] : cases) {
         CTextImportRun import;
         import.acts = acts;
@@ -58,13 +57,12 @@ TEST(SetChannels, ActsOnAColumnDecideItsChannel) {
 TEST(SetChannels, ShowsTheSelectedColumn) {
     // The radio button that is on, the text size, the templates that the date and time boxes show, the label's check.
     std::tuple<char const*, int, char const*, char const*, char const*, bool> const cases[] = {
-        {"4021;4025", 0, "", "[0]", "[0]", false},       {"@0", 4020, "", "[0]", "[0]", false},
-        {"@2", 4062, "", "[0]", "[0]", false},           {"@3", 4064, "", "[0]", "[2]", false},
-        {"@5", 4083, "", "[0]", "[0]", false},           {"@6", 4019, "6", "[0]", "[0]", false},
-        {"@0;4062", 4062, "", "[]", "[0]", false},       {"@0;4064", 4064, "", "[0]", "[1]", false},
-        {"@1;4025", 4024, "", "[0]", "[0]", true},       {"@1;4025;@0", 4020, "", "[0]", "[0]", false},
-        {"@1;4025;4025", 4024, "", "[0]", "[0]", false},
-    };
+        {"4021;4025", 0, "", "[0]", "[0]", false},      {"@0", 4020, "", "[0]", "[0]", false},
+        {"@2", 4062, "", "[0]", "[0]", false},          {"@3", 4064, "", "[0]", "[2]", false},
+        {"@5", 4083, "", "[0]", "[0]", false},          {"@6", 4019, "6", "[0]", "[0]", false},
+        {"@0;4062", 4062, "", "[]", "[0]", false},      {"@0;4064", 4064, "", "[0]", "[1]", false},
+        {"@1;4025", 4024, "", "[0]", "[0]", true},      {"@1;4025;@0", 4020, "", "[0]", "[0]", false},
+        {"@1;4025;4025", 4024, "", "[0]", "[0]", false}};
     for (auto const& [acts, radio, textSize, dates, times, isLabel] : cases) {
         CTextImportRun import;
         import.acts = acts;
@@ -83,15 +81,13 @@ TEST(SetChannels, ShowsTheSelectedColumn) {
 TEST(SetChannels, FindsTheFirstDataLine) {
     // Header lines, numbers of the skip box and the one it shows, titles and number of the preview rows.
     std::tuple<char const*, char const*, char const*, char const*, char const*, char const*, std::size_t> const
-        cases[] = {
-            {"in.xyz", "/a\tb\n\\c\nLINE 1\nline\t2\n1 2 3\n4 5 6\n", R"(["/a    b","\\c","LINE 1","line    2"])",
-             R"(["4","5"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 2},
-            {"in.xyz", "LINE\n1 2\n", "[]", R"(["0","1"])", "[0]", R"(["Ch1"])", 2},
-            {"in.xyz", "/a b\n/c\n", R"(["/a b","/c"])", "[]", "[]", R"(["Ch1","Ch2"])", 2},
-            {"in.CSV", "X,My Y,\"Z\"\n1,2 3,4\n5,6,7\n", R"(["X,My Y,\"Z\""])", R"(["0","1","2"])", "[1]",
-             R"(["Ch1","Ch2","Ch3"])", 2},
-            {"in.csv", "/ c\n1,2,3\n", R"(["/ c"])", R"(["1"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 1},
-        };
+        cases[] = {{"in.xyz", "/a\tb\n\\c\nLINE 1\nline\t2\n1 2 3\n4 5 6\n",
+                    R"(["/a    b","\\c","LINE 1","line    2"])", R"(["4","5"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 2},
+                   {"in.xyz", "LINE\n1 2\n", "[]", R"(["0","1"])", "[0]", R"(["Ch1"])", 2},
+                   {"in.xyz", "/a b\n/c\n", R"(["/a b","/c"])", "[]", "[]", R"(["Ch1","Ch2"])", 2},
+                   {"in.CSV", "X,My Y,\"Z\"\n1,2 3,4\n5,6,7\n", R"(["X,My Y,\"Z\""])", R"(["0","1","2"])", "[1]",
+                    R"(["Ch1","Ch2","Ch3"])", 2},
+                   {"in.csv", "/ c\n1,2,3\n", R"(["/ c"])", R"(["1"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 1}};
     for (auto const& [fileName, text, header, skips, skip, titles, rows] : cases) {
         CTextImportRun import;
         WriteWholeFile(import.folder / fileName, text);
@@ -145,8 +141,7 @@ TEST(SetChannels, RelabelsFromAHeaderLine) {
         {"/A-B-C", 0, "4047;!0", set(R"({"click": 4051}, {"set": 4054, "to": "-"}, {"click": 1})") + yes, named},
         {"/ A B C", 0, "4047;!0", set(R"({"click": "Space"}, {"close": true})") + yes, named},
         {"/ A B C", 0, "4047;!0", set(R"({"click": "Space"}, {"click": 1})") + refused, kept},
-        {"/ A B C", 0, "!0;4073=2", yes, R"(["A","",5,0,0,1,0,2,-1,0])"},
-    };
+        {"/ A B C", 0, "!0;4073=2", yes, R"(["A","",5,0,0,1,0,2,-1,0])"}};
     for (auto const& [header, formatRow, acts, answers, channel] : cases) {
         CTextImportRun import;
         import.formatRow = formatRow;

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "norva/file_util.h"
-#include "platform/numbers.h"
-#include "store/value_rules.h"
 #include "support/play.h"
+#include "support/store_text.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -99,16 +98,12 @@ private:
         double number = 0;
         int integer = 0;
         long longInteger = 0;
-        std::string text, out;
+        std::string text;
         int type = -1;
         store.GetData(store.GetFileChanIndex(channel), profile, location, single, number, integer, longInteger, text,
                       type);
-        if (type == DataType::kText) return "'" + text + "'";
-        if (type == DataType::kFloat && !IsNoData(single)) AppendShortest(out, single);
-        if (type == DataType::kDouble && !IsNoData(number)) AppendShortest(out, number);
-        if (type == DataType::kLong && integer != kNoDataLong) AppendInteger(out, integer);
-        if (type == DataType::kShort && integer != kNoDataShort) AppendInteger(out, integer);
-        return out.empty() ? "-" : out;
+        std::string const value = ValueText(type, single, number, integer, text);
+        return value == "*" ? "-" : value;
     }
 };
 

@@ -1,6 +1,7 @@
 #include "import_text/file_percent.h"
 #include "import_text/plain_decimal.h"
 #include "import_text/text_import_run.h"
+#include "platform/numbers.h"
 
 #include <rapidcheck.h>
 
@@ -37,8 +38,7 @@ TEST(TextImport, ConvertsValues) {
          "2147483646 - -2147483647 - 1000000000 -1"},
         {"4083", "45.30.36.5 -5.06.00 x *", "45.51013888888889 -5.1 - -"},
         {"4064", "12:30:00 00:00:36.5 6:15 x *", "12.5 0.010138888888888888 6.25 - -"},
-        {"4062", "2007/12/31 2008/07/01 2007/13/01 *", "2008 2008.5 - -"},
-    };
+        {"4062", "2007/12/31 2008/07/01 2007/13/01 *", "2008 2008.5 - -"}};
     for (auto const& [radio, tokens, expected] : cases) {
         CTextImportRun import;
         import.acts = std::string("@0;") + radio;
@@ -64,8 +64,7 @@ TEST(TextImport, SplitsRowsAndTexts) {
          "\xEF\xBB\xBF"
          "1 2\r\n3 4\r5 6",
          "", 0, "1 3 5"},
-        {"in.xyz", "1 2\n /5 6\n\\7 8\n9 pipelines\n3 4\n", "", 0, "1 | 3"},
-    };
+        {"in.xyz", "1 2\n /5 6\n\\7 8\n9 pipelines\n3 4\n", "", 0, "1 | 3"}};
     for (auto const& [fileName, text, acts, channel, expected] : cases) {
         CTextImportRun import;
         import.fileName = fileName;
@@ -81,8 +80,7 @@ TEST(TextImport, SkipsRowsAndLabelsLines) {
         {"", {R"(["LINE1",5])"}, "1 2 3 4 5"},
         {"4073=2", {R"(["LINE1",3])"}, "3 4 5"},
         {"@0;4025", {R"(["7",2])", R"(["8",2])", R"(["7",1])"}, "1 2 | 3 4 | 5"},
-        {"@0;4025;4073=1", {R"(["7",1])", R"(["8",2])", R"(["7",1])"}, "2 | 3 4 | 5"},
-    };
+        {"@0;4025;4073=1", {R"(["7",1])", R"(["8",2])", R"(["7",1])"}, "2 | 3 4 | 5"}};
     for (auto const& [acts, profiles, values] : cases) {
         CTextImportRun import;
         import.acts = acts;
@@ -111,8 +109,7 @@ TEST(TextImport, PercentagesAreSentWhenTheyChange) {
         {std::string(99, '1') + "\n" + std::string(99, '\n') + "2\n",
          {"FilePercent 50", "FilePercent 100", "ChannelPercent 0"}},
         {"/" + std::string(400, '-') + "\n1\n" + "/" + std::string(196, '-') + "\n",
-         {"FilePercent 66", "FilePercent 100", "ChannelPercent 0"}},
-    };
+         {"FilePercent 66", "FilePercent 100", "ChannelPercent 0"}}};
     for (auto const& [text, expected] : cases) {
         CTextImportRun import;
         EXPECT_EQ(import.Run(text).Texts("progress"), expected) << text;

@@ -227,12 +227,10 @@ TEST(StoreChanges, AFailureAtAnySystemCallKeepsTheOlderStore) {
          [&](CNorvaFileUtil& store, std::string const& path) {
              return open(store, path) && store.MarkLocToDelete(0, 7, 1) != 0 && store.CloseCurFile() != 0;
          }},
-        {"sorting",
-         [&](CNorvaFileUtil& store, std::string const& path) {
+        {"sorting", [&](CNorvaFileUtil& store, std::string const& path) {
              return open(store, path) && store.SortByChannel(nullptr, 0, 1, -1, 1, -1) != 0 &&
                     store.CloseCurFile() != 0;
-         }},
-    };
+         }}};
     for (auto const& [what, run] : cases) {
         CTemporaryFolder folder;
         std::string const path = folder / "a.nvt";

@@ -85,8 +85,7 @@ TEST(StoreRefusals, CallsThatDoNotAddUpAreRefusedAndLeaveNothing) {
          }},
         {"data type 1 was handed over for the channel \"C\"",
          [&](Store s) { return describe(s, 2) && start(s) && s.SaveData(1, &number) != 0; }},
-        {"data type 9", [&](Store s) { return describe(s, 0) && start(s) && s.SaveData(9, &number) != 0; }},
-    };
+        {"data type 9", [&](Store s) { return describe(s, 0) && start(s) && s.SaveData(9, &number) != 0; }}};
     CTemporaryFolder folder;
     ASSERT_TRUE(test::WriteSampleStore(folder / "a.nvt"));
     std::string const older = ReadWholeFile(folder / "a.nvt");
@@ -177,8 +176,7 @@ TEST(StoreRefusals, HostileCountsAreRefused) {
         {"L,2\n", "C,0,1,0,0,2,-1\n", "no units"},
         {"L,2\n", "0,1,0,0,2,-1\n", "six numbers"},
         {"L,2\n", "CHANNELS END\nC,,0,1,0,0,2,-1\n", "where the values should start"},
-        {"PROFILES END\nL,2\n", "", "list of channels is missing"},
-    };
+        {"PROFILES END\nL,2\n", "", "list of channels is missing"}};
     CTemporaryFolder folder;
     for (auto const& [profiles, channels, reason] : cases) {
         std::string const text =
@@ -215,19 +213,18 @@ TEST(StoreRefusals, HostileOwnSectionsAreRefused) {
         std::size_t width;
         bool isFine;
     };
-    for (auto const& [what, at, value, width, isFine] : std::vector<Case>{
-             {"flag", table + 7, 0xFFFFFFFF, 4, true},
-             {"name longer than the file", table, 0xFFFFFFFF, 4, false},
-             {"name of 1 MB", table, 1 << 20, 4, false},
-             {"name one byte longer", table, 4, 4, false},
-             {"marks without bits", deleted, 1, 8, false},
-             {"more marks than locations", deleted, 6, 8, false},
-             {"2^63 marks", deleted, std::uint64_t{1} << 63, 8, false},
-             {"version 2", trailer, 2, 8, false},
-             {"no elements", trailer + 8, 0, 8, false},
-             {"2^64 - 1 elements", trailer + 8, ~std::uint64_t{0}, 8, false},
-             {"2^64 - 1 bytes of table", trailer + 16, ~std::uint64_t{0}, 8, false},
-         }) {
+    for (auto const& [what, at, value, width, isFine] :
+         std::vector<Case>{{"flag", table + 7, 0xFFFFFFFF, 4, true},
+                           {"name longer than the file", table, 0xFFFFFFFF, 4, false},
+                           {"name of 1 MB", table, 1 << 20, 4, false},
+                           {"name one byte longer", table, 4, 4, false},
+                           {"marks without bits", deleted, 1, 8, false},
+                           {"more marks than locations", deleted, 6, 8, false},
+                           {"2^63 marks", deleted, std::uint64_t{1} << 63, 8, false},
+                           {"version 2", trailer, 2, 8, false},
+                           {"no elements", trailer + 8, 0, 8, false},
+                           {"2^64 - 1 elements", trailer + 8, ~std::uint64_t{0}, 8, false},
+                           {"2^64 - 1 bytes of table", trailer + 16, ~std::uint64_t{0}, 8, false}}) {
         std::string changed = whole;
         PutLittle(changed, at, value, width);
         bool const canSeal = at < trailer;

@@ -52,26 +52,8 @@ TEST(ValueRules, StoreLittleEndian) {
 }
 
 TEST(Tokens, SplitAtEveryDelimiter) {
-    using namespace std::string_view_literals;
-    struct Case {
-        std::string_view text, delimiters;
-        std::vector<std::string_view> tokens;
-    };
-    std::vector<std::string_view> tokens = {"older"};
-    for (auto const& [text, delimiters, expected] : std::vector<Case>{{"", " ", {}},
-                                                                      {" ,\t\n", " ,\t\n", {}},
-                                                                      {"Line  7", " ,\t\n", {"Line", "7"}},
-                                                                      {",1 2,,\t3 ,", ",\t\n", {"1 2", "3 "}},
-                                                                      {"a b", "", {"a b"}},
-                                                                      {"\xFF"
-                                                                       "a\0b\xFE"sv,
-                                                                       "\xFF\0"sv,
-                                                                       {"a", "b\xFE"}}}) {
-        GetTokens(text, tokens, delimiters);
-        EXPECT_EQ(tokens, expected) << text;
-    }
     EXPECT_TRUE(rc::check([](std::string const& text, std::string const& delimiters) {
-        std::vector<std::string_view> split;
+        std::vector<std::string_view> split = {"older"};
         GetTokens(text, split, delimiters);
         std::size_t at = 0;
         for (std::string_view const token : split) {

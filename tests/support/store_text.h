@@ -7,18 +7,20 @@
 
 namespace norva::test {
 
-/// As "%.*g" in the C locale, whatever the locale.
-inline std::string NumberText(double value, int digits) {
+/// The shortest text that reads back as the same.
+template <typename Float>
+std::string NumberText(Float value) {
     char text[32];
-    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr};
+    return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
+/// "*" for no-data, texts in quotes.
 inline std::string ValueText(int dataType, float single, double number, int integer, std::string const& text) {
     switch (dataType) {
         case DataType::kFloat:
-            return single == kNoDataFloat ? "*" : NumberText(static_cast<double>(single), 8);
+            return single == kNoDataFloat ? "*" : NumberText(single);
         case DataType::kDouble:
-            return number == kNoDataDouble ? "*" : NumberText(number, 17);
+            return number == kNoDataDouble ? "*" : NumberText(number);
         case DataType::kText:
             return "'" + text + "'";
         case DataType::kShort:

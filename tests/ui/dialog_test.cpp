@@ -39,22 +39,20 @@ TEST(Selection, FollowsClicksWithShiftAndCtrl) {
         int caret;
         char const* chosen;  ///< what a move would act on
     };
-    for (Case const& c : std::vector<Case>{
-             {"", "0", 0, "0"},
-             {"3", "3", 3, "3"},
-             {"2 s5", "2 3 4 5", 5, "2 3 4 5"},
-             {"5 s2", "2 3 4 5", 2, "2 3 4 5"},
-             {"s3", "0 1 2 3", 3, "0 1 2 3"},
-             {"2 s5 s3", "2 3", 3, "2 3"},
-             {"2 s5 7", "7", 7, "7"},
-             {"2 c5", "2 5", 5, "2 5"},
-             {"5 c2 c7", "2 5 7", 7, "2 5 7"},
-             {"2 c5 c2", "5", 2, "5"},
-             {"2 c2", "", 2, ""},
-             {"2 c5 s7", "5 6 7", 7, "5 6 7"},
-             {"2 s4 c3", "2 4", 3, "2 4"},
-             {"1 s3 d6", "6", 6, "6"},
-         }) {
+    for (Case const& c : std::vector<Case>{{"", "0", 0, "0"},
+                                           {"3", "3", 3, "3"},
+                                           {"2 s5", "2 3 4 5", 5, "2 3 4 5"},
+                                           {"5 s2", "2 3 4 5", 2, "2 3 4 5"},
+                                           {"s3", "0 1 2 3", 3, "0 1 2 3"},
+                                           {"2 s5 s3", "2 3", 3, "2 3"},
+                                           {"2 s5 7", "7", 7, "7"},
+                                           {"2 c5", "2 5", 5, "2 5"},
+                                           {"5 c2 c7", "2 5 7", 7, "2 5 7"},
+                                           {"2 c5 c2", "5", 2, "5"},
+                                           {"2 c2", "", 2, ""},
+                                           {"2 c5 s7", "5 6 7", 7, "5 6 7"},
+                                           {"2 s4 c3", "2 4", 3, "2 4"},
+                                           {"1 s3 d6", "6", 6, "6"}}) {
         TestDialog dialog(4000);
         dialog.SetItems(kLines, std::vector<std::string>(8, "line"));
         dialog.SelectRow(kLines, 0);
@@ -128,23 +126,6 @@ TEST(Acts, OfADoubleClickEndWhenItsFirstClickTakesTheRowAway) {
     dialog.onEvent = [&](DialogEvent const&) { dialog.SetItems(kLines, {}); };
     EXPECT_TRUE(dialog.Do({.kind = Kind::DoubleClick, .control = kLines, .row = 1}));
     EXPECT_EQ(dialog.events.size(), 1U);
-}
-
-TEST(Acts, EndTheDialogWithTheirButton) {
-    struct Case {
-        DialogEvent event;
-        int result;
-    };
-    for (Case const& c : std::vector<Case>{{{.kind = Kind::Click, .control = kButtonOk}, kButtonOk},
-                                           {{.kind = Kind::Click, .control = kButtonCancel}, kButtonCancel},
-                                           {{.kind = Kind::Close}, kButtonCancel}}) {
-        TestDialog dialog(4060);
-        ASSERT_TRUE(dialog.Do(c.event));
-        EXPECT_TRUE(dialog.IsEnded());
-        EXPECT_EQ(dialog.Result(), c.result);
-        EXPECT_FALSE(dialog.Do(c.event)) << "a closed dialog takes no more";
-        EXPECT_EQ(dialog.why, "dialog 4060 \"Delimiters\" is closed");
-    }
 }
 
 }  // namespace

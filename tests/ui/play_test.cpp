@@ -18,8 +18,7 @@ TEST(Play, TellsAStoreNameThatWasHandedBackFromOneThatWasNot) {
              {R"({"dialog": 4063, "do": [{"close": true}]})", ""},
              {R"({"dialog": 4063, "do": [{"click": 1}]}, {"open": null})", ""},
              {R"({"dialog": 4063, "do": [{"click": 1}]}, {"open": "none.xyz"}, {"save": null})", "/none.nvt"},
-             {R"({"dialog": 4063, "do": [{"click": 1}]}, {"open": "none.xyz"}, {"save": "other"})", "/other.nvt"},
-         }) {
+             {R"({"dialog": 4063, "do": [{"click": 1}]}, {"open": "none.xyz"}, {"save": "other"})", "/other.nvt"}}) {
         // The proposal is the very name that comes back in the third case.
         PlayRun const run =
             Play(R"({"operation": "import", "store": "none.nvt", "answers": [)" + std::string(c.answers) + "]}", {},

@@ -62,8 +62,7 @@ TEST_F(ProgressTest, TextsMoveBarsAndTexts) {
              {"filepercent 10", "12 100 [ survey] [ Mag Field]", {}},
              {"FilePercent", "12 100 [ survey] [ Mag Field]", {}},
              {" FilePercent 10", "12 100 [ survey] [ Mag Field]", {}},
-             {"", "12 100 [ survey] [ Mag Field]", {}},
-         }) {
+             {"", "12 100 [ survey] [ Mag Field]", {}}}) {
         Send(c.text);
         EXPECT_EQ(State(), c.state) << c.text;
         std::vector<std::string> expected{std::string("progress:") + c.text};

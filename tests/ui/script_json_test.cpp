@@ -57,12 +57,9 @@ TEST(ScriptJson, SaysWhatIsWrongAndWhere) {
              {R"({"operation": "copy"})", R"(operation: must be one of "import", "export", is "copy")"},
              {R"({"operation": "import", "stroe": ""})", "unknown key \"stroe\""},
              {R"({"operation": "import", "level": 1.5})", "level: must be a whole number of at most 32 bits, is 1.5"},
-             {R"({"operation": "import", "level": 3000000000})",
-              "level: must be a whole number of at most 32 bits, is 3000000000"},
              {R"({"operation": "export"})", "\"store\" is missing"},
              {R"({"operation": "import", "store": null})", "store: must be a text, is null"},
-             {R"({"operation": "import", "answers": {}})", "answers: must be an array, is {}"},
-         }) {
+             {R"({"operation": "import", "answers": {}})", "answers: must be an array, is {}"}}) {
         EXPECT_EQ(ErrorOf(c.json), c.error) << c.json;
     }
     EXPECT_EQ(ErrorOf("{").rfind("is no JSON: ", 0), 0U);
@@ -71,43 +68,31 @@ TEST(ScriptJson, SaysWhatIsWrongAndWhere) {
              {R"(4)", "answers[1]: must be an object, is 4"},
              {R"({"dialogue": 4})", R"(answers[1]: is no answer: it has none of "dialog", "message", "open", "save")"},
              {R"({"open": "a", "save": "b"})", R"(answers[1]: has both "open" and "save")"},
-             {R"({"open": 1})", "answers[1].open: must be a text, is 1"},
              {R"({"open": "a", "extension": "b"})", R"(answers[1]: unknown key "extension")"},
-             {R"({"save": "a", "extension": 1})", "answers[1].extension: must be a text, is 1"},
-             {R"({"message": "m"})", R"(answers[1]: "answer" is missing)"},
              {R"({"message": "m", "answer": "cancel"})",
               R"(answers[1].answer: must be one of "ok", "yes", "no", is "cancel")"},
              {R"({"dialog": "4063", "do": []})",
               R"(answers[1].dialog: must be a whole number of at most 32 bits, is "4063")"},
-             {R"({"dialog": 4063})", R"(answers[1]: "do" is missing)"},
-         }) {
+             {R"({"dialog": 4063})", R"(answers[1]: "do" is missing)"}}) {
         EXPECT_EQ(ErrorOf(R"({"operation": "import", "answers": [{"open": null}, )" + std::string(c.json) + "]}"),
                   c.error);
     }
     for (Case const& c : std::vector<Case>{
              {"{}", R"(answers[0].do[1]: is no action: it has none of "click", "set", "select", "double", "edit", )"
                     R"("tick", "close")"},
-             {R"({"click": 1, "set": 2})", R"(answers[0].do[1]: has both "click" and "set")"},
              {R"({"click": true})", "answers[0].do[1].click: must be a control's number or label, is true"},
              {R"({"click": 1, "row": 2})", R"(answers[0].do[1]: unknown key "row")"},
-             {R"({"set": 1})", R"(answers[0].do[1]: "to" is missing)"},
              {R"({"set": 1, "to": null})",
               "answers[0].do[1].to: must be a text, a whole number, true or false, is null"},
              {R"({"set": 1, "to": 0.5})", "answers[0].do[1].to: must be a whole number of at most 32 bits, is 0.5"},
              {R"({"select": 1})", R"(answers[0].do[1]: "row", "rows" or "column" is missing)"},
              {R"({"select": 1, "rows": []})", "answers[0].do[1].rows: must name a row at least"},
-             {R"({"select": 1, "rows": [0, "1"]})",
-              R"(answers[0].do[1].rows[1]: must be a whole number of at most 32 bits, is "1")"},
              {R"({"select": 1, "row": 0, "with": "alt"})",
               R"(answers[0].do[1].with: must be one of "shift", "ctrl", is "alt")"},
              {R"({"select": 1, "column": 0, "with": "ctrl"})", R"(answers[0].do[1]: unknown key "with")"},
-             {R"({"double": 1})", R"(answers[0].do[1]: "row" is missing)"},
-             {R"({"edit": 1, "row": 0, "to": "x"})", R"(answers[0].do[1]: "column" is missing)"},
              {R"({"edit": 1, "row": 0, "column": 0, "to": 5})", "answers[0].do[1].to: must be a text, is 5"},
-             {R"({"tick": 1, "row": 0})", R"(answers[0].do[1]: "on" is missing)"},
              {R"({"tick": 1, "row": 0, "on": 1})", "answers[0].do[1].on: must be true or false, is 1"},
-             {R"({"close": false})", "answers[0].do[1].close: must be true"},
-         }) {
+             {R"({"close": false})", "answers[0].do[1].close: must be true"}}) {
         EXPECT_EQ(ErrorOf(R"({"operation": "import", "answers": [{"dialog": 1, "do": [{"close": true}, )" +
                           std::string(c.json) + "]}]}"),
                   c.error);

@@ -40,27 +40,26 @@ TEST(ControlNames, AreNumbersOrLabelsOfTheirOwn) {
         int id;  ///< 0: none
         char const* why;
     };
-    for (Case const& c : std::vector<Case>{
-             {4063, "Formats", 5000, ""},
-             {4063, 5000, 5000, ""},
-             {4063, 9, 0, "dialog 4063 \"Import Formats\" has no control 9"},
-             {4063, "formats", 0, "dialog 4063 \"Import Formats\" has no control \"formats\""},
-             {4003, "Data Preview", 5001, ""},
-             {4003, "General Text  ", 4019, ""},
-             {4003, "Date", 4062, ""},
-             {4003, "rows", 0, "dialog 4003 \"Import: Set Channels\" has no control \"rows\""},
-             {4060, "", 0, "dialog 4060 \"Delimiters\" has no control \"\""},
-             {4000, ">>", 0,
-              "dialog 4000 \"Export\" has several controls \">>\": name one by its number, 4007 or "
-              "4011"},
-             {4000, "Lines", 0, "dialog 4000 \"Export\" has no control \"Lines\""},
-             {4004, "Channels:", ids::BinaryImport::kChannels, ""},
-             {4004, "Number of Channels in a record:", ids::BinaryImport::kChannelCount, ""},
-             {4004, "32-bit float", ids::BinaryImport::kReadFloat32, ""},
-             {4059, "Unheck Selection", ids::GbnImport::kUncheckSelection, ""},
-             {4062, 1, 4079, ""},
-             {4060, 1, 1, ""},
-         }) {
+    for (Case const& c :
+         std::vector<Case>{{4063, "Formats", 5000, ""},
+                           {4063, 5000, 5000, ""},
+                           {4063, 9, 0, "dialog 4063 \"Import Formats\" has no control 9"},
+                           {4063, "formats", 0, "dialog 4063 \"Import Formats\" has no control \"formats\""},
+                           {4003, "Data Preview", 5001, ""},
+                           {4003, "General Text  ", 4019, ""},
+                           {4003, "Date", 4062, ""},
+                           {4003, "rows", 0, "dialog 4003 \"Import: Set Channels\" has no control \"rows\""},
+                           {4060, "", 0, "dialog 4060 \"Delimiters\" has no control \"\""},
+                           {4000, ">>", 0,
+                            "dialog 4000 \"Export\" has several controls \">>\": name one by its number, 4007 or "
+                            "4011"},
+                           {4000, "Lines", 0, "dialog 4000 \"Export\" has no control \"Lines\""},
+                           {4004, "Channels:", ids::BinaryImport::kChannels, ""},
+                           {4004, "Number of Channels in a record:", ids::BinaryImport::kChannelCount, ""},
+                           {4004, "32-bit float", ids::BinaryImport::kReadFloat32, ""},
+                           {4059, "Unheck Selection", ids::GbnImport::kUncheckSelection, ""},
+                           {4062, 1, 4079, ""},
+                           {4060, 1, 1, ""}}) {
         TestDialog const dialog(c.dialog);
         std::string why;
         CControl const* const found = ResolveControl(dialog, c.name, why);
@@ -150,8 +149,7 @@ TEST(Actions, ThatNobodyCouldDoAreRefusedAndChangeNothing) {
              {4003, R"({"set": 4073, "to": true})",
               R"(combo 4073 "Skip first" is set to the text or the index of an entry)"},
              {4003, R"({"select": 5001, "column": 2})", R"(grid 5001 "Data Preview" has no column 2 (it has 2))"},
-             {4003, R"({"select": 5001, "row": 0})", R"(grid 5001 "Data Preview" cannot be selected in by row)"},
-         }) {
+             {4003, R"({"select": 5001, "row": 0})", R"(grid 5001 "Data Preview" cannot be selected in by row)"}}) {
         TestDialog dialog(c.dialog);
         if (c.dialog == 4063) dialog.SetItems(5000, {"a", "b"});
         if (c.dialog == 4003) dialog.SetColumns(ids::SetChannels::kPreview, {"Ch1", "Ch2"});
@@ -217,8 +215,7 @@ TEST_F(ScriptTest, WhatDoesNotFitIsToldAndEndsEverything) {
               "still open after the last action\nshown: DIALOGexpected: {\"dialog\":4060,\"do\":[]}"},
              {R"([{"dialog": 4060, "do": [{"set": 4049, "to": false}]}])",
               "impossible: {\"set\":4049,\"to\":false}: check 4049 \"Space\" is disabled\nshown: DIALOGexpected: "
-              "{\"dialog\":4060,\"do\":[{\"set\":4049,\"to\":false}]}"},
-         }) {
+              "{\"dialog\":4060,\"do\":[{\"set\":4049,\"to\":false}]}"}}) {
         Script(c.answers);
         TestDialog dialog(4060);
         dialog.onInit = [&] {

@@ -19,17 +19,15 @@ TEST(Toolkit, ReportsTheExtensionOfTheNameElseOfTheFilter) {
         char const* filter;
         char const* extension;
     };
-    for (Case const& c : std::vector<Case>{
-             {"/a/out.XYZ", "gbn", "NVT files (*.nvt)|*.nvt|", "XYZ"},
-             {"/a/out", "gbn", "NVT files (*.nvt)|*.nvt|", "gbn"},
-             {"/a/out", ".gbn", "", "gbn"},
-             {"/a.b/out", "", "NVT files (*.nvt)|*.nvt|XYZ (*.xyz)|*.xyz||", "nvt"},
-             {"C:\\a.b\\out", "", "Geosoft GBN files (*.gbn)|*.gbn*||", "gbn"},
-             {"out", "", "ASCII (*.txt; *stn)|*.txt; *.stn|All|*.*||", "txt"},
-             {"out.", "", "TKI files (*.p*)|*.p*||", "p"},
-             {"out", "", "Binary XYZ Files (*.*)|*.*||", ""},
-             {"", "", "", ""},
-         }) {
+    for (Case const& c : std::vector<Case>{{"/a/out.XYZ", "gbn", "NVT files (*.nvt)|*.nvt|", "XYZ"},
+                                           {"/a/out", "gbn", "NVT files (*.nvt)|*.nvt|", "gbn"},
+                                           {"/a/out", ".gbn", "", "gbn"},
+                                           {"/a.b/out", "", "NVT files (*.nvt)|*.nvt|XYZ (*.xyz)|*.xyz||", "nvt"},
+                                           {"C:\\a.b\\out", "", "Geosoft GBN files (*.gbn)|*.gbn*||", "gbn"},
+                                           {"out", "", "ASCII (*.txt; *stn)|*.txt; *.stn|All|*.*||", "txt"},
+                                           {"out.", "", "TKI files (*.p*)|*.p*||", "p"},
+                                           {"out", "", "Binary XYZ Files (*.*)|*.*||", ""},
+                                           {"", "", "", ""}}) {
         EXPECT_EQ(ReportedExtension(c.path, c.picked, c.filter), c.extension) << c.path << " " << c.filter;
     }
 }

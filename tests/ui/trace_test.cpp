@@ -18,20 +18,19 @@ TEST(JsonText, EscapesAndReplacesWhatJsonCannotHold) {
         std::string text;
         char const* json;
     };
-    for (Case const& c : std::vector<Case>{
-             {"", R"("")"},
-             {"C:\\a \"b\"/", R"("C:\\a \"b\"/")"},
-             {"\b\f\n\r\t", R"("\b\f\n\r\t")"},
-             {std::string("\0\x1F\x7F", 3), "\"\\u0000\\u001f\x7F\""},
-             {"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "\"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80\""},
-             {"caf\xE9!", "\"caf\xEF\xBF\xBD!\""},                          // Latin-1
-             {"\x80\xBF", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},                  // continuation bytes alone
-             {"\xC0\xAF", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},                  // overlong
-             {"\xED\xA0\x80", "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\""},  // surrogate
-             {"\xF4\x90\x80\x80", "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\""},
-             {"\xE2\x82", "\"\xEF\xBF\xBD\""},  // cut short: one mark
-             {"\xE2\x82\n", "\"\xEF\xBF\xBD\\n\""},
-         }) {
+    for (Case const& c :
+         std::vector<Case>{{"", R"("")"},
+                           {"C:\\a \"b\"/", R"("C:\\a \"b\"/")"},
+                           {"\b\f\n\r\t", R"("\b\f\n\r\t")"},
+                           {std::string("\0\x1F\x7F", 3), "\"\\u0000\\u001f\x7F\""},
+                           {"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "\"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80\""},
+                           {"caf\xE9!", "\"caf\xEF\xBF\xBD!\""},                          // Latin-1
+                           {"\x80\xBF", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},                  // continuation bytes alone
+                           {"\xC0\xAF", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},                  // overlong
+                           {"\xED\xA0\x80", "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\""},  // surrogate
+                           {"\xF4\x90\x80\x80", "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\""},
+                           {"\xE2\x82", "\"\xEF\xBF\xBD\""},  // cut short: one mark
+                           {"\xE2\x82\n", "\"\xEF\xBF\xBD\\n\""}}) {
         std::string out;
         AppendJsonText(out, c.text);
         EXPECT_EQ(out, c.json);
@@ -124,8 +123,7 @@ TEST(Trace, ShowsEveryKindOfControl) {
               R"("kind":"grid",)" + usual +
                   R"(,"columns":["Ch1","Ch2"],"rows":[["1","2"],["3"]],)"
                   R"("column":null})"},
-             {progress, 4055, R"("kind":"progress",)" + usual + R"(,"position":0})"},
-         }) {
+             {progress, 4055, R"("kind":"progress",)" + usual + R"(,"position":0})"}}) {
         EXPECT_EQ(Traced(c.dialog, c.id), c.state) << c.id;
     }
     channels.Change(5001).column = 1;
