@@ -6,6 +6,7 @@
 #include "ui/control_ids.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace norva {
 
@@ -72,18 +73,19 @@ std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, s
 void CProgressReporter::ChannelName(std::string_view name) {
     m_text = "ChannelName ";
     m_text += name;
-    Send();
+    Send(m_text.c_str());
 }
 
-void CProgressReporter::SendPercent(char const* key, long long percent) {
-    m_text = key;
-    m_text += ' ';
-    AppendInteger(m_text, percent);
-    Send();
+void CProgressReporter::SendPercent(std::string_view key, long long percent) {
+    // Some files send one for every value.
+    char text[48];
+    char* const end = std::to_chars(text + key.copy(text, key.size()), text + sizeof text - 1, percent).ptr;
+    *end = '\0';
+    Send(text);
 }
 
-void CProgressReporter::Send() {
-    m_window.SendMessage(WM_PROGRESS_TEXT, 0, TextParameter(m_text.c_str()));
+void CProgressReporter::Send(char const* text) {
+    m_window.SendMessage(WM_PROGRESS_TEXT, 0, TextParameter(text));
 }
 
 }  // namespace norva

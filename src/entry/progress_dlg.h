@@ -37,10 +37,10 @@ public:
     explicit CProgressReporter(CProgressDlg& window) : m_window(window) {}
 
     void FilePercent(long long percent) {
-        if (percent != m_file) SendPercent("FilePercent", m_file = percent);
+        if (percent != m_file) SendPercent("FilePercent ", m_file = percent);
     }
     void ChannelPercent(long long percent) {
-        if (percent != m_channel) SendPercent("ChannelPercent", m_channel = percent);
+        if (percent != m_channel) SendPercent("ChannelPercent ", m_channel = percent);
     }
     void ChannelName(std::string_view name);
     /// To be called for every row of a long stretch without a percentage.
@@ -52,8 +52,9 @@ public:
 private:
     static constexpr unsigned kRowsATurn = 16384;
 
-    void SendPercent(char const* key, long long percent);
-    void Send();
+    /// `key` ends with its blank.
+    void SendPercent(std::string_view key, long long percent);
+    void Send(char const* text);
 
     CProgressDlg& m_window;
     long long m_file = INT64_MIN;
