@@ -124,8 +124,14 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                     "Column (1-based number or name) whose changes start a new line")
         ->group(text);
     command
-        .add_option("--delimiters", options.delimiters,
-                    "Characters that separate the names of the header line, e.g. ';' or ',\\t'")
+        .add_option_function<std::string>(
+            "--delimiters",
+            [&options](std::string const& text) {
+                options.delimiters = text;
+                std::size_t const tab = text.find("\\t");  // a tab is hard to type
+                if (tab != std::string::npos) options.delimiters.replace(tab, 2, "\t");
+            },
+            "Characters that separate the names of the header line, e.g. ';' or ',\\t'")
         ->group(text);
     command
         .add_option_function<std::vector<std::string>>(

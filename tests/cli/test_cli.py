@@ -59,6 +59,13 @@ class Import(Case):
                       for store in ("s.nvt", "c.nvt")]
             self.assertEqual(values[0], values[1], name)
 
+    def test_header_delimiters(self):
+        (self.folder / "t.txt").write_text("/East m\tNorth m\tMag (nT)\n1 2 3\n")
+        self.norva("import", "t.txt", "--header-line", 1, "--delimiters", "\\t", "--quiet")
+        channels = json.loads(self.norva("info", "t.nvt", "--json").stdout)["channels"]
+        self.assertEqual([(channel["name"], channel["units"]) for channel in channels],
+                         [("East m", ""), ("North m", ""), ("Mag", "nT")])
+
     def test_refusals_name_what_and_why_and_leave_nothing(self):
         (self.folder / "empty.xyz").touch()
         (self.folder / "old.nvt").write_text("old")
