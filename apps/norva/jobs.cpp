@@ -109,7 +109,9 @@ std::string StoreSummary(std::string const& store) {
 }
 
 std::string WrittenPath(std::string const& path) {
-    return FullPathOf(path).find('.') == std::string::npos ? path + ".nvt" : path;
+    std::error_code error;
+    bool const isWhole = std::filesystem::is_directory(path, error) || FullPathOf(path).find('.') != std::string::npos;
+    return isWhole ? path : path + ".nvt";
 }
 
 void RequireFree(std::string const& path, bool force) {

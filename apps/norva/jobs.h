@@ -20,7 +20,8 @@ void RunExport(std::string const& store, std::string const& output, ExportOption
 /// "5 lines, 10 channels, 296 locations" of a store file.
 std::string StoreSummary(std::string const& store);
 
-/// The path that the library writes: a name without any dot gets the extension of a store.
+/// The path that the library writes: a name without any dot gets the extension of a store. A folder stays as it is, to
+/// be refused.
 std::string WrittenPath(std::string const& path);
 
 /// Throws CommandError when `path` exists and may not be replaced, or is a folder.

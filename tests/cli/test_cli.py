@@ -68,6 +68,7 @@ class Import(Case):
 
     def test_refusals_name_what_and_why_and_leave_nothing(self):
         (self.folder / "empty.xyz").touch()
+        (self.folder / "folder").mkdir()
         (self.folder / "old.nvt").write_text("old")
         (self.folder / "utf16.csv").write_bytes("Line,X\r\nL1,2\r\n".encode("utf-16"))
         cases = [
@@ -75,6 +76,7 @@ class Import(Case):
             (["empty.xyz", "-o", "n.nvt"], 1, "empty"),
             ([str(self.folder), "-o", "n.nvt"], 1, "directory"),
             ([XYZ, "-o", "old.nvt"], 1, "--force"),
+            ([XYZ, "-o", "folder"], 1, "is a folder"),
             ([XYZ, "-o", "old"], 1, "old.nvt"),  # what a name without a dot comes to
             ([XYZ, "-o", "no/such/folder/n.nvt"], 1, "No such file"),
             ([XYZ, "-o", "n.nvt", "--column", "Depth:type=double"], 1, "Depth"),
