@@ -74,26 +74,6 @@ TEST(Toolkit, IsOfTheThreadAndNobodyAgreesWithoutOne) {
     EXPECT_EQ(SetToolkit(nullptr), &toolkit);
 }
 
-TEST(Messages, CarryTheirCaptionButtonsAndIcon) {
-    ListeningToolkit toolkit;
-    SetToolkit(&toolkit);
-    ClearLastErrorText();
-    ShowMessage("File could not be open");
-    EXPECT_EQ(toolkit.message.caption, "Norva Exchange");
-    EXPECT_EQ(toolkit.message.buttons, MessageButtons::Ok);
-    EXPECT_EQ(toolkit.message.icon, MessageIcon::Exclamation);
-    EXPECT_EQ(GetLastErrorText(), "File could not be open");
-    AskYesNo("Sure?");
-    EXPECT_EQ(toolkit.message.text, "Sure?");
-    EXPECT_EQ(toolkit.message.buttons, MessageButtons::YesNo);
-    EXPECT_EQ(toolkit.message.icon, MessageIcon::Question);
-    ShowSystemError(ENOENT);
-    EXPECT_EQ(toolkit.message.text, SystemErrorText(ENOENT));
-    EXPECT_EQ(toolkit.message.caption, "Error");
-    EXPECT_EQ(toolkit.message.icon, MessageIcon::Information);
-    SetToolkit(nullptr);
-}
-
 TEST(Messages, HelpCursorAndNoticesReachTheirReceivers) {
     ListeningToolkit toolkit;
     SetToolkit(&toolkit);

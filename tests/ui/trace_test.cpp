@@ -1,7 +1,7 @@
 #include "norva/trace.h"
 
+#include "norva/toolkit.h"
 #include "ui/json_text.h"
-#include "ui/test_dialog.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -58,76 +58,6 @@ TEST(JsonText, NumbersReadBackTheSame) {
     AppendJsonNumber(out, std::nan(""));
     AppendJsonNumber(out, -std::numeric_limits<double>::infinity());
     EXPECT_EQ(out, "nullnull");
-}
-
-/// The control of that number as the trace writes it, from its kind on.
-std::string Traced(TestDialog const& dialog, int id) {
-    std::string line;
-    CTrace trace([&](std::string_view text) { line = text; });
-    trace.DialogOpened(dialog);
-    // Ordered, so that the order of the fields shows.
-    nlohmann::ordered_json const event = nlohmann::ordered_json::parse(line);
-    for (auto const& control : event.at("controls")) {
-        std::string const text = control.dump();
-        std::string const head = "{\"id\":" + std::to_string(id) + ",\"label\":" + control.at("label").dump() + ",";
-        if (text.starts_with(head)) return text.substr(head.size());
-    }
-    return "";
-}
-
-TEST(Trace, ShowsEveryKindOfControl) {
-    TestDialog channels(4003);
-    channels.SetColumns(5001, {"Ch1", "Ch2"});
-    channels.SetRows(5001, {{"1", "2"}, {"3"}});
-    channels.SetItems(4018, {"/ header"});
-    channels.SetItems(4063, {"0", "1"});
-    channels.SetItems(4073, {"0", "1"});
-    channels.SelectRow(4073, 1);
-    channels.CheckRadio(4019, 4019);
-    channels.Enable(4025, false);
-    TestDialog const binary(4004);
-    TestDialog const progress(4053);
-    TestDialog gbn(4059);
-    gbn.SetRows(5003, {{"", "1", "L10", "5"}, {"", "2", "L20", "7"}});
-    gbn.Change(5003).ticks[1] = true;
-    gbn.SelectAllRows(5003);
-    struct Case {
-        TestDialog const& dialog;
-        int id;
-        std::string state;
-    };
-    std::string const usual = R"("enabled":true,"visible":true)";
-    for (Case const& c : std::vector<Case>{
-             {channels, 5000, R"("kind":"static",)" + usual + R"(,"text":"rows"})"},
-             {channels, 4061, R"("kind":"edit",)" + usual + R"(,"text":""})"},
-             {channels, 2, R"("kind":"button",)" + usual + "}"},
-             {gbn, 5006, R"("kind":"group",)" + usual + "}"},
-             {channels, 4025, R"("kind":"check","enabled":false,"visible":true,"checked":false})"},
-             {channels, 4019, R"("kind":"radio",)" + usual + R"(,"checked":true})"},
-             {channels, 4063, R"("kind":"combo",)" + usual + R"(,"items":["0","1"],"selected":[],"text":""})"},
-             {channels, 4073, R"("kind":"combo",)" + usual + R"(,"items":["0","1"],"selected":[1],"text":"1"})"},
-             {channels, 4018, R"("kind":"list",)" + usual + R"(,"items":["/ header"],"selected":[]})"},
-             {gbn, 5002,
-              R"("kind":"list",)" + usual +
-                  R"(,"columns":["Exp","N","Name","Units","Data Format"],)"
-                  R"("rows":[],"selected":[],"ticks":[]})"},
-             {gbn, 5003,
-              R"("kind":"list",)" + usual +
-                  R"(,"columns":["Exp","N","Name","NumLoc"],"rows":)"
-                  R"([["","1","L10","5"],["","2","L20","7"]],"selected":[0,1],"ticks":[false,true]})"},
-             {binary, 5004,
-              R"("kind":"list",)" + usual +
-                  R"(,"columns":["N","Name","Units",)"
-                  R"("Data Format"],"rows":[],"selected":[]})"},
-             {channels, 5001,
-              R"("kind":"grid",)" + usual +
-                  R"(,"columns":["Ch1","Ch2"],"rows":[["1","2"],["3"]],)"
-                  R"("column":null})"},
-             {progress, 4055, R"("kind":"progress",)" + usual + R"(,"position":0})"}}) {
-        EXPECT_EQ(Traced(c.dialog, c.id), c.state) << c.id;
-    }
-    channels.Change(5001).column = 1;
-    EXPECT_TRUE(Traced(channels, 5001).ends_with(R"("column":1})"));
 }
 
 TEST(Trace, WritesOneLineAnEvent) {
