@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <optional>
 
 namespace norva {
@@ -292,21 +291,6 @@ TEST_F(ScriptTest, DefaultsAnswerWhatTheNextAnswerDoesNotFit) {
     refuses.staysOpen = true;
     EXPECT_EQ(refuses.DoModal(), kButtonCancel) << "accepting did not close it";
     EXPECT_EQ(Failure().substr(0, Failure().find('\n')), "still open after the last action");
-}
-
-TEST_F(ScriptTest, FileDialogsGiveFullPathsAndTheReportedExtension) {
-    std::string const here = std::filesystem::current_path().string();
-    Script(R"([{"open": "in/a.txt"}, {"open": null}, {"save": "out", "extension": "gbn"}, {"save": "/x/out.dat"}])");
-    std::string path;
-    std::string extension;
-    EXPECT_TRUE(m_toolkit->ChooseFileToOpen({}, path));
-    EXPECT_EQ(path, here + "/in/a.txt");
-    EXPECT_FALSE(m_toolkit->ChooseFileToOpen({}, path));
-    EXPECT_TRUE(m_toolkit->ChooseFileToSave({}, path, extension));
-    EXPECT_EQ(path + " " + extension, here + "/out gbn");
-    EXPECT_TRUE(m_toolkit->ChooseFileToSave({}, path, extension));
-    EXPECT_EQ(path + " " + extension, "/x/out.dat dat");
-    EXPECT_EQ(Failure(), "");
 }
 
 TEST_F(ScriptTest, ADialogThatEndsBeforeItShowsTakesNoAnswer) {
