@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <numeric>
 
 namespace norva {
 
@@ -45,6 +46,21 @@ void TickOnly(CDialogHand& hand, std::string const& report, std::vector<std::str
     for (std::size_t i = 0; i < keep.size(); ++i) hand.Tick(report, static_cast<int>(i), keep[i]);
 }
 
+/// Moves the wanted entries of a list, counted from `first`, by a button that takes what is highlighted.
+void MoveEntries(CDialogHand& hand, int list, int button, std::vector<std::string> const& wanted, int first,
+                 std::string const& what) {
+    std::vector<std::string> const names = hand.Control(list).items;
+    std::vector<int> left(names.size());
+    std::iota(left.begin(), left.end(), 0);
+    for (std::string const& name : wanted) {
+        auto const row = std::find(left.begin(), left.end(), FindNamed(names, name, first, what));
+        if (row == left.end()) throw CommandError(what + " '" + name + "' is named twice");
+        hand.SelectRow(list, static_cast<int>(row - left.begin()));
+        hand.Click(button);
+        left.erase(row);
+    }
+}
+
 }  // namespace
 
 void ChooseGbnContents(CDialogHand& hand, ImportOptions const& options) {
@@ -84,8 +100,8 @@ void SetRecordLayout(CDialogHand& hand, ImportOptions const& options, std::strin
     std::error_code error;
     std::uintmax_t const length = std::filesystem::file_size(inputPath, error);
     if (!error && size != 0 && length % size != 0 && !options.records) {
-        throw CommandError(std::to_string(length) + " bytes are no whole number of records of " +
-                           std::to_string(size) + " bytes (" + std::to_string(length / size) + " records and " +
+        throw CommandError(std::to_string(length) + " bytes are no whole number of records of " + std::to_string(size) +
+                           " bytes (" + std::to_string(length / size) + " records and " +
                            std::to_string(length % size) + " bytes more); give --records to import it all the same");
     }
     hand.Set("Number of Channels in a record:", std::to_string(options.record.size()));
@@ -123,10 +139,7 @@ void ChooseDumpColumns(CDialogHand& hand, ImportOptions const& options) {
             hand.SelectRow(kToImport, 0);
             hand.Click(kRemove);
         }
-        for (std::string const& title : options.dumpColumns) {
-            hand.SelectRow(kInFile, FindNamed(hand.Control(kInFile).items, title, 1, "column"));
-            hand.Click(kAdd);
-        }
+        MoveEntries(hand, kInFile, kAdd, options.dumpColumns, 1, "column");
     }
     if (!options.dateFormat.empty()) {
         hand.Choose(4080, FindNamed(hand.Control(4080).items, options.dateFormat, 0, "date format"));
@@ -144,18 +157,8 @@ void ChooseExport(CDialogHand& hand, ExportOptions const& options) {
                                 std::string const& what) {
         if (wanted.empty()) {
             hand.Click(all);
-            return;
-        }
-        std::vector<std::string> const names = hand.Control(existing).items;
-        std::vector<int> left(names.size());
-        for (std::size_t i = 0; i < left.size(); ++i) left[i] = static_cast<int>(i);
-        for (std::string const& name : wanted) {
-            int const position = FindNamed(names, name, 0, what);
-            auto const row = std::find(left.begin(), left.end(), position);
-            if (row == left.end()) throw CommandError(what + " '" + name + "' is named twice");
-            hand.SelectRow(existing, static_cast<int>(row - left.begin()));
-            hand.Click(one);
-            left.erase(row);
+        } else {
+            MoveEntries(hand, existing, one, wanted, 0, what);
         }
     };
     choose(4005, 4008, 4007, options.lines, "line");
