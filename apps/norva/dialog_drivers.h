@@ -28,7 +28,8 @@ struct ExportOptions {
 
 void ChooseExport(CDialogHand& hand, ExportOptions const& options);
 
-/// Position of a name, or of a number counted from `first`, in a list; throws CommandError when there is none.
+/// Position of a name (in any case when there is none in its own), or of a number counted from `first`, in a list; throws
+/// CommandError when there is none.
 int FindNamed(std::vector<std::string> const& names, std::string const& wanted, int first, std::string const& what);
 
 }  // namespace norva

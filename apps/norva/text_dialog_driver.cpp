@@ -75,8 +75,12 @@ void SetColumn(CDialogHand& hand, ColumnOption const& option) {
 }  // namespace
 
 int FindNamed(std::vector<std::string> const& names, std::string const& wanted, int first, std::string const& what) {
-    auto const exact = std::find(names.begin(), names.end(), wanted);
-    if (exact != names.end()) return static_cast<int>(exact - names.begin());
+    auto found = std::find(names.begin(), names.end(), wanted);
+    if (found == names.end()) {
+        found = std::find_if(names.begin(), names.end(),
+                             [&wanted](std::string const& name) { return EqualIgnoringCase(name, wanted); });
+    }
+    if (found != names.end()) return static_cast<int>(found - names.begin());
     int number = 0;
     auto const [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);
     if (error == std::errc{} && end == wanted.data() + wanted.size() && number >= first &&

@@ -99,7 +99,7 @@ class Import(Case):
 
     def test_samples_are_described_and_imported(self):
         record = ["--record", "Seconds:double:s,Mag:float>double:nT,Quality:int16"]
-        dump = ["--columns", "2,10", "--date-format", "YY/MM/DD", "--time-format", "HH:MM:SS", "--no-sort"]
+        dump = ["--columns", "GRAV.,10", "--date-format", "YY/MM/DD", "--time-format", "HH:MM:SS", "--no-sort"]
         for name, count, options, lines, channels in (
                 ("cg3.dmp", ("readings", 32), dump, ["100.", "150."], ["Grav.", "Time", "Date"]),
                 ("ipr12.dmp", ("readings", 48), ["--column", "1:name=Line"], ["100N", "150N"], ["Line", "Ch2"]),
