@@ -280,7 +280,7 @@ Script ParseScript(std::string const& text, std::map<std::string, std::string> c
     Json json;
     try {
         json = Json::parse(text);
-    } catch (Json::parse_error const& error) {
+    } catch (Json::exception const& error) {  // numbers too large for a double, too
         throw std::runtime_error(std::string("is no JSON: ") + error.what());
     }
     ReplaceAll(json, settings);

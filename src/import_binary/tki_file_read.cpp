@@ -64,6 +64,8 @@ int CTkiFileRead::LoadFile(CNorvaFileUtil* store, CWindow* window) {
 int CTkiFileRead::ReadContents() {
     bool const isRead = !m_tkiPath.empty() && GetTkiDataChannels() > 0 && GetMaxInterpRecords() > 0 &&
                         GetProfiles() != 0 && !m_profiles.empty();
+    if (!isRead)
+        SetLastErrorText("Couldn't read the file : " + m_tkiPath + "\nit describes no channels or has no records");
     return isRead ? 1 : 0;
 }
 
