@@ -37,8 +37,8 @@ public:
 class NORVA_API CUAC {
 public:
     static bool IsVistaOrLater();
-    /// A private folder of this process below the temporary directory, ending in a separator; created when first
-    /// asked for, removed at exit. 0 when it cannot be had.
+    /// A private folder of this thread below the temporary directory, ending in a separator; created when first
+    /// asked for, removed when the thread ends. 0 when it cannot be had.
     static int GetUserNorvaToolTempDirectory(std::string& directory);
     /// Save dialog. Sets `path` and `extension` (without its dot) when the user confirmed.
     static int BrowseFileToSaveGetExt(unsigned flags, std::string const& filter, std::string& path,

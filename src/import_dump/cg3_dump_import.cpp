@@ -91,12 +91,14 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
     m_store->CloseCurFile();
     m_file.Close();
     progress.DestroyWindow();
+    std::string const reason = GetLastErrorText();
     bool const sorts = dialog.SortByTime() != 0 && m_timeChannel >= 0;
     if (sorts && m_store->SetFileName(storePath, kReopenStore, nullptr) != 0) {
         // With nothing written this is an older store, which stays as it was.
         if (created) m_store->SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1);
         m_store->CloseCurFile();
     }
+    if (!created) SetLastErrorText(reason);  // which opening a store has cleared
     return created ? 1 : 0;
 }
 

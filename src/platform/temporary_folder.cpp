@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <mutex>
 #include <system_error>
 
 #include <sys/types.h>
@@ -27,7 +26,6 @@ public:
     }
 
     bool Get(std::string& folder) {
-        std::lock_guard const lock(m_mutex);
         bool const stands = m_creator == ::getpid() && IsFolder(m_path);
         std::string made = stands ? m_path : Pattern();
         int error = InjectedFault(FaultPoint::Open, made);
@@ -51,12 +49,11 @@ private:
         return base + (base.ends_with('/') ? "" : "/") + "norva-XXXXXX";
     }
 
-    std::mutex m_mutex;
     std::string m_path;
     pid_t m_creator = -1;
 };
 
-CTemporaryFolder temporaryFolder;
+thread_local CTemporaryFolder temporaryFolder;
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include <new>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace norva {
 
@@ -22,6 +23,18 @@ std::size_t FilesToKeepOpen() {
     rlimit limit{};
     std::size_t const allowed = getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 0;
     return std::min<std::size_t>(allowed / 4, 256);
+}
+
+constexpr int kAttempts = 100;
+
+bool IsRemoved(std::string const& path) {
+    int const error = RemoveFile(path);
+    return error == 0 || error == ENOENT;
+}
+
+ino_t InodeOf(CFile const& file) {
+    struct stat status {};
+    return ::fstat(file.Descriptor(), &status) == 0 ? status.st_ino : 0;
 }
 
 }  // namespace
@@ -41,8 +54,30 @@ bool CColumnFiles::Fail(Column const& column, int error) {
 void CColumnFiles::RemoveColumn(Column& column) {
     if (m_wideColumn == &column) m_wideColumn = nullptr;
     if (column.file.IsOpen()) column.file.Close();
-    if (!column.path.empty()) RemoveFile(column.path);
+    if (column.isNamed) RemoveFile(column.path);
     column = Column();
+}
+
+/// Always a file of its own: one that stands there may be another import's at this moment.
+bool CColumnFiles::CreateFile(Column& column, std::string const& path) {
+    CFile& file = column.file;
+    bool isOpen = file.Open(path, CFile::Mode::CreateNew);
+    for (int attempt = 0; !isOpen && attempt < kAttempts; ++attempt) {
+        // An older file is taken away only if it could have been truncated as well; another import may be quicker.
+        bool const isOlder = file.Error() == EEXIST && file.Open(path, CFile::Mode::Update);
+        if (!isOlder && file.Error() != ENOENT) return false;
+        if (isOlder && !IsRemoved(path)) break;
+        isOpen = file.Open(path, CFile::Mode::CreateNew);
+    }
+    return isOpen || file.Open(path, CFile::Mode::CreateReadWrite);
+}
+
+/// Opens a file that was closed meanwhile; 0 or the error number.
+int CColumnFiles::Reopen(Column& column, CFile::Mode mode) {
+    if (!column.file.Open(column.path, mode)) return column.file.Error();
+    if (InodeOf(column.file) == column.inode) return 0;
+    column.file.Close();
+    return ESTALE;
 }
 
 bool CColumnFiles::Create(std::string const& base, int count, std::string const& inputPath) {
@@ -54,11 +89,13 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
     m_failed = false;
     for (std::size_t at = 0; at < m_columns.size(); ++at) {
         Column& column = m_columns[at];
-        std::string const path = base + "." + std::to_string(at);
+        // From the moment that the file stands nothing may fail before the destructor knows of it.
+        column.path = base + "." + std::to_string(at);
+        std::string const& path = column.path;
         std::string reason;
         if (path == inputPath || IsSameFile(path, inputPath)) {
             reason = "it is the input file itself";
-        } else if (!column.file.Open(path, CFile::Mode::CreateReadWrite)) {
+        } else if (column.isNamed = CreateFile(column, path); !column.isNamed) {
             reason = SystemErrorText(column.file.Error());
         }
         if (!reason.empty()) {
@@ -67,7 +104,10 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
             m_columns.clear();
             return false;
         }
-        column.path = path;
+        // A file that stays open needs no name: so no other import takes it for its own, and none is left by a process
+        // that is killed.
+        column.inode = InodeOf(column.file);
+        column.isNamed = at >= m_openFiles || !IsRemoved(path);
         if (at >= m_openFiles) column.file.Close();
     }
     return true;
@@ -77,9 +117,8 @@ bool CColumnFiles::WriteColumn(Column& column, char const* data, std::size_t siz
     if (m_failed) return false;
     if (size == 0) return true;
     bool const wasOpen = column.file.IsOpen();
-    if (!wasOpen && !(column.file.Open(column.path, CFile::Mode::Update) && column.file.Seek(column.written))) {
-        return Fail(column, column.file.Error());
-    }
+    if (int const error = wasOpen ? 0 : Reopen(column, CFile::Mode::Update)) return Fail(column, error);
+    if (!wasOpen && !column.file.Seek(column.written)) return Fail(column, column.file.Error());
     if (!column.file.Write(data, size)) return Fail(column, column.file.Error());
     if (!wasOpen && !column.file.Close()) return Fail(column, column.file.Error());
     column.written += size;
@@ -139,11 +178,12 @@ bool CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::siz
     if (!FlushWide() || !FlushColumn(from)) return false;
     bool const wasOpen = from.file.IsOpen();
     std::size_t got = 0;
-    bool const isRead = (wasOpen || from.file.Open(from.path, CFile::Mode::Read)) &&
-                        from.file.ReadAt(offset, buffer, count, got) && got == count;
+    int error = wasOpen ? 0 : Reopen(from, CFile::Mode::Read);
+    if (error == 0 && !from.file.ReadAt(offset, buffer, count, got)) error = from.file.Error();
+    bool const isRead = error == 0 && got == count;
     if (!isRead) {
         SetLastErrorText("Couldn't read the file : " + from.path + "\n" +
-                         (from.file.Error() != 0 ? SystemErrorText(from.file.Error()) : "it was cut short"));
+                         (error != 0 ? SystemErrorText(error) : "it was cut short"));
     }
     if (!wasOpen) from.file.Close();
     return isRead;

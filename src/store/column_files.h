@@ -9,11 +9,14 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace norva {
 
 /// The temporary files of one import, "%s.%d" of a base path and the column's index: created together, filled through
-/// a buffer each, handed to the store column by column, and removed on every way out. A name that is the input
-/// file's own counts as one that cannot be created, and so does one that exists as a folder.
+/// a buffer each, handed to the store column by column, and removed on every way out. Imports that use the same names
+/// at the same time do not see each other's files. A name that is the input file's own counts as one that cannot be
+/// created, and so does one that exists as a folder.
 class CColumnFiles {
 public:
     CColumnFiles() = default;
@@ -57,9 +60,13 @@ private:
         std::unique_ptr<char[]> buffer;
         std::uint64_t written = 0;  ///< bytes in the file
         CFile file;
-        std::string path;  ///< empty once removed
+        std::string path;
+        ino_t inode = 0;
+        bool isNamed = false;  ///< the file still has its name
     };
 
+    static bool CreateFile(Column& column, std::string const& path);
+    static int Reopen(Column& column, CFile::Mode mode);
     char* AppendSlowly(Column& column, std::size_t size);
     bool FlushColumn(Column& column);
     bool FlushWide();

@@ -49,7 +49,7 @@ TEST(ColumnFiles, ManyColumnsOfAnyWidthComeBackWithFewDescriptors) {
     CFewDescriptors few;
     CColumnFiles files;
     ASSERT_TRUE(files.Create(folder / "c", kColumns, folder / "input.xyz")) << GetLastErrorText();
-    EXPECT_EQ(folder.Count(), std::size_t{kColumns});
+    EXPECT_EQ(folder.Count(), std::size_t{kColumns - 16}) << "those that stay open need no name";
     std::vector<std::string> expected(kColumns);
     // From one byte to more than a column's buffer holds, wide and narrow values by turns in one column.
     std::size_t const widths[] = {1, 8, 700, 0, CColumnFiles::kBufferSize, 2, 30'000};
