@@ -12,59 +12,6 @@ constexpr int kFileBar = 4055;  // of the progress window
 
 }  // namespace
 
-CControl const& CDialogHand::Control(ControlName const& name) const {
-    std::string why;
-    CControl const* const control = ResolveControl(m_dialog, name, why);
-    if (control == nullptr) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
-    return *control;
-}
-
-void CDialogHand::Do(ScriptAction const& action) {
-    std::vector<DialogEvent> events;
-    std::string why;
-    std::size_t const said = m_messages.size();
-    bool done = EventsOf(m_dialog, action, events, why);
-    for (std::size_t i = 0; done && i < events.size(); ++i) done = m_dialog.Perform(events[i], why);
-    if (!done) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
-    if (m_messages.size() > said) throw CommandError(m_messages.back());
-}
-
-void CDialogHand::Click(ControlName const& control) {
-    Do({.kind = ScriptAction::Kind::Click, .control = control});
-}
-
-void CDialogHand::Check(ControlName const& control, bool on) {
-    if (Control(control).checked != on) Click(control);
-}
-
-void CDialogHand::Set(ControlName const& control, std::string const& text) {
-    Do({.kind = ScriptAction::Kind::Set, .control = control, .value = text});
-}
-
-void CDialogHand::Choose(ControlName const& control, int index) {
-    Do({.kind = ScriptAction::Kind::Set, .control = control, .value = index});
-}
-
-void CDialogHand::SelectRow(ControlName const& control, int row) {
-    Do({.kind = ScriptAction::Kind::SelectRow, .control = control, .row = row});
-}
-
-void CDialogHand::SelectColumn(ControlName const& control, int column) {
-    Do({.kind = ScriptAction::Kind::SelectColumn, .control = control, .column = column});
-}
-
-void CDialogHand::DoubleClick(ControlName const& control, int row) {
-    Do({.kind = ScriptAction::Kind::DoubleClick, .control = control, .row = row});
-}
-
-void CDialogHand::EditCell(ControlName const& control, int row, int column, std::string const& text) {
-    Do({.kind = ScriptAction::Kind::EditCell, .control = control, .row = row, .column = column, .value = text});
-}
-
-void CDialogHand::Tick(ControlName const& control, int row, bool on) {
-    Do({.kind = ScriptAction::Kind::Tick, .control = control, .row = row, .on = on});
-}
-
 int CCommandToolkit::RunModal(CDialog& dialog) {
     dialog.Open();
     if (dialog.IsEnded()) return dialog.Result();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/dialog_hand.h"
 #include "norva/console.h"
 #include "norva/scripted_toolkit.h"
 
@@ -9,33 +10,6 @@
 #include <vector>
 
 namespace norva {
-
-/// What a command does to one dialog that is open: the acts of a person, refused as a person's would be.
-class CDialogHand {
-public:
-    /// `messages` receives what the library says; a message in answer to an act means that the act was refused.
-    CDialogHand(CDialog& dialog, std::vector<std::string> const& messages) : m_dialog(dialog), m_messages(messages) {}
-
-    CDialog const& Dialog() const { return m_dialog; }
-    CControl const& Control(ControlName const& name) const;
-
-    void Click(ControlName const& control);
-    /// Sets a check box only when it stands otherwise.
-    void Check(ControlName const& control, bool on);
-    void Set(ControlName const& control, std::string const& text);
-    void Choose(ControlName const& control, int index);
-    void SelectRow(ControlName const& control, int row);
-    void SelectColumn(ControlName const& control, int column);
-    void DoubleClick(ControlName const& control, int row);
-    void EditCell(ControlName const& control, int row, int column, std::string const& text);
-    void Tick(ControlName const& control, int row, bool on);
-
-private:
-    void Do(ScriptAction const& action);
-
-    CDialog& m_dialog;
-    std::vector<std::string> const& m_messages;
-};
 
 /// Answers the library's windows from the options of a command. What a driver cannot do cancels its dialog and
 /// becomes the command's error.

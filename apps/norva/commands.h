@@ -33,5 +33,6 @@ void AddInfoCommand(CCommands& commands);
 void AddShowCommand(CCommands& commands);
 void AddMarkCommand(CCommands& commands);
 void AddPlayCommand(CCommands& commands);
+void AddTemplateCommand(CCommands& commands);
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command_toolkit.h"
+#include "common/column_template.h"
 #include "import_options.h"
 
 #include <string>
@@ -10,7 +11,8 @@
 namespace norva {
 
 void ChooseFormat(CDialogHand& hand, std::string const& label);
-void SetColumns(CDialogHand& hand, ImportOptions const& options);
+/// `chosen`, unless null, receives what the dialog said when it was accepted.
+void SetColumns(CDialogHand& hand, ImportOptions const& options, ColumnTemplate* chosen);
 void SetDelimiters(CDialogHand& hand, std::string const& delimiters);
 void SetRecordLayout(CDialogHand& hand, ImportOptions const& options, std::string const& inputPath);
 void ChooseGbnContents(CDialogHand& hand, ImportOptions const& options);
@@ -27,9 +29,5 @@ struct ExportOptions {
 };
 
 void ChooseExport(CDialogHand& hand, ExportOptions const& options);
-
-/// Position of a name (in any case when there is none in its own), or of a number counted from `first`, in a list; throws
-/// CommandError when there is none.
-int FindNamed(std::vector<std::string> const& names, std::string const& wanted, int first, std::string const& what);
 
 }  // namespace norva

@@ -85,8 +85,9 @@ int RunConvert(ConvertJob const& job) {
     CScratchFolder const scratch;
     std::vector<std::string> failed;
     for (std::string const& input : inputs) {
-        std::string const output =
-            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension : WrittenPath(target);
+        std::string const output = intoFolder
+                                       ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension
+                                       : WrittenPath(target);
         try {
             ConvertOne(input, output, job, scratch, console);
         } catch (CommandError const& error) {
@@ -142,6 +143,7 @@ void AddImportCommand(CCommands& commands) {
         std::string store;
         bool force = false;
         bool quiet = false;
+        std::string saveTemplate;
         ImportOptions options;
     };
     auto const job = std::make_shared<Job>();
@@ -153,15 +155,27 @@ void AddImportCommand(CCommands& commands) {
             if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
             job->store = WrittenPath(job->store);
             RequireFree(job->store, job->force);
-            RunImport(job->input, job->store, job->options, console);
+            std::string const templatePath = job->saveTemplate.empty() ? "" : TemplatePath(job->saveTemplate);
+            if (!templatePath.empty()) RequireFree(templatePath, job->force);
+            ColumnTemplate chosen;
+            RunImport(job->input, job->store, job->options, console, &chosen);
             console.Say(job->store + ": " + StoreSummary(job->store));
+            if (!templatePath.empty()) {
+                if (chosen.columns.empty()) throw CommandError(templatePath + ": this format has no column template");
+                WriteTemplate(templatePath, chosen);
+                console.Say(templatePath + ": written");
+            }
             return kExitDone;
         });
     command.add_option("INPUT", job->input, "File to import")->required();
     command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
-    command.add_flag("--force", job->force, "Replace an existing store");
+    command.add_flag("--force", job->force, "Replace an existing store or template");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong");
     AddImportOptions(command, job->options);
+    command
+        .add_option("--save-template", job->saveTemplate,
+                    "Keep the choices for the columns as a template (a name or a .json file)")
+        ->group("Column text");
 }
 
 void AddExportCommand(CCommands& commands) {

@@ -111,6 +111,10 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                        "Format as 'norva formats' names it (default: recognised from the file)");
 
     std::string const text = "Column text";
+    command
+        .add_option("--template", options.columnTemplate,
+                    "Column template (a name, see 'norva template', or a .json file); the other options come after it")
+        ->group(text);
     command.add_option("--skip", options.skip, "Rows to skip at the top (non-empty lines)")
         ->check(CLI::NonNegativeNumber)
         ->group(text);

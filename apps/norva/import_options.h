@@ -30,6 +30,7 @@ struct RecordField {
 struct ImportOptions {
     std::string format;  ///< label in the format list; empty: recognised
     // Column text.
+    std::string columnTemplate;  ///< name or path; applied before the other options
     std::optional<int> skip{};
     std::optional<int> headerLine{};
     std::string labelColumn;

@@ -36,13 +36,14 @@ std::string FormatOf(std::string const& input, ImportOptions const& options, CCo
 
 }  // namespace
 
-void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console) {
+void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
+               ColumnTemplate* chosen) {
     CCommandToolkit toolkit(console);
     std::string const format = FormatOf(input, options, console);
     toolkit.SetOpenPath(FullPathOf(input));
     toolkit.SetSavePath(FullPathOf(store));
     toolkit.OnDialog(4063, [&](CDialogHand& hand) { ChooseFormat(hand, format); });
-    toolkit.OnDialog(4003, [&](CDialogHand& hand) { SetColumns(hand, options); });
+    toolkit.OnDialog(4003, [&](CDialogHand& hand) { SetColumns(hand, options, chosen); });
     toolkit.OnDialog(4060, [&](CDialogHand& hand) { SetDelimiters(hand, options.delimiters); });
     toolkit.OnDialog(4004, [&](CDialogHand& hand) { SetRecordLayout(hand, options, input); });
     toolkit.OnDialog(4059, [&](CDialogHand& hand) { ChooseGbnContents(hand, options); });

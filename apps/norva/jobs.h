@@ -11,8 +11,10 @@ namespace norva {
 /// Level of the format list that offers every format once.
 inline constexpr int kHighestLevel = 1;
 
-/// Imports `input` into a new store through the library's own dialogs; throws CommandError.
-void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console);
+/// Imports `input` into a new store through the library's own dialogs; throws CommandError. `chosen`, unless null,
+/// receives the choices of the column dialog; it has no columns when there was none.
+void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
+               ColumnTemplate* chosen = nullptr);
 
 /// Exports the store file to `output`, whose extension names the type; throws CommandError.
 void RunExport(std::string const& store, std::string const& output, ExportOptions const& options, CConsole& console);

@@ -1,4 +1,6 @@
+#include "common/column_template.h"
 #include "common/command_error.h"
+#include "common/set_channels_dialog.h"
 #include "dialog_drivers.h"
 
 #include <algorithm>
@@ -10,26 +12,7 @@ namespace norva {
 
 namespace {
 
-// Controls of "Import: Set Channels".
-constexpr int kHeaderList = 4018;
-constexpr int kSkipCombo = 4073;
-constexpr int kDelimiters = 4047;
-constexpr int kLabelCheck = 4025;
-constexpr int kWidthEdit = 4061;
-constexpr int kDateCombo = 4063;
-constexpr int kTimeCombo = 4065;
-char const* const kGrid = "Data Preview";
-
-std::map<std::string, int> const kTypeRadios = {
-    {"text", 4019}, {"float", 4020}, {"double", 4021},     {"short", 4022}, {"long", 4023},
-    {"date", 4062}, {"time", 4064},  {"geographic", 4083}, {"skip", 4024},
-};
-
-bool EqualIgnoringCase(std::string_view first, std::string_view second) {
-    return std::equal(first.begin(), first.end(), second.begin(), second.end(), [](char a, char b) {
-        return std::toupper(static_cast<unsigned char>(a)) == std::toupper(static_cast<unsigned char>(b));
-    });
-}
+using namespace set_channels;
 
 std::string_view WithoutUnits(std::string_view title) {
     std::string_view name = title.substr(0, title.find_first_of(":("));
@@ -59,44 +42,20 @@ void ChooseTemplate(CDialogHand& hand, int combo, std::string const& wanted) {
 
 void SetColumn(CDialogHand& hand, ColumnOption const& option) {
     hand.SelectColumn(kGrid, FindColumn(hand, option.column));
-    if (!option.type.empty()) hand.Click(kTypeRadios.at(option.type));
+    if (!option.type.empty()) hand.Click(RadioOf(option.type));
     if (option.width) hand.Set(kWidthEdit, std::to_string(*option.width));
     if (option.dateTemplate) {
-        bool const date = hand.Control(4062).checked;
-        if (!date && !hand.Control(4064).checked) {
+        bool const date = hand.Control(kDateRadio).checked;
+        if (!date && !hand.Control(kTimeRadio).checked) {
             throw CommandError("column " + option.column + ": a template goes with the types date and time");
         }
         ChooseTemplate(hand, date ? kDateCombo : kTimeCombo, *option.dateTemplate);
     }
-    if (option.name) hand.Set("Name:", *option.name);
-    if (option.units) hand.Set("Units:", *option.units);
+    if (option.name) hand.Set(kName, *option.name);
+    if (option.units) hand.Set(kUnits, *option.units);
 }
 
 }  // namespace
-
-int FindNamed(std::vector<std::string> const& names, std::string const& wanted, int first, std::string const& what) {
-    auto found = std::find(names.begin(), names.end(), wanted);
-    if (found == names.end()) {
-        found = std::find_if(names.begin(), names.end(),
-                             [&wanted](std::string const& name) { return EqualIgnoringCase(name, wanted); });
-    }
-    if (found != names.end()) return static_cast<int>(found - names.begin());
-    int number = 0;
-    auto const [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);
-    if (error == std::errc{} && end == wanted.data() + wanted.size() && number >= first &&
-        number - first < static_cast<int>(names.size())) {
-        return number - first;
-    }
-    std::string known;
-    for (std::string const& name : names) {
-        if (known.size() > 200) {
-            known += ", ...";
-            break;
-        }
-        known += (known.empty() ? "" : ", ") + name;
-    }
-    throw CommandError("there is no " + what + " '" + wanted + "' (there are: " + known + ")");
-}
 
 void ChooseFormat(CDialogHand& hand, std::string const& label) {
     hand.SelectRow("Formats", FindNamed(hand.Control("Formats").items, label, 1, "format"));
@@ -116,7 +75,8 @@ void SetDelimiters(CDialogHand& hand, std::string const& delimiters) {
     hand.Click(kButtonOk);
 }
 
-void SetColumns(CDialogHand& hand, ImportOptions const& options) {
+void SetColumns(CDialogHand& hand, ImportOptions const& options, ColumnTemplate* chosen) {
+    if (!options.columnTemplate.empty()) ApplyTemplate(ReadTemplate(TemplatePath(options.columnTemplate)), hand);
     if (options.skip) hand.Set(kSkipCombo, std::to_string(*options.skip));
     if (!options.delimiters.empty()) hand.Click(kDelimiters);
     if (options.headerLine) {
@@ -129,6 +89,7 @@ void SetColumns(CDialogHand& hand, ImportOptions const& options) {
         hand.SelectColumn(kGrid, FindColumn(hand, options.labelColumn));
         hand.Check(kLabelCheck, true);
     }
+    if (chosen != nullptr) *chosen = CaptureTemplate(hand);
     hand.Click(kButtonOk);
 }
 

@@ -136,6 +136,49 @@ class Import(Case):
             self.assertEqual(sorted(path.name for path in self.folder.iterdir()), before, arguments)
 
 
+class Templates(Case):
+    def test_the_choices_made_once_give_the_same_store_again(self):
+        for source, options in (
+            (CSV, ("--header-line", 1, "--label-column", "Line", "--column", "Mag:type=double,units=pT,name=Field")),
+            (XYZ, ("--header-line", 2, "--column", "Date:type=date,template=YYYY/MM/DD", "--column", "Time:type=skip",
+                   "--column", "Remark:type=text,width=9")),
+            (SAMPLES / "seaspy.mag", ("--interpolated", "no", "--column", "3:type=double,units=nT")),
+        ):
+            self.norva("import", source, "-o", "a.nvt", "--force", "--save-template", "t.json", *options)
+            self.norva("import", source, "-o", "b.nvt", "--force", "--template", "t.json", "--interpolated", "no")
+            self.assertEqual((self.folder / "a.nvt").read_bytes(), (self.folder / "b.nvt").read_bytes(), source)
+
+    def test_a_file_that_does_not_fit_is_refused_with_what_differs(self):
+        self.norva("import", CSV, "-o", "a.nvt", "--header-line", 1, "--save-template", "t.json")
+        rows = [line.split(",") for line in CSV.read_text().splitlines()]
+        for change, text in (
+            (lambda: [row[:6] for row in rows], "the rows have 6 columns, not 11"),
+            (lambda: [[cell.replace("Mag", "Grad") for cell in row] for row in rows], "Grad:nT"),
+            (lambda: [row if i != 3 else [*row[:7], "n/a", *row[8:]] for i, row in enumerate(rows)],
+             'row 3, column 8 "Mag" holds "n/a", which is no float'),
+            (lambda: [[cell.replace("2024/06/14", "14/06/2024") for cell in row] for row in rows], "no date like"),
+            (lambda: [["/a"]] * 3 + rows, "1 lines cannot be skipped; the data begin after line 3"),
+        ):
+            (self.folder / "bad.csv").write_text("".join(",".join(row) + "\n" for row in change()))
+            said = self.norva("import", "bad.csv", "--template", "t.json", status=1).stderr
+            self.assertIn(text, said)
+            self.assertFalse((self.folder / "bad.nvt").exists(), text)
+        for text, why in (("{", "parse error"), ("{}", "does not say so"), ('{"norva": "column template", "version": 1}', "skip"),
+                          ('{"norva":"column template","version":1,"skip":0,"columns":[{"type":"x"}]}', 'no type "x"')):
+            (self.folder / "t.json").write_text(text)
+            self.assertIn(why, self.norva("import", CSV, "-o", "n.nvt", "--template", "t.json", status=1).stderr)
+
+    def test_own_templates_are_known_by_name(self):
+        os.environ["XDG_CONFIG_HOME"] = str(self.folder / "config")
+        self.norva("import", CSV, "-o", "a.nvt", "--save-template", "towed")
+        self.norva("import", CSV, "-o", "b.nvt", "--save-template", "towed", status=1)
+        self.assertEqual(self.norva("template", "list").stdout, "towed\n")
+        self.assertIn("yours are: towed",
+                      self.norva("import", CSV, "-o", "b.nvt", "--template", "flown", status=1).stderr)
+        self.norva("template", "remove", "towed")
+        self.norva("template", "show", "towed", status=1)
+
+
 class Export(Case):
     def test_selection_order_and_options(self):
         self.import_xyz()
