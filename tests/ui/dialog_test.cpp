@@ -87,13 +87,6 @@ TEST(Acts, CheckOneRadioButtonOfTheGroupAndActAgain) {
     EXPECT_EQ(dialog.events.size(), 2U);
     dialog.CheckRadio(kReadFloat64, 0);
     EXPECT_EQ(dialog.CheckedRadio(kReadFloat32), 0);
-
-    // Combo boxes and an edit stand between the radio buttons of this one; they are one group all the same.
-    TestDialog channels(4003);
-    channels.CheckRadio(ids::SetChannels::kText, ids::SetChannels::kText);
-    ASSERT_TRUE(channels.Do({.kind = Kind::Click, .control = ids::SetChannels::kSkipColumn}));
-    EXPECT_EQ(channels.CheckedRadio(ids::SetChannels::kText), ids::SetChannels::kSkipColumn);
-    EXPECT_FALSE(channels.Get(ids::SetChannels::kText).checked);
 }
 
 TEST(Acts, ShowInTheControlsBeforeTheDialogReacts) {
