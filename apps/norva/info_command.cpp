@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iomanip>
 #include <iostream>
@@ -75,6 +76,8 @@ bool IsStore(std::string const& path) {
     if (path.ends_with(".nvt") || path.ends_with(".NVT") || path.ends_with(".eet") || path.ends_with(".EET")) {
         return true;
     }
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return false;  // looking into a pipe may take for ever
     constexpr std::string_view start = "PROFILES START";
     std::string bytes(start.size(), ' ');
     return std::ifstream(path, std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(bytes.size())) &&

@@ -21,7 +21,11 @@ FileDescription::Table CAsciiFileImport::DescribeColumns(CAsciiImportDlg& dialog
     dialog.Open();
     dialog.Abandon();
     FileDescription::Table table{"columns", {"name", "type"}, {}};
-    for (NorvaChannelStruct const& column : m_columns) table.rows.push_back({column.name, ValueTypeText(column)});
+    for (NorvaChannelStruct& column : m_columns) {
+        // A column that turned out to hold numbers below its texts has the width of these still.
+        if (column.dataType != DataType::kText) column.arraySize = 1;
+        table.rows.push_back({column.name, ValueTypeText(column)});
+    }
     return table;
 }
 

@@ -53,7 +53,7 @@ TEST(FileDescription, SaysWhatAFileHoldsOrWhyItCannot) {
         DescriptionSettings settings{};
     };
     for (Case const& c : std::vector<Case>{
-             {"a.xyz", "/ X Y Z\nLINE 7\n9.12.01 2.25 *\n3 4 5\n\n6 * 1\nLine: 8\n5 6 -1\n",
+             {"a.xyz", "/ X Y Z\nLINE 7\n9.12.01 2.25 wide\n3 4 5\n\n6 * 1\nLine: 8\n5 6 -1\n",
               "ASCII XYZ; rows=4; columns: Ch1|double, geographic, Ch2|float, Ch3|short; lines: 7|3, 8|1"},
              {"a.csv", "X,Remark,D\r\n1,a b,1/2/1\r\n2,longer one,*",
               "ASCII CSV; rows=2; columns: Ch1|short, Ch2|text of 10 characters, Ch3|double, date; lines: LINE1|2"},
