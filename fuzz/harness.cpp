@@ -34,6 +34,23 @@ public:
     bool hasShown = false;
 };
 
+/// Laws: a description has a value for every column of its tables; a refusal says why.
+void Describe(int (*run)(ImportJob const& job), std::string const& path) {
+    DescriptionSettings settings;
+    settings.format = std::ranges::find(ImportFormats(), run, &ImportFormat::run)->label;
+    settings.record = {{"A", "int16", ""}, {"B", "double", "m"}};
+    FileDescription description;
+    if (DescribeFile(path, settings, description) == 0) {
+        if (GetLastErrorText().empty()) Broken("a description refused in silence");
+        return;
+    }
+    for (FileDescription::Table const& table : description.tables) {
+        for (auto const& row : table.rows) {
+            if (row.size() != table.columns.size()) Broken("a description lacks values");
+        }
+    }
+}
+
 }  // namespace
 
 void Broken(std::string_view law) {
@@ -93,6 +110,7 @@ ScriptAnswer DialogAnswer(int dialog, std::vector<ScriptAction> actions) {
 bool Import(ImportTry const& what, std::string_view bytes) {
     test::CTemporaryFolder const& folder = Folder();
     test::WriteWholeFile(folder / what.fileName, bytes);
+    Describe(what.run, folder / what.fileName);
     CWatchingToolkit toolkit(what.answers);
     CToolkitScope const scope(toolkit);
     ClearLastErrorText();

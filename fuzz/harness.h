@@ -31,8 +31,8 @@ struct ImportTry {
 
 inline constexpr char const* kStoreName = "out.nvt";
 
-/// Imports the bytes into kStoreName; the result is the importer's. Laws: every value of the store can be read and is
-/// what its checksum says; without a store something was shown or said; no other file is left.
+/// Describes the bytes, then imports them into kStoreName; the result is the importer's. Laws: every value of the store
+/// can be read and is what its checksum says; without a store something was shown or said; no other file is left.
 bool Import(ImportTry const& what, std::string_view bytes);
 
 /// Exports all lines and channels of `store` in the folder to `output` there; the result is the exporter's.
