@@ -20,7 +20,10 @@ void CDialogHand::Do(ScriptAction const& action) {
     std::string why;
     std::size_t const said = m_messages.size();
     bool done = EventsOf(m_dialog, action, events, why);
-    for (std::size_t i = 0; done && i < events.size(); ++i) done = m_dialog.Perform(events[i], why);
+    for (std::size_t i = 0; done && i < events.size(); ++i) {
+        if (onEvent) onEvent(events[i]);
+        done = m_dialog.Perform(events[i], why);
+    }
     if (!done) throw CommandError("\"" + m_dialog.Title() + "\": " + why);
     if (m_messages.size() > said) throw CommandError(m_messages.back());
 }

@@ -2,6 +2,7 @@
 
 #include "norva/scripted_toolkit.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,9 @@ public:
     void DoubleClick(ControlName const& control, int row);
     void EditCell(ControlName const& control, int row, int column, std::string const& text);
     void Tick(ControlName const& control, int row, bool on);
+
+    /// Told of every act before the dialog takes it (a recorder).
+    std::function<void(DialogEvent const& event)> onEvent;
 
 private:
     void Do(ScriptAction const& action);

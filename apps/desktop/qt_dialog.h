@@ -22,6 +22,8 @@ public:
     /// Shows every control whose state has changed; closes the window when the dialog has ended.
     void RefreshAll();
     CControlView* View(int control) const;
+    /// Gives a further button of the window a letter of its own.
+    QString WithMnemonic(std::string_view label) { return m_mnemonics.Assign(label); }
 
     /// Told of every act that the dialog took, before it acts on it (a recorder).
     std::function<void(DialogEvent const& event)> onEvent;

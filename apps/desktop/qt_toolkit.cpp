@@ -1,8 +1,10 @@
 #include "qt_toolkit.h"
 
+#include "common/set_channels_dialog.h"
 #include "help_window.h"
 #include "message_window.h"
 #include "norva/scripted_toolkit.h"
+#include "template_buttons.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -77,6 +79,7 @@ int CQtToolkit::RunModal(CDialog& dialog) {
     if (m_recorder != nullptr) {
         window.onEvent = [this, &dialog, entry](DialogEvent const& event) { m_recorder->Act(entry, dialog, event); };
     }
+    if (dialog.TemplateNumber() == set_channels::kTemplate) AddTemplateButtons(window);
     window.exec();
     return dialog.Result();
 }
