@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "common/command_error.h"
 #include "import_options.h"
+#include "jobs.h"
 #include "norva/file_description.h"
 #include "norva/file_util.h"
 #include "norva/import_export.h"
@@ -170,8 +171,10 @@ int RunInfo(InfoJob const& job) {
         if (!job.json) PrintStore(store);
         if (job.json) json = StoreJson(store);
     } else {
+        DescriptionSettings settings = job.settings;
+        if (!settings.format.empty()) settings.format = FormatLabel(settings.format);
         FileDescription description;
-        if (DescribeFile(job.path, job.settings, description) == 0) throw CommandError(GetLastErrorText());
+        if (DescribeFile(job.path, settings, description) == 0) throw CommandError(GetLastErrorText());
         if (!job.json) PrintDescription(description);
         if (job.json) json = DescriptionJson(description);
     }

@@ -27,7 +27,7 @@ std::string FullPathOf(std::string const& path) {
 }
 
 std::string FormatOf(std::string const& input, ImportOptions const& options, CConsole& console) {
-    if (!options.format.empty()) return options.format;
+    if (!options.format.empty()) return FormatLabel(options.format);
     RecognizedFormat const format = RecognizeImportFormat(input);
     if (format.code == 0) throw CommandError(input + ": " + format.reason);
     console.Say(input + ": read as " + format.label + ", because " + format.reason);
@@ -35,6 +35,12 @@ std::string FormatOf(std::string const& input, ImportOptions const& options, CCo
 }
 
 }  // namespace
+
+std::string FormatLabel(std::string const& wanted) {
+    std::vector<std::string> labels;
+    for (ImportFormatInfo const& format : ListImportFormats(kHighestLevel)) labels.push_back(format.label);
+    return labels[static_cast<std::size_t>(FindNamed(labels, wanted, 1, "format"))];
+}
 
 void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
                ColumnTemplate* chosen) {

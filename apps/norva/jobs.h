@@ -11,6 +11,9 @@ namespace norva {
 /// Level of the format list that offers every format once.
 inline constexpr int kHighestLevel = 1;
 
+/// The label in the format list of a format named in any case or by its number from 1; throws CommandError.
+std::string FormatLabel(std::string const& wanted);
+
 /// Imports `input` into a new store through the library's own dialogs; throws CommandError. `chosen`, unless null,
 /// receives the choices of the column dialog; it has no columns when there was none.
 void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,

@@ -103,7 +103,7 @@ class Import(Case):
         for name, count, options, lines, channels in (
                 ("cg3.dmp", ("readings", 32), dump, ["100.", "150."], ["Grav.", "Time", "Date"]),
                 ("ipr12.dmp", ("readings", 48), ["--column", "1:name=Line"], ["100N", "150N"], ["Line", "Ch2"]),
-                ("seaspy.mag", ("records", 48), ["--interpolated", "yes"], ["LINE 1"], ["Date", "Time"]),
+                ("seaspy.mag", ("records", 48), ["--format", "seaspy(marine magnetics)"], ["LINE 1"], ["Date", "Time"]),
                 ("tracks.gpx", ("points", 40), [], ["WAYPOINT", "NORTH_LOOP", "RIDGE", "BACK"], ["Ch1"]),
                 ("survey.gbn", ("locations", 132), ["--lines", "3:2020", "--channels", "X", "--column", "X:name=East",
                                                     "--no-fiducial"], ["3:2020"], ["East"]),
@@ -114,7 +114,8 @@ class Import(Case):
                 layout = record if name == "base.bin" else []
                 said = json.loads(self.norva("info", SAMPLES / name, *layout, "--json").stdout)
                 self.assertEqual(said[count[0]], count[1])
-                self.norva("import", SAMPLES / name, "-o", f"{name}.nvt", *options)
+                done = self.norva("import", SAMPLES / name, "-o", f"{name}.nvt", *options)
+                self.assertEqual("interpolated coordinates are left out" in done.stdout, name == "seaspy.mag")
                 store = json.loads(self.norva("info", f"{name}.nvt", "--json").stdout)
                 self.assertEqual([line["name"] for line in store["lines"]], lines)
                 self.assertEqual([channel["name"] for channel in store["channels"]][:len(channels)], channels)
