@@ -3,12 +3,13 @@
 #include "platform/last_error.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
 #include <sys/resource.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 namespace norva {
 
@@ -32,9 +33,10 @@ bool IsRemoved(std::string const& path) {
     return error == 0 || error == ENOENT;
 }
 
-ino_t InodeOf(CFile const& file) {
-    struct stat status {};
-    return ::fstat(file.Descriptor(), &status) == 0 ? status.st_ino : 0;
+/// Ends the name of a file that is opened again: no other import makes one of that name.
+std::string OwnEnding() {
+    static std::atomic<unsigned> counter = 0;
+    return "." + std::to_string(::getpid()) + "-" + std::to_string(counter++);
 }
 
 }  // namespace
@@ -72,14 +74,6 @@ bool CColumnFiles::CreateFile(Column& column, std::string const& path) {
     return isOpen || file.Open(path, CFile::Mode::CreateReadWrite);
 }
 
-/// Opens a file that was closed meanwhile; 0 or the error number.
-int CColumnFiles::Reopen(Column& column, CFile::Mode mode) {
-    if (!column.file.Open(column.path, mode)) return column.file.Error();
-    if (InodeOf(column.file) == column.inode) return 0;
-    column.file.Close();
-    return ESTALE;
-}
-
 bool CColumnFiles::Create(std::string const& base, int count, std::string const& inputPath) {
     for (Column& column : m_columns) RemoveColumn(column);
     m_columns.clear();
@@ -90,7 +84,8 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
     for (std::size_t at = 0; at < m_columns.size(); ++at) {
         Column& column = m_columns[at];
         // From the moment that the file stands nothing may fail before the destructor knows of it.
-        column.path = base + "." + std::to_string(at);
+        bool const staysOpen = at < m_openFiles;
+        column.path = base + "." + std::to_string(at) + (staysOpen ? std::string() : OwnEnding());
         std::string const& path = column.path;
         std::string reason;
         if (path == inputPath || IsSameFile(path, inputPath)) {
@@ -106,9 +101,8 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
         }
         // A file that stays open needs no name: so no other import takes it for its own, and none is left by a process
         // that is killed.
-        column.inode = InodeOf(column.file);
-        column.isNamed = at >= m_openFiles || !IsRemoved(path);
-        if (at >= m_openFiles) column.file.Close();
+        column.isNamed = !staysOpen || !IsRemoved(path);
+        if (!staysOpen) column.file.Close();
     }
     return true;
 }
@@ -117,8 +111,9 @@ bool CColumnFiles::WriteColumn(Column& column, char const* data, std::size_t siz
     if (m_failed) return false;
     if (size == 0) return true;
     bool const wasOpen = column.file.IsOpen();
-    if (int const error = wasOpen ? 0 : Reopen(column, CFile::Mode::Update)) return Fail(column, error);
-    if (!wasOpen && !column.file.Seek(column.written)) return Fail(column, column.file.Error());
+    if (!wasOpen && !(column.file.Open(column.path, CFile::Mode::Update) && column.file.Seek(column.written))) {
+        return Fail(column, column.file.Error());
+    }
     if (!column.file.Write(data, size)) return Fail(column, column.file.Error());
     if (!wasOpen && !column.file.Close()) return Fail(column, column.file.Error());
     column.written += size;
@@ -178,12 +173,11 @@ bool CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::siz
     if (!FlushWide() || !FlushColumn(from)) return false;
     bool const wasOpen = from.file.IsOpen();
     std::size_t got = 0;
-    int error = wasOpen ? 0 : Reopen(from, CFile::Mode::Read);
-    if (error == 0 && !from.file.ReadAt(offset, buffer, count, got)) error = from.file.Error();
-    bool const isRead = error == 0 && got == count;
+    bool const isRead = (wasOpen || from.file.Open(from.path, CFile::Mode::Read)) &&
+                        from.file.ReadAt(offset, buffer, count, got) && got == count;
     if (!isRead) {
         SetLastErrorText("Couldn't read the file : " + from.path + "\n" +
-                         (error != 0 ? SystemErrorText(error) : "it was cut short"));
+                         (from.file.Error() != 0 ? SystemErrorText(from.file.Error()) : "it was cut short"));
     }
     if (!wasOpen) from.file.Close();
     return isRead;

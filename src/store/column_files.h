@@ -9,12 +9,11 @@
 #include <string>
 #include <vector>
 
-#include <sys/types.h>
-
 namespace norva {
 
 /// The temporary files of one import, "%s.%d" of a base path and the column's index: created together, filled through
-/// a buffer each, handed to the store column by column, and removed on every way out. Imports that use the same names
+/// a buffer each, handed to the store column by column, and removed on every way out. Of very many columns, the last
+/// have names of this import's own. Imports that use the same names
 /// at the same time do not see each other's files. A name that is the input file's own counts as one that cannot be
 /// created, and so does one that exists as a folder.
 class CColumnFiles {
@@ -61,12 +60,10 @@ private:
         std::uint64_t written = 0;  ///< bytes in the file
         CFile file;
         std::string path;
-        ino_t inode = 0;
         bool isNamed = false;  ///< the file still has its name
     };
 
     static bool CreateFile(Column& column, std::string const& path);
-    static int Reopen(Column& column, CFile::Mode mode);
     char* AppendSlowly(Column& column, std::size_t size);
     bool FlushColumn(Column& column);
     bool FlushWide();

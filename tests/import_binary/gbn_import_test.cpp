@@ -203,6 +203,16 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
     EXPECT_EQ(missing.value, 0);
 }
 
+/// Longer than a column's buffer holds.
+TEST_F(GbnImport, KeepsLongTextsWhole) {
+    constexpr int kWidth = 70'000;
+    std::string const text = std::string(66'000, 'a') + "z";
+    CGbnBytes file;
+    file.Channel("T", -kWidth).Line(1).Block(0, -kWidth, 2).Text(text, kWidth).Text("b", kWidth).End();
+    EXPECT_EQ(Import(file.bytes, kContinue, {.defaults = true}).value, 1);
+    EXPECT_NE(Stored().find("['" + text + "' 'b']"), std::string::npos) << Stored().substr(0, 80);
+}
+
 TEST_F(GbnImport, ToldOfAFullDiskAndTheOlderStoreStays) {
     std::string const whole = CGbnBytes().Channel("X", 3).Line(1).Values(0, 3, 1, 2).End().bytes;
     ASSERT_EQ(Import(whole, kContinue).value, 1);

@@ -20,6 +20,8 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
         std::string problem;                ///< end of the last error
     };
     std::string const mag = "mag,1,db,1,0,nT,";
+    std::string many;
+    for (int channel = 0; channel <= 100'000; ++channel) many += "a,1,by\n";
     for (Case const& c : std::vector<Case>{
              {"about\nBEGIN\n" + mag + "\nEND\nx,1,db,\n\x1A", {"mag|1|db|1|0|nT|@3"}, ""},
              {"xBEGINx\r\nvlf,2,in,0.5,10,pct,a,b\r\nx END\r\n\x1A", {"vlf|2|in|0.5|10|pct|a,b@2"}, ""},
@@ -50,6 +52,7 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
               {},
               "line 2: \"" + std::string(80, 'x') + "...\"\nunknown type code \"\""},
              {"BEGIN\n" + std::string(2'000'000, 'x'), {}, "line 2: \"\"\nthe line is too long"},
+             {"BEGIN\n" + many, {}, "line 100002: \"a,1,by\"\nmore than 100000 channels"},
          }) {
         CTemporaryFolder const folder;
         WriteWholeFile(folder / "in.p01", c.header);

@@ -135,5 +135,21 @@ TEST(ColumnFiles, AFullDiskFailsEverythingThatFollows) {
     EXPECT_EQ(store.caught, "ab");
 }
 
+TEST(ColumnFiles, ImportsOfTheSameNameKeepTheirColumnsApart) {
+    CTemporaryFolder folder;
+    CFewDescriptors few;
+    test::WriteWholeFile(folder / "c.0", "left by another program");
+    CColumnFiles first, second;
+    ASSERT_TRUE(first.Create(folder / "c", 20, "") && second.Create(folder / "c", 20, ""));
+    CCatchingStore store;
+    for (int const column : {0, 18}) {  // one that stays open, one that is opened again
+        std::string const value(CColumnFiles::kBufferSize + 1, static_cast<char>('a' + column));
+        ASSERT_TRUE(first.AppendBytes(column, value.data(), value.size()));
+        ASSERT_TRUE(second.AppendBytes(column, "other", 5));
+        EXPECT_TRUE(first.HandOver(column, store) && store.caught == value) << column;
+        EXPECT_TRUE(second.HandOver(column, store) && store.caught == "other") << column;
+    }
+}
+
 }  // namespace
 }  // namespace norva

@@ -17,11 +17,17 @@ thread_local long allocationsLeft = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
     bool const fails = allocationsLeft > 0 && --allocationsLeft == 0;
-    void* const memory = fails ? nullptr : std::malloc(size > 0 ? size : 1);
+    return fails ? nullptr : std::malloc(size > 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+    void* const memory = operator new(size, std::nothrow);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
+}
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
+    return operator new(size, std::nothrow);
 }
 void* operator new[](std::size_t size) {
     return operator new(size);

@@ -49,9 +49,10 @@ inline std::vector<Operation> AllOperations(std::string const& folder) {
     import("Xyz", 0, "in.xyz", text);
     import("Csv", 1, "in.csv", "Line,X,Remark\n1,2.5,a\n1,3.5,b\n2,4.5,c\n");
     import("Cg5", 6, "in.txt", text);
-    import("Binary", 3, "in.bin", std::string(160, 'b'),
+    // More than the buffers of its columns hold.
+    import("Binary", 3, "in.bin", std::string(140'000, 'b'),
            R"(, {"dialog": 4004, "do": [{"set": 5002, "to": "2"}, {"click": 5003}, {"click": 5005}, {"click": 5009},
-               {"click": 5012}, {"click": 5016}, {"click": 1}]})");
+               {"click": 5013}, {"click": 5016}, {"click": 1}]})");
     import("Gbn", 4, "in.gbn", seed("gbn_codec/types"));
     import("Cg3", 5, "in.dmp", seed("cg3/small"));
     import("Ipr12", 7, "in.dmp", seed("ipr12/small"));
