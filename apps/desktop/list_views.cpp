@@ -214,7 +214,10 @@ private:
 class CListView : public CControlView {
 public:
     CListView(TemplateNode const& node, CMnemonics& mnemonics, EventSink sink)
-        : CControlView(sink), m_outer(new QWidget), m_model(node, sink), m_rows(new CRowsWidget(node, std::move(sink))) {
+        : CControlView(sink),
+          m_outer(new QWidget),
+          m_model(node, sink),
+          m_rows(new CRowsWidget(node, std::move(sink))) {
         m_rows->setModel(&m_model);
         m_rows->setAccessibleName(ToQString(node.label).trimmed());
         auto* const layout = new QVBoxLayout(m_outer);

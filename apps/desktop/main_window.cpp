@@ -1,9 +1,11 @@
 #include "main_window.h"
 
+#include "help_window.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDockWidget>
@@ -18,6 +20,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSaveFile>
+#include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -26,6 +29,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace norva {
@@ -56,6 +60,7 @@ CMainWindow::CMainWindow()
       m_channels(new QTreeWidget),
       m_filter(new QLineEdit),
       m_statistics(new QLabel),
+      m_allLines(new QCheckBox(tr("Of all lines"))),
       m_table(new CLocationTable(m_document)),
       m_profile(new CProfilePlot(m_document)),
       m_map(new CMapPlot(m_document)),
@@ -86,15 +91,24 @@ void CMainWindow::BuildPanels() {
     m_channels->setRootIsDecorated(false);
     m_channels->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_channels->setAccessibleName(tr("Channels"));
-    m_statistics->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_statistics->setWordWrap(true);
+    m_statistics->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_statistics->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    auto* const statistics = new QScrollArea;
+    statistics->setWidget(m_statistics);
+    statistics->setWidgetResizable(true);
+    statistics->setFrameShape(QFrame::NoFrame);
+    connect(m_allLines, &QCheckBox::toggled, this, [this] { ShowStatistics(); });
+    auto* const statisticsPanel = WithTitle(tr("Statistics"), statistics);
+    statisticsPanel->layout()->addWidget(m_allLines);
 
     auto* const left = new QSplitter(Qt::Vertical);
     left->addWidget(WithTitle(tr("&Lines"), m_lines));
     left->addWidget(WithTitle(tr("&Channels"), m_channels));
-    left->addWidget(WithTitle(tr("Statistics"), m_statistics));
+    left->addWidget(statisticsPanel);
     left->setStretchFactor(0, 2);
     left->setStretchFactor(1, 3);
+    left->setStretchFactor(2, 2);
+    statistics->setMinimumHeight(7 * fontMetrics().height());
     auto* const leftPanel = new QWidget;
     auto* const leftLayout = new QVBoxLayout(leftPanel);
     leftLayout->setContentsMargins(4, 4, 0, 0);
@@ -189,6 +203,21 @@ void CMainWindow::BuildMenus() {
     m_storeActions.push_back(hide);
     m_lines->addAction(hide);
     FillRecentFiles();
+
+    QMenu* const help = menuBar()->addMenu(tr("&Help"));
+    auto const page = [this, help](QString const& title, QString const& name, QKeySequence const& keys = {}) {
+        help->addAction(title, keys, this,
+                        [this, name] { ShowHelpPage(this, ToQString(HelpFilePath()) + "::/html/" + name + ".htm"); });
+    };
+    page(tr("&Column import"), "ascii_import", QKeySequence::HelpContents);
+    page(tr("&Binary import"), "binary_import");
+    page(tr("&Saving in other formats"), "save_other_formats");
+    help->addSeparator();
+    help->addAction(tr("&About"), this, [this] {
+        QMessageBox::about(
+            this, tr("Norva Exchange"),
+            tr("Norva Exchange %1\nImport and export of geophysical survey data.").arg(ToQString(GetLibraryVersion())));
+    });
 }
 
 void CMainWindow::Complain(QString const& text) {
@@ -391,21 +420,26 @@ void CMainWindow::ShowStatistics() {
         m_statistics->clear();
         return;
     }
+    std::vector<int> lines = {m_line};
+    if (m_allLines->isChecked()) {
+        lines.resize(m_document.Lines().size());
+        std::iota(lines.begin(), lines.end(), 0);
+    }
     QString text;
     for (int const channel : channels) {
         for (ChannelEntry const& entry : m_document.Channels()) {
             if (entry.index == channel) text += entry.fullName + "\n";
         }
-        ColumnStatistics const values = m_document.Statistics(channel, {m_line});
-        long const used = values.count - values.noData - values.deleted;
+        ColumnStatistics const values = m_document.Statistics(channel, lines);
         text += tr("%1 values, %2 no-data, %3 deleted\n").arg(values.count).arg(values.noData).arg(values.deleted);
-        if (used > 0) {
-            text += tr("from %1 to %2\nmean %3, standard deviation %4\n")
+        if (values.count > values.noData + values.deleted) {
+            text += tr("minimum %1\nmaximum %2\nmean %3\nstandard deviation %4\n")
                         .arg(values.minimum, 0, 'g', 10)
                         .arg(values.maximum, 0, 'g', 10)
                         .arg(values.mean, 0, 'g', 10)
                         .arg(values.deviation, 0, 'g', 6);
         }
+        text += "\n";
     }
     m_statistics->setText(text.trimmed());
 }

@@ -10,6 +10,7 @@
 
 #include <functional>
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -74,6 +75,7 @@ private:
     QTreeWidget* m_channels;
     QLineEdit* m_filter;
     QLabel* m_statistics;
+    QCheckBox* m_allLines;
     CLocationTable* m_table;
     CProfilePlot* m_profile;
     CMapPlot* m_map;

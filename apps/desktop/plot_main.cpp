@@ -92,6 +92,11 @@ int Run(QStringList const& arguments) {
 }  // namespace norva
 
 int main(int argc, char** argv) {
+    // What Qt says of the missing display is no news here.
+    qInstallMessageHandler([](QtMsgType type, QMessageLogContext const&, QString const& text) {
+        if (type != QtDebugMsg && type != QtInfoMsg && type != QtWarningMsg)
+            std::fprintf(stderr, "%s\n", qPrintable(text));
+    });
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setApplicationVersion(norva::GetLibraryVersion());

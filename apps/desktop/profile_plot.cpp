@@ -12,6 +12,8 @@ CProfilePlot::CProfilePlot(CStoreDocument& document, QWidget* parent)
     : QCustomPlot(parent), m_document(document), m_cursor(new QCPItemStraightLine(this)) {
     StylePlot(*this);
     setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+    axisRect()->setRangeDragAxes({xAxis}, {yAxis, yAxis2});
+    axisRect()->setRangeZoomAxes({xAxis}, {yAxis, yAxis2});
     setMouseTracking(true);
     m_cursor->setPen(QPen(palette().color(QPalette::Highlight), 1, Qt::DashLine));
     m_cursor->setVisible(false);
@@ -31,26 +33,36 @@ void CProfilePlot::ShowLine(int line, std::vector<int> const& channels, int agai
         replot();
         return;
     }
-    auto const nameOf = [this](int index) {
+    auto const entryOf = [this](int index) {
         for (ChannelEntry const& entry : m_document.Channels()) {
-            if (entry.index == index) return entry.fullName;
+            if (entry.index == index) return entry;
         }
-        return QString();
+        return ChannelEntry{};
     };
+    QString const firstUnits = entryOf(channels.front()).units;
     if (against >= 0) m_positions = m_document.Column(against, line, false);
     for (int const channel : channels) {
         Curve curve;
-        curve.name = nameOf(channel);
+        ChannelEntry const entry = entryOf(channel);
+        curve.name = entry.fullName;
         curve.values = m_document.Column(channel, line, true);
-        curve.curve = new QCPCurve(xAxis, yAxis);
+        // Other units have an axis of their own, on the right.
+        curve.curve = new QCPCurve(xAxis, entry.units == firstUnits ? yAxis : yAxis2);
         curve.curve->setName(curve.name);
         curve.curve->setPen(QPen(CurveColour(static_cast<int>(m_curves.size())), 1.2));
         curve.curve->setAntialiased(curve.values.size() < 5000);
         if (curve.values.size() <= 200) curve.curve->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssDisc, 4));
         m_curves.push_back(std::move(curve));
     }
-    xAxis->setLabel(against >= 0 ? nameOf(against) : tr("Location"));
-    yAxis->setLabel(m_curves.size() == 1 ? m_curves.front().name : QString());
+    xAxis->setLabel(against >= 0 ? entryOf(against).fullName : tr("Location"));
+    for (QCPAxis* const axis : {yAxis, yAxis2}) {
+        QStringList names;
+        for (Curve const& curve : m_curves) {
+            if (curve.curve->valueAxis() == axis) names << curve.name;
+        }
+        axis->setLabel(names.join(", "));
+        axis->setVisible(axis == yAxis || !names.isEmpty());
+    }
     FitAll();
 }
 
@@ -66,14 +78,18 @@ void CProfilePlot::FitAll() {
     double left = m_positions.empty() ? 0 : HUGE_VAL;
     double right = m_positions.empty() ? static_cast<double>(m_curves.front().values.size()) - 1 : -HUGE_VAL;
     extend(m_positions, left, right);
-    double bottom = HUGE_VAL;
-    double top = -HUGE_VAL;
-    for (Curve const& curve : m_curves) extend(curve.values, bottom, top);
-    if (!(bottom <= top)) bottom = 0, top = 1;
     if (!(left < right)) left -= 1, right += 1;
-    double const margin = top > bottom ? (top - bottom) * 0.05 : std::max(1.0, std::abs(top) * 0.01);
-    yAxis->setRange(bottom - margin, top + margin);
-    xAxis->setRange(left, right);
+    for (QCPAxis* const axis : {yAxis, yAxis2}) {
+        double bottom = HUGE_VAL;
+        double top = -HUGE_VAL;
+        for (Curve const& curve : m_curves) {
+            if (curve.curve->valueAxis() == axis) extend(curve.values, bottom, top);
+        }
+        if (!(bottom <= top)) bottom = 0, top = 1;
+        double const margin = top > bottom ? (top - bottom) * 0.05 : std::max(1.0, std::abs(top) * 0.01);
+        axis->setRange(bottom - margin, top + margin);
+    }
+    xAxis->setRange(left - (right - left) * 0.01, right + (right - left) * 0.01);
     Reduce();
     replot();
 }

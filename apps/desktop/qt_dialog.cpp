@@ -24,6 +24,11 @@ bool IsTall(TemplateNode const& node) {
     return std::any_of(node.children.begin(), node.children.end(), IsTall);
 }
 
+bool HoldsGrid(TemplateNode const& node) {
+    bool const isGrid = node.kind == TemplateNode::Kind::Control && node.control == ControlKind::Grid;
+    return isGrid || std::any_of(node.children.begin(), node.children.end(), HoldsGrid);
+}
+
 bool HoldsOnlyButtons(TemplateNode const& node) {
     return std::all_of(node.children.begin(), node.children.end(), [](TemplateNode const& child) {
         return child.kind == TemplateNode::Kind::Control && child.control == ControlKind::Button;
@@ -42,7 +47,7 @@ CQtDialog::CQtDialog(CDialog& dialog, QWidget* parent) : QDialog(parent), m_dial
     adjustSize();
     QSize size = sizeHint();
     bool const tall = IsTall(dialog.Template().root);
-    if (tall) size = size.expandedTo(QSize(640, 420));
+    if (tall) size = size.expandedTo(QSize(HoldsGrid(dialog.Template().root) ? 820 : 640, 420));
     resize(size.boundedTo(QSize(kLargestWidth, kLargestHeight)));
 }
 

@@ -33,6 +33,7 @@ void AddInfoCommand(CCommands& commands);
 void AddShowCommand(CCommands& commands);
 void AddMarkCommand(CCommands& commands);
 void AddPlayCommand(CCommands& commands);
+void AddPlotCommands(CCommands& commands);
 void AddTemplateCommand(CCommands& commands);
 
 }  // namespace norva

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     norva::AddShowCommand(commands);
     norva::AddMarkCommand(commands);
     norva::AddPlayCommand(commands);
+    norva::AddPlotCommands(commands);
     norva::AddTemplateCommand(commands);
     try {
         app.parse(argc, argv);

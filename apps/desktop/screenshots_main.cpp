@@ -1,0 +1,119 @@
+// Takes the pictures of docs/screenshots: the sample survey imported and exported through real windows.
+
+#include "common/script_json.h"
+#include "main_window.h"
+#include "scripted_windows.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace norva {
+
+namespace {
+
+constexpr int kWidth = 1100;
+constexpr int kHeight = 720;
+
+[[noreturn]] void Fail(QString const& text) {
+    std::fprintf(stderr, "norva-screenshots: %s\n", text.toUtf8().constData());
+    std::exit(1);
+}
+
+void Save(QWidget& window, QString const& file) {
+    QApplication::processEvents();
+    if (!window.grab().save(file, "PNG")) {
+        Fail(file + " cannot be written");
+    }
+}
+
+/// Plays a script and pictures a dialog as it stands before every act, so that the file keeps the one before the last.
+class CPhotographedWindows : public CScriptedWindows {
+public:
+    CPhotographedWindows(std::vector<ScriptAnswer> answers, int dialog, QString file)
+        : CScriptedWindows(std::move(answers), false, nullptr), m_dialog(dialog), m_file(std::move(file)) {}
+
+protected:
+    bool Act(CDialog& dialog, DialogEvent const& event, std::string& why) override {
+        QWidget* const window = QApplication::activeModalWidget();
+        if (dialog.TemplateNumber() == m_dialog && window != nullptr) Save(*window, m_file);
+        return CScriptedWindows::Act(dialog, event, why);
+    }
+
+private:
+    int m_dialog;
+    QString m_file;
+};
+
+void PlayAndPicture(char const* json, std::map<std::string, std::string> const& settings, int dialog,
+                    QString const& file) {
+    Script const script = ParseScript(json, settings);
+    CPhotographedWindows windows(script.answers, dialog, file);
+    PlayResult const result = RunOperation(script, windows, nullptr, nullptr);
+    if (result.value != 1) Fail(file + ": " + ToQString(result.failure));
+}
+
+int ChannelOf(CStoreDocument const& document, QString const& name) {
+    for (ChannelEntry const& entry : document.Channels()) {
+        if (entry.name == name) return entry.index;
+    }
+    Fail("there is no channel " + name);
+}
+
+int LineOf(CStoreDocument const& document, QString const& name) {
+    for (std::size_t i = 0; i < document.Lines().size(); ++i) {
+        if (document.Lines()[i].name == name) return static_cast<int>(i);
+    }
+    Fail("there is no line " + name);
+}
+
+void TakeAll(QString const& survey, QDir const& folder) {
+    QTemporaryDir const work;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, work.path());
+    std::map<std::string, std::string> const settings = {{"input", survey.toStdString()},
+                                                         {"store", work.filePath("survey.nvt").toStdString()},
+                                                         {"output", work.filePath("survey.xyz").toStdString()}};
+    PlayAndPicture(R"({"operation": "import", "answers": [
+                       {"dialog": 4063, "do": [{"double": "Formats", "row": 0}]},
+                       {"open": "{input}"}, {"save": "{store}"},
+                       {"dialog": 4003, "do": [{"double": "File Header", "row": 1},
+                                               {"select": "Data Preview", "column": 6}, {"click": 1}]},
+                       {"message": "Do you want to change the column labels?", "answer": "yes"}]})",
+                   settings, 4003, folder.filePath("columns.png"));
+    PlayAndPicture(R"({"operation": "export", "store": "{store}", "name": "{output}", "answers": [
+                       {"save": "{output}"},
+                       {"dialog": 4000, "do": [{"double": 4005, "row": 0}, {"double": 4005, "row": 1},
+                                               {"double": 4001, "row": 0}, {"double": 4001, "row": 0},
+                                               {"double": 4001, "row": 4}, {"select": 4005, "row": 0},
+                                               {"click": 1}]}]})",
+                   settings, 4000, folder.filePath("export.png"));
+
+    CMainWindow window;
+    window.resize(kWidth, kHeight);
+    window.show();
+    window.OpenFile(ToQString(settings.at("store")));
+    window.ChooseLine(LineOf(window.Document(), "1020"));
+    window.ChooseChannels({ChannelOf(window.Document(), "Mag")}, ChannelOf(window.Document(), "X"));
+    Save(window, folder.filePath("profile.png"));
+    window.Tabs().setCurrentIndex(1);
+    Save(window, folder.filePath("map.png"));
+}
+
+}  // namespace
+
+}  // namespace norva
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("norva-screenshots");
+    QApplication::setOrganizationName("Norva");
+    QStringList const arguments = QApplication::arguments();
+    if (arguments.size() != 3) norva::Fail("usage: norva-screenshots SURVEY FOLDER");
+    norva::TakeAll(arguments[1], QDir(arguments[2]));
+    return 0;
+}
