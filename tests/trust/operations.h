@@ -57,6 +57,9 @@ inline std::vector<Operation> AllOperations(std::string const& folder) {
     import("Cg3", 5, "in.dmp", seed("cg3/small"));
     import("Ipr12", 7, "in.dmp", seed("ipr12/small"));
     import("SeaSpy", 8, "in.mag", seed("seaspy/small"));
+    std::string log;  // longer than a reader's buffer, and read more than once
+    while (log.size() < 300'000) log += seed("seaspy/small");
+    import("SeaSpyLong", 8, "in.mag", log);
     import("Tki", 9, "in.p01", seed("tki/lines"));
     import("Gpx", 10, "in.gpx", seed("gpx/neat"));
 
