@@ -91,7 +91,9 @@ void BM_ColumnConversion(benchmark::State& state) {
     for (auto _ : state) {
         CColumnFiles files;
         if (!files.Create(folder / "column", kColumns, "")) state.SkipWithError("no column files");
-        CRowConverter converter(columns, kRowDelimiters, CRowConverter::Source::Text, dateTime, geographic, files);
+        CRowReport report(columns);
+        CRowConverter converter(columns, kRowDelimiters, CRowConverter::Source::Text, dateTime, geographic, files,
+                                report);
         for (int i = 0; i < kRows; ++i) converter.Row(row);
     }
     state.SetLabel(column.name);

@@ -2,6 +2,7 @@
 
 #include "norva/converters.h"
 #include "platform/files.h"
+#include "store/report_draft.h"
 
 namespace norva {
 
@@ -32,7 +33,10 @@ int RunConvertedImport(ImportJob const& job, std::string_view temporaryName, Con
     }
     if (convert(job.inputPath, textJob.inputPath) == 0) return 0;
     CFileRemover const remover(textJob.inputPath);
-    return RunTextImport(textJob);
+    int const result = RunTextImport(textJob);
+    // Its places would be those of a text that the user has never seen.
+    ForgetReport();
+    return result;
 }
 
 }  // namespace norva

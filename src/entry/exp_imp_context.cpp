@@ -6,6 +6,7 @@
 #include "entry/import_format_dlg.h"
 #include "entry/import_formats.h"
 #include "platform/last_error.h"
+#include "store/report_draft.h"
 #include "ui/messages.h"
 
 namespace norva {
@@ -56,8 +57,12 @@ int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CW
     job.storePath = m_storeFileName;
     job.gravityMeterMode = m_gravityMeterMode;
 
+    StartReport(job.inputPath, format->label);
     int const result = RunGuarded("Couldn't import the file : ", job.inputPath, [&] { return format->run(job); });
-    if (result == 0) m_store->CloseCurFile();
+    if (result == 0) {
+        ForgetReport();
+        m_store->CloseCurFile();
+    }
     return result;
 }
 

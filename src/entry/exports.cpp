@@ -2,10 +2,12 @@
 #include "entry/exp_imp_context.h"
 #include "norva/import_export.h"
 #include "platform/last_error.h"
+#include "store/report_draft.h"
 
 int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, norva::CWindow* owner, int formatLevel) {
     return norva::RunGuarded("The import failed", {}, [&] {
         norva::ClearLastErrorText();
+        norva::ForgetReport();
         norva::CExpImpContext context;
         return context.ImportData(store, storeFileName, owner, formatLevel);
     });

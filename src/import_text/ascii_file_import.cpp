@@ -13,6 +13,7 @@
 #include "ui/messages.h"
 
 #include <algorithm>
+#include <array>
 
 namespace norva {
 
@@ -123,8 +124,9 @@ int CAsciiFileImport::ImportAsciiFile(CNorvaFileUtil* store) {
     window.ShowFileName("Please wait a second");
 
     SetSkipCount(dialog.SkipCount());
-    if (dialog.LabelColumn() >= 0) {
-        GetProfilesByLabel(dialog.LabelColumn());
+    m_labelColumn = dialog.LabelColumn();
+    if (m_labelColumn >= 0) {
+        GetProfilesByLabel(m_labelColumn);
     } else {
         GetProfilesByMarker();
     }
@@ -190,16 +192,54 @@ bool CAsciiFileImport::CreateColumnFiles(CColumnFiles& files) const {
 }
 
 bool CAsciiFileImport::ConvertRows(CProgressReporter& progress, CColumnFiles& files) {
+    CRowReport report(m_columns);
     CRowConverter converter(m_columns, DelimitersFor(m_csv), CRowConverter::Source::Text, m_dateTime, m_geographic,
-                            files);
+                            files, report);
+    std::array<ReportPart, 4> parts{{{"empty", 0, 0}, {"comments", 0, 0}, {"markers", 0, 0}, {"data rows", 0, 0}}};
+    std::size_t profile = 0;
+    long rowsLeft = 0;
+
+    std::uint64_t const skipped = CountSkippedLines();
+    std::uint64_t number = skipped;
     CFilePercent percent(m_file.Length(), 100);
     std::string_view line;
     m_file.Seek(m_dataStart);
-    while (m_file.Next(line)) {
+    for (std::uint64_t offset = m_dataStart; m_file.Next(line); offset = m_file.Offset()) {
         if (percent.Changed(m_file.Offset())) progress.FilePercent(percent.Value());
-        if (ClassifyLine(line) == LineKind::Data && !converter.Row(line)) break;
+        std::string_view const whole = line;
+        LineKind const kind = ClassifyLine(line);
+        ReportPart& part = parts[static_cast<std::size_t>(kind)];
+        ++number;
+        ++part.count;
+        part.bytes += m_file.Offset() - offset;
+        if (kind == LineKind::Marker && GetLineName(line).empty()) report.NoteMarker(whole, number);
+        if (kind != LineKind::Data) continue;
+        for (; rowsLeft == 0 && profile < m_profiles.size(); ++profile) {
+            report.StartLine(m_profiles[profile].name, number);
+            converter.StartLine();
+            rowsLeft = m_profiles[profile].rowCount;
+        }
+        --rowsLeft;
+        report.StartRow(whole, number);
+        if (!converter.Row(line)) break;
     }
-    return PassSucceeded(files);
+    if (!PassSucceeded(files)) return false;
+    converter.Finish();
+    for (ReportPart& part : parts) report.AddPart(std::move(part.name), part.count, part.bytes);
+    report.AddPart("skipped at the top", skipped, m_dataStart);
+    report.AddSetting("separators", m_csv != 0 ? "comma, tab" : "space, comma, tab");
+    report.AddSetting("lines by", m_labelColumn < 0 ? "markers" : "column " + std::to_string(m_labelColumn + 1));
+    report.Finish("lines", number, m_file.Offset(), m_file.Length());
+    return true;
+}
+
+/// Lines that the pass over the data leaves out at the start of the file.
+std::uint64_t CAsciiFileImport::CountSkippedLines() {
+    std::uint64_t count = 0;
+    std::string_view line;
+    m_file.Rewind();
+    while (m_file.Offset() < m_dataStart && m_file.Next(line)) ++count;
+    return count;
 }
 
 bool CAsciiFileImport::PassSucceeded(CColumnFiles const& files) const {

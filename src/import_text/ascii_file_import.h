@@ -100,6 +100,7 @@ private:
     void DescribeChannels(CNorvaFileUtil& store);
     bool StartWriting(CProgressDlg& window, CNorvaFileUtil& store) const;
     bool CreateColumnFiles(CColumnFiles& files) const;
+    std::uint64_t CountSkippedLines();
     bool ConvertRows(CProgressReporter& progress, CColumnFiles& files);
     bool ConvertRecords(CProgressReporter& progress, CColumnFiles& files);
     bool PassSucceeded(CColumnFiles const& files) const;
@@ -108,6 +109,7 @@ private:
 
     int m_csv = 0;
     int m_gravityMeterMode = 0;
+    int m_labelColumn = -1;
     int m_seaSpyLayout = -1;  ///< 1 without coordinates, 2 with
     long m_seaSpyRecordCount = 0;
     int m_interpolatedCoordinates = 0;

@@ -12,12 +12,13 @@ namespace norva {
 
 CRowConverter::CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters,
                              Source source, CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic,
-                             CColumnFiles& files)
+                             CColumnFiles& files, CRowReport& report)
     : m_delimiters(delimiters),
       m_upperCase(source == Source::Text),
       m_dateTime(dateTime),
       m_geographic(geographic),
-      m_files(files) {
+      m_files(files),
+      m_report(report) {
     m_plans.reserve(columns.size());
     for (NorvaChannelStruct const& settings : columns) {
         m_plans.push_back(PlanFor(settings, static_cast<int>(m_plans.size()), source));
@@ -63,24 +64,42 @@ CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, i
         default:
             break;
     }
+    plan.isWhole = plan.kind == Kind::Long || plan.kind == Kind::Short;
+    plan.isOrdered = IsOrderedChannel(settings, plan.kind);
+    plan.range = plan.kind == Kind::Long    ? static_cast<double>(kNoDataLong)
+                 : plan.kind == Kind::Short ? static_cast<double>(kNoDataShort)
+                                            : kNoDataDouble;
+    // The largest floats round up to the no-data value: they are looked at.
+    plan.plain = plan.isOrdered ? 0 : plan.kind == Kind::Float ? 0.999 * plan.range : plan.range;
     return plan;
+}
+
+/// Times and dates, and what counts the readings of an instrument.
+bool CRowConverter::IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind) {
+    if (kind >= Kind::Date && kind <= Kind::SeaSpyTime) return true;
+    if (!IsNumber(kind)) return false;
+    std::string const name = ToUpper(settings.name);
+    return name == "FID" || name == "FIDUCIAL" || name == "TIME" || name == "STATION" || name == "POSITION";
 }
 
 bool CRowConverter::Row(std::string_view line) {
     char const* next = line.data();
     char const* const end = next + line.size();
     for (std::size_t i = 0; i < m_rowPlans; ++i) {
-        Plan const& plan = m_plans[i];
+        Plan& plan = m_plans[i];
         while (next != end && m_delimiters.Has(*next)) ++next;
         if (next == end) {
-            if (!PutToken(plan, "*")) return false;
-            continue;
+            m_report.NoteRow(&ImportReport::fewerValues);
+            for (; i < m_rowPlans; ++i) {
+                if (!PutAbsent(m_plans[i])) return false;
+            }
+            return true;
         }
         if (IsNumber(plan.kind)) {
             double value = 0;
             char const* const after = ReadPlainDecimal(next, end, value);
             if (after != nullptr && (after == end || m_delimiters.Has(*after))) {
-                if (!PutNumber(plan, value)) return false;
+                if (!PutNumber(plan, value, {next, static_cast<std::size_t>(after - next)})) return false;
                 next = after;
                 continue;
             }
@@ -89,49 +108,140 @@ bool CRowConverter::Row(std::string_view line) {
         while (next != end && !m_delimiters.Has(*next)) ++next;
         if (!PutToken(plan, {begin, static_cast<std::size_t>(next - begin)})) return false;
     }
+    if (next != end || m_rowPlans != m_plans.size()) CheckRowEnd(next, end);
     return true;
 }
 
+/// Notes a row whose rest is not exactly the values of the last columns, which are skipped.
+void CRowConverter::CheckRowEnd(char const* next, char const* end) {
+    CTokenCursor cursor({next, static_cast<std::size_t>(end - next)}, m_delimiters);
+    std::string_view token;
+    for (std::size_t i = m_rowPlans; i < m_plans.size(); ++i) {
+        if (!cursor.Next(token)) return m_report.NoteRow(&ImportReport::fewerValues);
+    }
+    if (cursor.Next(token)) m_report.NoteRow(&ImportReport::moreValues);
+}
+
 bool CRowConverter::Value(int column, std::string_view token) {
-    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    Plan& plan = m_plans[static_cast<std::size_t>(column)];
     char const* const end = token.data() + token.size();
     double value = 0;
-    if (IsNumber(plan.kind) && ReadPlainDecimal(token.data(), end, value) == end) return PutNumber(plan, value);
+    if (IsNumber(plan.kind) && ReadPlainDecimal(token.data(), end, value) == end) return PutNumber(plan, value, token);
     return PutToken(plan, token);
 }
 
-bool CRowConverter::PutToken(Plan const& plan, std::string_view token) {
-    if (plan.kind == Kind::Skipped) return true;
-    token = TrimOf(token, "\"");
-    if (plan.kind == Kind::Text) return PutText(plan, token);
-    if (token.empty() || Contains(token, "*")) return PutMissing(plan);
+bool CRowConverter::Absent(int column) {
+    return PutAbsent(m_plans[static_cast<std::size_t>(column)]);
+}
 
-    double value = kNoDataDouble;
-    switch (plan.kind) {
-        case Kind::Date:
-            m_dateTime.GetDoubleDate(token, plan.templateFormat, value);
-            return PutDouble(plan, value);
-        case Kind::Time: {
-            std::size_t const point = token.find('.');
-            int const decimals = point == std::string_view::npos ? 0 : static_cast<int>(token.size() - point - 1);
-            m_dateTime.GetDoubleTime(token, plan.templateFormat, decimals, value);
-            return PutDouble(plan, value);
-        }
-        case Kind::Geographic: {
-            int decimals = 0;
-            m_geographic.GetDoubleData(token, plan.templateFormat, value, decimals);
-            return PutDouble(plan, value);
-        }
-        case Kind::SeaSpyDate:
-            return PutDouble(plan, CAsciiFileImport::GetSeaSPYDate(token));
-        case Kind::SeaSpyTime:
-            return PutDouble(plan, CAsciiFileImport::GetSeaSPYTime(token));
-        default:
-            return PutNumber(plan, ReadNumber(token));
+void CRowConverter::StartLine() {
+    for (Plan& plan : m_plans) plan.previous = -std::numeric_limits<double>::infinity();
+}
+
+void CRowConverter::Finish() {
+    for (Plan const& plan : m_plans) {
+        if (plan.minimum > plan.maximum) continue;
+        ReportChannel& channel = m_report.Channel(plan.column);
+        channel.hasRange = true;
+        channel.minimum = plan.minimum;
+        channel.maximum = plan.maximum;
     }
 }
 
-bool CRowConverter::PutNumber(Plan const& plan, double value) {
+bool CRowConverter::PutAbsent(Plan& plan) {
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(plan.column).missing, {});
+    return plan.kind == Kind::Text ? PutText(plan, "*") : StoreMissing(plan);
+}
+
+bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
+    if (plan.kind == Kind::Skipped) return true;
+    std::string_view const written = token;
+    token = TrimOf(token, "\"");
+    if (plan.kind == Kind::Text) {
+        if (token.size() > plan.width) m_report.Note(m_report.Channel(plan.column).cut, written);
+        return PutText(plan, token);
+    }
+    if (token.empty() || Contains(token, "*")) {
+        m_report.Note(m_report.Channel(plan.column).noData, written);
+        return StoreMissing(plan);
+    }
+
+    double value = kNoDataDouble;
+    switch (plan.kind) {
+        case Kind::Date: {
+            bool const isRead = m_dateTime.GetDoubleDate(token, plan.templateFormat, value) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::Time: {
+            std::size_t const point = token.find('.');
+            int const decimals = point == std::string_view::npos ? 0 : static_cast<int>(token.size() - point - 1);
+            bool const isRead = m_dateTime.GetDoubleTime(token, plan.templateFormat, decimals, value) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::Geographic: {
+            int decimals = 0;
+            bool const isRead = m_geographic.GetDoubleData(token, plan.templateFormat, value, decimals) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::SeaSpyDate:
+            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYDate(token), written);
+        case Kind::SeaSpyTime:
+            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYTime(token), written);
+        default: {
+            NumberRead const read = ScanNumber(token);
+            ReportChannel& channel = m_report.Channel(plan.column);
+            if (read.consumed == 0) {
+                m_report.Note(channel.unreadable, written);
+            } else if (read.consumed < TrimRight(token).size()) {
+                m_report.Note(channel.withRest, written);
+            }
+            return PutNumber(plan, read.value, written);
+        }
+    }
+}
+
+/// Stores a double that came of a date, time or coordinate.
+bool CRowConverter::PutConverted(Plan& plan, bool isRead, double value, std::string_view token) {
+    if (!isRead) {
+        m_report.Note(m_report.Channel(plan.column).unreadable, token);
+    } else if (IsPlain(plan, value)) {
+        Widen(plan, value);
+    } else {
+        NoteOdd(plan, value, token);
+    }
+    return PutDouble(plan, value);
+}
+
+bool CRowConverter::PutNumber(Plan& plan, double value, std::string_view token) {
+    if (IsPlain(plan, value)) {
+        Widen(plan, value);
+    } else {
+        NoteOdd(plan, value, token);
+    }
+    return Store(plan, value);
+}
+
+/// Notes what is to be said of a number that is not plain.
+void CRowConverter::NoteOdd(Plan& plan, double value, std::string_view token) {
+    ReportChannel& channel = m_report.Channel(plan.column);
+    if (!(std::fabs(value) <= plan.range)) return m_report.Note(channel.outOfRange, token);
+    if (plan.isWhole) {
+        double const whole = std::trunc(value);
+        if (whole != value) m_report.Note(channel.withFraction, token);
+        value = whole;
+    }
+    bool const roundsUp = plan.kind == Kind::Float && static_cast<float>(value) == kNoDataFloat;
+    if (value == plan.range || roundsUp) return m_report.Note(channel.noData, token);
+    Widen(plan, value);
+    if (!plan.isOrdered) return;
+    // A clock that starts again at midnight runs on.
+    bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::SeaSpyTime;
+    if (value < plan.previous && !(isClock && plan.previous - value > 12)) m_report.Note(channel.backwards, token);
+    plan.previous = value;
+}
+
+bool CRowConverter::Store(Plan const& plan, double value) {
     char* out = nullptr;
     switch (plan.kind) {
         case Kind::Float:
@@ -158,9 +268,9 @@ bool CRowConverter::PutDouble(Plan const& plan, double value) {
     return true;
 }
 
-bool CRowConverter::PutMissing(Plan const& plan) {
+bool CRowConverter::StoreMissing(Plan const& plan) {
     // Every no-data value is what lies outside the range of its type.
-    return PutNumber(plan, 2 * kNoDataDouble);
+    return Store(plan, 2 * kNoDataDouble);
 }
 
 bool CRowConverter::PutText(Plan const& plan, std::string_view token) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "import_text/row_report.h"
 #include "import_text/text_line.h"
 #include "norva/converters.h"
 #include "norva/values.h"
 #include "store/column_files.h"
 
+#include <cmath>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,12 +24,19 @@ public:
 
     /// What is referred to has to outlive the converter. `columns` are the settings of all columns, skipped ones too.
     CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Source source,
-                  CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files);
+                  CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files,
+                  CRowReport& report);
 
     /// Converts a whole row; values that it lacks are missing, surplus ones are ignored. False after a write failure.
     bool Row(std::string_view line);
     /// Converts one value of one column (nothing for a skipped one). False after a write failure.
     bool Value(int column, std::string_view token);
+    /// The row has no value for the column.
+    bool Absent(int column);
+    /// The rows from now on belong to another survey line.
+    void StartLine();
+    /// Completes the report's channels by their ranges.
+    void Finish();
 
 private:
     enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, SeaSpyDate, SeaSpyTime, Geographic };
@@ -35,16 +45,39 @@ private:
         int column = 0;
         int templateFormat = 0;
         std::size_t width = 0;  ///< of a text, in characters
+        bool isWhole = false;
+        bool isOrdered = false;  ///< values below the one before are to be noted
+        double range = 0;        ///< values within it, ends excluded, are neither no-data nor too large
+        double plain = 0;        ///< the same, but a range that holds nothing when every value has to be looked at
+        double previous = -std::numeric_limits<double>::infinity();
+        double minimum = std::numeric_limits<double>::infinity();
+        double maximum = -std::numeric_limits<double>::infinity();
     };
 
     static bool IsNumber(Kind kind) { return kind >= Kind::Float && kind <= Kind::Short; }
     static Plan PlanFor(NorvaChannelStruct const& settings, int column, Source source);
 
-    bool PutToken(Plan const& plan, std::string_view token);
-    bool PutNumber(Plan const& plan, double value);
+    /// Whether the value is stored as it stands and nothing is to be noted of it.
+    static bool IsPlain(Plan const& plan, double value) {
+        return std::fabs(value) < plan.plain &&
+               (!plan.isWhole || static_cast<double>(static_cast<std::int64_t>(value)) == value);
+    }
+    static void Widen(Plan& plan, double value) {
+        if (value < plan.minimum) plan.minimum = value;
+        if (value > plan.maximum) plan.maximum = value;
+    }
+    static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
+
+    bool PutToken(Plan& plan, std::string_view token);
+    bool PutConverted(Plan& plan, bool isRead, double value, std::string_view token);
+    bool PutNumber(Plan& plan, double value, std::string_view token);
+    bool Store(Plan const& plan, double value);
     bool PutDouble(Plan const& plan, double value);
-    bool PutMissing(Plan const& plan);
+    bool StoreMissing(Plan const& plan);
     bool PutText(Plan const& plan, std::string_view token);
+    bool PutAbsent(Plan& plan);
+    void NoteOdd(Plan& plan, double value, std::string_view token);
+    void CheckRowEnd(char const* next, char const* end);
 
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
@@ -53,6 +86,7 @@ private:
     CNorvaDateTime const& m_dateTime;
     CNorvaGeographic const& m_geographic;
     CColumnFiles& m_files;
+    CRowReport& m_report;
     std::string m_text;
 };
 

@@ -19,6 +19,7 @@ constexpr int kPreviewRecords = 40;
 constexpr int kWithCoordinates = 2;
 constexpr int kXField = 14;
 constexpr int kYField = 15;
+char const* const kLineName = "LINE 1";
 
 constexpr std::string_view kInterpolated = "<INTERP>";
 constexpr std::string_view kReal = "<REAL>";
@@ -83,6 +84,17 @@ void CleanRecord(std::string_view record, bool hasCoordinates, std::string& out)
         at += marked;
     }
     out.resize(static_cast<std::size_t>(to - out.data()));
+}
+
+/// Where the character of a cleaned record stands in the record.
+std::size_t RecordOffset(std::string_view record, bool hasCoordinates, std::size_t cleaned) {
+    std::size_t at = 0;
+    for (std::size_t to = 0; at < record.size() && to < cleaned;) {
+        std::size_t const marked = kMarks.Has(record[at]) ? MarkLength(record.substr(at), hasCoordinates) : 0;
+        at += std::max<std::size_t>(marked, 1);
+        to += marked > 1 ? 2 : 1;
+    }
+    return at;
 }
 
 }  // namespace
@@ -165,7 +177,7 @@ int CAsciiFileImport::ImportSeaSPYFile(CNorvaFileUtil* store) {
     window.SetWindowTitle("Loading data from the file");
     window.ShowFileName("Please wait a second");
 
-    store->AddProfileToStructure("LINE 1", m_seaSpyRecordCount);
+    store->AddProfileToStructure(kLineName, m_seaSpyRecordCount);
     DescribeChannels(*store);
     if (!StartWriting(window, *store)) return 0;
 
@@ -178,34 +190,60 @@ int CAsciiFileImport::ImportSeaSPYFile(CNorvaFileUtil* store) {
 }
 
 bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles& files) {
-    CRowConverter converter(m_columns, kFieldDelimiters, CRowConverter::Source::SeaSpy, m_dateTime, m_geographic,
-                            files);
+    CRowReport report(m_columns);
+    CRowConverter converter(m_columns, kFieldDelimiters, CRowConverter::Source::SeaSpy, m_dateTime, m_geographic, files,
+                            report);
     CFilePercent percent(m_file.Length(), 1);
     bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
     int const count = static_cast<int>(m_columns.size());
     std::string fields;
     std::string_view record;
+    report.SetColumnMap([&](std::size_t at) { return RecordOffset(record, hasCoordinates, at); });
+    ReportPart records{"records", 0, 0};
+    ReportPart leftOut{"records left out (comments, markers)", 0, 0};
+    ReportPart others{"lines that are no record", 0, 0};
+    std::uint64_t number = 0;
     m_file.Rewind();
-    while (!files.Failed() && m_file.Next(record)) {
-        if (!IsRecord(record)) continue;
-        if (percent.Changed(m_file.Offset())) {
+    for (std::uint64_t offset = 0; !files.Failed() && m_file.Next(record); offset = m_file.Offset()) {
+        ++number;
+        bool const isRecord = IsRecord(record);
+        if (isRecord && percent.Changed(m_file.Offset())) {
             progress.FilePercent(percent.Value());
             progress.Window().ShowFileName("Done percent : " + std::to_string(percent.Value()) + "% ");
         }
-        if (IsSkippedRecord(record)) continue;
+        bool const isUsed = isRecord && !IsSkippedRecord(record);
+        ReportPart& part = isUsed ? records : isRecord ? leftOut : others;
+        ++part.count;
+        part.bytes += m_file.Offset() - offset;
+        if (!isUsed) continue;
         bool const hidesCoordinates =
             hasCoordinates && m_interpolatedCoordinates == 0 && Contains(record, kInterpolated);
         CleanRecord(record, hasCoordinates, fields);
+        if (records.count == 1) report.StartLine(kLineName, number);
+        report.StartRow(fields, number);
         CTokenCursor cursor(fields, kFieldDelimiters);
+        bool isShort = false;
         for (int i = 0; i < count; ++i) {
             std::string_view field;
-            if (!cursor.Next(field) || (hidesCoordinates && (i == kXField || i == kYField))) field = "*";
+            bool const isThere = cursor.Next(field);
+            isShort = isShort || !isThere;
+            if (hidesCoordinates && (i == kXField || i == kYField)) field = "*";
             if (m_columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) continue;
             progress.ChannelPercent(i * 100LL / count);
-            if (!converter.Value(i, field)) break;
+            if (!(isThere ? converter.Value(i, field) : converter.Absent(i))) break;
         }
+        std::string_view surplus;
+        if (isShort) report.NoteRow(&ImportReport::fewerValues);
+        if (cursor.Next(surplus)) report.NoteRow(&ImportReport::moreValues);
     }
-    return PassSucceeded(files);
+    if (!PassSucceeded(files)) return false;
+    converter.Finish();
+    for (ReportPart const& part : {records, leftOut, others}) report.AddPart(part.name, part.count, part.bytes);
+    if (hasCoordinates) {
+        report.AddSetting("interpolated coordinates", m_interpolatedCoordinates != 0 ? "imported" : "left out");
+    }
+    report.Finish("lines", number, m_file.Offset(), m_file.Length());
+    return true;
 }
 
 int CAsciiFileImport::DescribeSeaSPY(std::string const& path, FileDescription& description) {
