@@ -10,6 +10,8 @@ enum ExitStatus : int {
     kExitFailed = 1,    ///< something asked for was not done
     kExitUsage = 2,     ///< unusable arguments or script
     kExitMismatch = 3,  ///< a script did not fit what was shown
+    kExitLoss = 4,      ///< imported, but not all of it as it stands in the source (--strict)
+    kExitDiffers = 5,   ///< source, report and store do not agree
     kExitInterrupted = 130,
 };
 

@@ -35,5 +35,6 @@ void AddMarkCommand(CCommands& commands);
 void AddPlayCommand(CCommands& commands);
 void AddPlotCommands(CCommands& commands);
 void AddTemplateCommand(CCommands& commands);
+void AddVerifyCommand(CCommands& commands);
 
 }  // namespace norva

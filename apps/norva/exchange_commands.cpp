@@ -2,6 +2,8 @@
 #include "common/command_error.h"
 #include "jobs.h"
 #include "norva/formats.h"
+#include "reports.h"
+#include "scratch_folder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -31,28 +33,6 @@ void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelect
     command.add_flag("--force", options.force, "Replace existing files; write sheets too large for their readers");
     command.add_flag("--units,!--no-units", options.units, "Keep the units in the column titles (default)");
 }
-
-/// A folder for the temporary stores of a conversion, removed with what is in it.
-class CScratchFolder {
-public:
-    CScratchFolder() {
-        std::string name = (fs::temp_directory_path() / "norva-convert-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) throw CommandError(name + ": " + std::strerror(errno));
-        m_path = name;
-    }
-    CScratchFolder(CScratchFolder const&) = delete;
-    CScratchFolder& operator=(CScratchFolder const&) = delete;
-    ~CScratchFolder() {
-        std::error_code error;
-        fs::remove_all(m_path, error);
-    }
-    std::string StorePath(std::string const& input) const {
-        return (m_path / (fs::path(input).stem().string() + ".nvt")).string();
-    }
-
-private:
-    fs::path m_path;
-};
 
 struct ConvertJob {
     std::vector<std::string> paths;
@@ -144,6 +124,8 @@ void AddImportCommand(CCommands& commands) {
         bool force = false;
         bool quiet = false;
         std::string saveTemplate;
+        std::string report;
+        bool strict = false;
         ImportOptions options;
     };
     auto const job = std::make_shared<Job>();
@@ -157,6 +139,7 @@ void AddImportCommand(CCommands& commands) {
             RequireFree(job->store, job->force);
             std::string const templatePath = job->saveTemplate.empty() ? "" : TemplatePath(job->saveTemplate);
             if (!templatePath.empty()) RequireFree(templatePath, job->force);
+            if (!job->report.empty()) RequireReportPath(job->report, job->force);
             ColumnTemplate chosen;
             RunImport(job->input, job->store, job->options, console, &chosen);
             console.Say(job->store + ": " + StoreSummary(job->store));
@@ -165,12 +148,16 @@ void AddImportCommand(CCommands& commands) {
                 WriteTemplate(templatePath, chosen);
                 console.Say(templatePath + ": written");
             }
-            return kExitDone;
+            return TellReport({job->report, job->strict}, chosen, console);
         });
     command.add_option("INPUT", job->input, "File to import")->required();
     command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
     command.add_flag("--force", job->force, "Replace an existing store or template");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    command.add_option("--report", job->report, "Write what became of every line and value (.json or .html)");
+    command.add_flag("--strict", job->strict,
+                     "Exit with status " + std::to_string(kExitLoss) +
+                         " when anything was lost or changed; the store is made all the same");
     AddImportOptions(command, job->options);
     command
         .add_option("--save-template", job->saveTemplate,

@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     norva::AddPlayCommand(commands);
     norva::AddPlotCommands(commands);
     norva::AddTemplateCommand(commands);
+    norva::AddVerifyCommand(commands);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

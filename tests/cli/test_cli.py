@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Drives the program norva as a person would: test_cli.py NORVA SAMPLES."""
 
+import hashlib
 import json
 import os
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -135,6 +137,41 @@ class Import(Case):
             process.send_signal(signal.SIGINT)
             self.assertEqual(process.wait(60), 130, arguments)
             self.assertEqual(sorted(path.name for path in self.folder.iterdir()), before, arguments)
+
+
+class Reports(Case):
+    def test_a_changed_byte_of_source_or_store_is_found(self):
+        (self.folder / "s.xyz").write_bytes(XYZ.read_bytes())
+        self.norva("import", "s.xyz", "--header-line", 2, "--report", "r.json")
+        report = json.loads((self.folder / "r.json").read_text())
+        self.assertTrue(report["read"]["accounted"])
+        self.assertEqual(report["source"]["sha256"], hashlib.sha256(XYZ.read_bytes()).hexdigest())
+        self.norva("verify", "s.nvt", "r.json")
+        source, store = XYZ.read_bytes(), (self.folder / "s.nvt").read_bytes()
+        value = store.find(struct.pack("<f", 54209.88))
+        for name, changed, where in (
+            ("s.xyz", source.replace(b"54209.88", b"54209.98"), "line 1000, location 1, Mag"),
+            ("s.xyz", source.replace(b"sample data", b"Sample data"), "SHA-256"),
+            ("s.xyz", source[:-1], "bytes, the report says"),
+            ("s.nvt", store[:value] + bytes([store[value] ^ 1]) + store[value + 1:], "line 1000, location 1, Mag"),
+        ):
+            (self.folder / "s.xyz").write_bytes(source)
+            (self.folder / "s.nvt").write_bytes(store)
+            (self.folder / name).write_bytes(changed)
+            self.assertIn(where, self.norva("verify", "s.nvt", "r.json", status=5).stderr)
+
+    def test_strict_tells_a_loss_by_its_status_and_place(self):
+        for rows, status, said in (("1 2\n3 4\n", 0, ""), ("1 2\n3\n", 4, "line 2, column 1: '3'"),
+                                   ("1 2\n3 4x\n", 4, "line 2, column 3: '4x'"), ("1 2\n3 *\n", 0, "")):
+            (self.folder / "s.xyz").write_text(rows)
+            done = self.norva("import", "s.xyz", "--force", "--strict", "--report", "r.html", "--column", "2:type=float",
+                              status=status)
+            self.assertIn(said, done.stderr)
+            page = (self.folder / "r.html").read_text()
+            self.assertEqual("Nothing was lost" in page, status == 0, rows)
+        self.norva("import", "s.xyz", "--force", "--report", "r.txt", status=2)
+        self.assertIn("keeps no import report",
+                      self.norva("import", SAMPLES / "tracks.gpx", "-o", "g.nvt", "--strict", status=1).stderr)
 
 
 class Templates(Case):

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "norva/import_report.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+/// Import reports for people and programs.
+namespace norva {
+
+nlohmann::ordered_json ReportJson(ImportReport const& report);
+/// One page that needs no other file.
+std::string ReportHtml(ImportReport const& report);
+/// A line if nothing was lost; else one more for each kind of loss, with its first place.
+std::string ReportSummary(ImportReport const& report);
+
+}  // namespace norva
