@@ -3,6 +3,8 @@
 #include "help_window.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
+#include "norva/import_report.h"
+#include "report_window.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -280,9 +282,19 @@ void CMainWindow::Import(QString const& path) {
     if (result == 1) {
         OpenFile(ToQString(name));
         statusBar()->showMessage(tr("Imported into %1").arg(ToQString(name)));
+        ShowReport();
     } else {
         statusBar()->showMessage(tr("Nothing was imported"));
     }
+}
+
+void CMainWindow::ShowReport() {
+    delete m_report;
+    m_report = nullptr;
+    ImportReport report;
+    if (GetImportReport(report, 0) == 0) return;
+    m_report = new CReportWindow(report, this);
+    m_report->show();
 }
 
 void CMainWindow::Export() {

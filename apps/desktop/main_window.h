@@ -20,6 +20,8 @@ class QTreeWidget;
 
 namespace norva {
 
+class CReportWindow;
+
 /// The host of the library: shows one store, imports into a new one, exports it.
 class CMainWindow : public QMainWindow {
     Q_OBJECT
@@ -42,6 +44,8 @@ public:
     CProfilePlot& Profile() { return *m_profile; }
     CMapPlot& Map() { return *m_map; }
     QTabWidget& Tabs() { return *m_tabs; }
+    /// Of the last import; null when there is none.
+    CReportWindow* Report() { return m_report; }
     void ChooseLine(int line);
     /// Shows these channels in the profile plot, against a channel or (-1) the location number.
     void ChooseChannels(std::vector<int> const& channels, int against);
@@ -55,6 +59,7 @@ private:
     void BuildMenus();
     void BuildPanels();
     void ShowDocument();
+    void ShowReport();
     void ShowStatistics();
     void UpdateProfile();
     void UpdateMap();
@@ -87,6 +92,7 @@ private:
     QMenu* m_recent;
     std::vector<QAction*> m_storeActions;  ///< enabled while a store is open
     int m_line = -1;
+    CReportWindow* m_report = nullptr;
     QString m_recordTo;
 };
 

@@ -64,13 +64,10 @@ CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, i
         default:
             break;
     }
-    plan.isWhole = plan.kind == Kind::Long || plan.kind == Kind::Short;
     plan.isOrdered = IsOrderedChannel(settings, plan.kind);
     plan.range = plan.kind == Kind::Long    ? static_cast<double>(kNoDataLong)
                  : plan.kind == Kind::Short ? static_cast<double>(kNoDataShort)
                                             : kNoDataDouble;
-    // The largest floats round up to the no-data value: they are looked at.
-    plan.plain = plan.isOrdered ? 0 : plan.kind == Kind::Float ? 0.999 * plan.range : plan.range;
     return plan;
 }
 
@@ -205,60 +202,68 @@ bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
 bool CRowConverter::PutConverted(Plan& plan, bool isRead, double value, std::string_view token) {
     if (!isRead) {
         m_report.Note(m_report.Channel(plan.column).unreadable, token);
-    } else if (IsPlain(plan, value)) {
-        Widen(plan, value);
-    } else {
-        NoteOdd(plan, value, token);
+    } else if (!(value >= plan.low && value <= plan.high)) {
+        Examine(plan, value, token);
     }
     return PutDouble(plan, value);
 }
 
 bool CRowConverter::PutNumber(Plan& plan, double value, std::string_view token) {
-    if (IsPlain(plan, value)) {
-        Widen(plan, value);
-    } else {
-        NoteOdd(plan, value, token);
-    }
-    return Store(plan, value);
+    if (!(value >= plan.low && value <= plan.high)) Examine(plan, value, token);
+    return Store(plan, value, token);
 }
 
-/// Notes what is to be said of a number that is not plain.
-void CRowConverter::NoteOdd(Plan& plan, double value, std::string_view token) {
+void CRowConverter::Examine(Plan& plan, double value, std::string_view token) {
     ReportChannel& channel = m_report.Channel(plan.column);
     if (!(std::fabs(value) <= plan.range)) return m_report.Note(channel.outOfRange, token);
-    if (plan.isWhole) {
-        double const whole = std::trunc(value);
-        if (whole != value) m_report.Note(channel.withFraction, token);
-        value = whole;
-    }
+    bool const isWhole = plan.kind == Kind::Long || plan.kind == Kind::Short;
+    if (isWhole) value = std::trunc(value);
+    // The largest floats round up to the no-data value.
     bool const roundsUp = plan.kind == Kind::Float && static_cast<float>(value) == kNoDataFloat;
     if (value == plan.range || roundsUp) return m_report.Note(channel.noData, token);
-    Widen(plan, value);
-    if (!plan.isOrdered) return;
+    plan.minimum = std::min(plan.minimum, value);
+    plan.maximum = std::max(plan.maximum, value);
+    if (!plan.isOrdered) {
+        plan.low = plan.minimum;
+        plan.high = plan.maximum;
+        return;
+    }
     // A clock that starts again at midnight runs on.
     bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::SeaSpyTime;
     if (value < plan.previous && !(isClock && plan.previous - value > 12)) m_report.Note(channel.backwards, token);
     plan.previous = value;
 }
 
-bool CRowConverter::Store(Plan const& plan, double value) {
-    char* out = nullptr;
-    switch (plan.kind) {
-        case Kind::Float:
-            if ((out = m_files.Append(plan.column, 4)) == nullptr) return false;
-            StoreFloat(out, FloatInRange(value));
-            return true;
-        case Kind::Long:
-            if ((out = m_files.Append(plan.column, 4)) == nullptr) return false;
-            StoreLittle32(out, static_cast<std::uint32_t>(LongInRange(value)));
-            return true;
-        case Kind::Short:
-            if ((out = m_files.Append(plan.column, 2)) == nullptr) return false;
-            StoreLittle16(out, static_cast<std::uint16_t>(ShortInRange(value)));
-            return true;
-        default:
-            return PutDouble(plan, DoubleInRange(value));
+bool CRowConverter::Store(Plan const& plan, double value, std::string_view token) {
+    if (plan.kind == Kind::Float) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        StoreFloat(out, FloatInRange(value));
+        return true;
     }
+    if (plan.kind == Kind::Long || plan.kind == Kind::Short) return StoreWhole(plan, value, token);
+    return PutDouble(plan, DoubleInRange(value));
+}
+
+bool CRowConverter::StoreWhole(Plan const& plan, double value, std::string_view token) {
+    std::int32_t whole = 0;
+    if (plan.kind == Kind::Long) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        whole = LongInRange(value);
+        StoreLittle32(out, static_cast<std::uint32_t>(whole));
+    } else {
+        char* const out = m_files.Append(plan.column, 2);
+        if (out == nullptr) return false;
+        std::int16_t const stored = ShortInRange(value);
+        whole = stored;
+        StoreLittle16(out, static_cast<std::uint16_t>(stored));
+    }
+    // What came out as no-data was noted for that.
+    if (static_cast<double>(whole) != value && static_cast<double>(whole) != plan.range) {
+        m_report.Note(m_report.Channel(plan.column).withFraction, token);
+    }
+    return true;
 }
 
 bool CRowConverter::PutDouble(Plan const& plan, double value) {
@@ -270,7 +275,7 @@ bool CRowConverter::PutDouble(Plan const& plan, double value) {
 
 bool CRowConverter::StoreMissing(Plan const& plan) {
     // Every no-data value is what lies outside the range of its type.
-    return Store(plan, 2 * kNoDataDouble);
+    return Store(plan, 2 * kNoDataDouble, {});
 }
 
 bool CRowConverter::PutText(Plan const& plan, std::string_view token) {

@@ -44,39 +44,33 @@ private:
         Kind kind = Kind::Skipped;
         int column = 0;
         int templateFormat = 0;
-        std::size_t width = 0;  ///< of a text, in characters
-        bool isWhole = false;
+        std::size_t width = 0;   ///< of a text, in characters
         bool isOrdered = false;  ///< values below the one before are to be noted
-        double range = 0;        ///< values within it, ends excluded, are neither no-data nor too large
-        double plain = 0;        ///< the same, but a range that holds nothing when every value has to be looked at
+        double range = 0;        ///< the largest value that is not too large, which stands for no-data
         double previous = -std::numeric_limits<double>::infinity();
         double minimum = std::numeric_limits<double>::infinity();
         double maximum = -std::numeric_limits<double>::infinity();
+        // Values from `low` to `high` need no look: the range seen, or none when every value needs one.
+        double low = std::numeric_limits<double>::infinity();
+        double high = -std::numeric_limits<double>::infinity();
     };
 
     static bool IsNumber(Kind kind) { return kind >= Kind::Float && kind <= Kind::Short; }
     static Plan PlanFor(NorvaChannelStruct const& settings, int column, Source source);
 
-    /// Whether the value is stored as it stands and nothing is to be noted of it.
-    static bool IsPlain(Plan const& plan, double value) {
-        return std::fabs(value) < plan.plain &&
-               (!plan.isWhole || static_cast<double>(static_cast<std::int64_t>(value)) == value);
-    }
-    static void Widen(Plan& plan, double value) {
-        if (value < plan.minimum) plan.minimum = value;
-        if (value > plan.maximum) plan.maximum = value;
-    }
     static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
 
     bool PutToken(Plan& plan, std::string_view token);
     bool PutConverted(Plan& plan, bool isRead, double value, std::string_view token);
     bool PutNumber(Plan& plan, double value, std::string_view token);
-    bool Store(Plan const& plan, double value);
+    bool Store(Plan const& plan, double value, std::string_view token);
+    bool StoreWhole(Plan const& plan, double value, std::string_view token);
     bool PutDouble(Plan const& plan, double value);
     bool StoreMissing(Plan const& plan);
     bool PutText(Plan const& plan, std::string_view token);
     bool PutAbsent(Plan& plan);
-    void NoteOdd(Plan& plan, double value, std::string_view token);
+    /// Notes what is to be said of a value outside what was seen so far.
+    void Examine(Plan& plan, double value, std::string_view token);
     void CheckRowEnd(char const* next, char const* end);
 
     std::vector<Plan> m_plans;

@@ -1,0 +1,102 @@
+#include "report_window.h"
+
+#include "common/report_text.h"
+#include "norva/import_export.h"
+#include "source_view.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QTextBrowser>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace norva {
+
+namespace {
+
+QString Paragraph(QString const& text) {
+    return "<p>" + text.toHtmlEscaped() + "</p>";
+}
+
+QString PlacesOf(QString const& what, ReportFinding const& finding) {
+    if (finding.count == 0) return {};
+    QString text = "<li>" + what.toHtmlEscaped() + ": " + QString::number(finding.count) + "<br>";
+    for (ReportPlace const& place : finding.places) {
+        auto const length = static_cast<qulonglong>(place.text.size());
+        text += QString("<a href=\"place:%1:%2:%3\">line %1, column %2</a> <code>%4</code><br>")
+                    .arg(static_cast<qulonglong>(place.line))
+                    .arg(static_cast<qulonglong>(place.column))
+                    .arg(length)
+                    .arg(QString::fromStdString(place.text).toHtmlEscaped());
+    }
+    return text + "</li>";
+}
+
+QString PageOf(ImportReport const& report) {
+    QString const summary = QString::fromStdString(ReportSummary(report)).section('\n', 0, 0);
+    QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary) + "<ul>";
+    text += PlacesOf(CReportWindow::tr("Rows with fewer values than columns"), report.fewerValues);
+    text += PlacesOf(CReportWindow::tr("Rows with more values than columns"), report.moreValues);
+    text += PlacesOf(CReportWindow::tr("Markers that may be rows of data"), report.doubtfulMarkers);
+    for (ReportChannel const& channel : report.channels) {
+        QString const name = QString::fromStdString(channel.settings.name);
+        for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
+            text += PlacesOf(name + ": " + kind->text, channel.*kind->finding);
+        }
+    }
+    text += "</ul>";
+    if (report.RepeatedLines() > 0) text += Paragraph(CReportWindow::tr("Some lines have the same name."));
+    return text;
+}
+
+}  // namespace
+
+CReportWindow::CReportWindow(ImportReport const& report, QWidget* parent)
+    : QDialog(parent), m_report(report), m_text(new QTextBrowser) {
+    setWindowTitle(tr("Import report"));
+    m_text->setOpenLinks(false);
+    m_text->setAccessibleName(tr("Import report"));
+    m_text->setHtml(PageOf(m_report));
+    connect(m_text, &QTextBrowser::anchorClicked, this, &CReportWindow::OpenPlace);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    QPushButton* const save = buttons->addButton(tr("&Save as page..."), QDialogButtonBox::ActionRole);
+    connect(save, &QPushButton::clicked, this, &CReportWindow::Save);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(m_text, 1);
+    layout->addWidget(buttons);
+    resize(640, 420);
+}
+
+void CReportWindow::OpenPlace(QUrl const& link) {
+    QStringList const parts = link.path().split(':');
+    if (link.scheme() != "place" || parts.size() != 3) return;
+    if (m_source == nullptr) m_source = new CSourceView(QString::fromStdString(m_report.sourcePath), this);
+    m_source->ShowPlace(parts[0].toULongLong(), parts[1].toULongLong(), parts[2].toInt());
+    m_source->show();
+    m_source->raise();
+}
+
+void CReportWindow::Save() {
+    QString const path = QFileDialog::getSaveFileName(this, tr("Save the report"), {}, tr("Pages (*.html)"));
+    if (path.isEmpty()) return;
+    QString why;
+    if (m_report.sourceSha256.empty() && GetFileSha256(m_report.sourcePath, m_report.sourceSha256) == 0) {
+        why = QString::fromStdString(GetLastErrorText());
+    }
+    QSaveFile file(path);
+    if (why.isEmpty() && (!file.open(QIODevice::WriteOnly) ||
+                          file.write(QByteArray::fromStdString(ReportHtml(m_report))) < 0 || !file.commit())) {
+        why = file.errorString();
+    }
+    if (why.isEmpty()) return;
+    QMessageBox box(QMessageBox::Warning, windowTitle(), tr("The report could not be written:\n%1\n%2").arg(path, why),
+                    QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+}  // namespace norva

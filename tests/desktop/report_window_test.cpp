@@ -1,0 +1,45 @@
+#include "report_window.h"
+#include "source_view.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QTextBrowser>
+#include <QUrl>
+
+#include <memory>
+
+namespace norva::test {
+
+TEST(ReportWindow, PlacesOpenTheSourceAtTheirLine) {
+    std::unique_ptr<QApplication> application;
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    if (qApp == nullptr) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    CTemporaryFolder const folder;
+    constexpr int kLines = 200000;  // over several pieces and index steps
+    std::string text;
+    for (int i = 1; i <= kLines; ++i) {
+        text += "ab row" + std::to_string(i) + (i % 3 == 0 ? "\r\n" : i % 3 == 1 ? "\n" : "\r");
+    }
+    WriteWholeFile(folder / "in.xyz", text);
+    ImportReport report;
+    report.sourcePath = folder / "in.xyz";
+    report.moreValues = {1, {{9000, 4, "<row9000>"}}};
+    CReportWindow window(report, nullptr);
+    EXPECT_TRUE(window.Text().toPlainText().contains("line 9000, column 4 <row9000>"));
+    for (int const line : {1, 2, 3, 201, 4096, 4097, 4098, 9000, 150000, kLines}) {
+        std::string const row = "row" + std::to_string(line);
+        window.OpenPlace(QUrl(QString("place:%1:4:%2").arg(line).arg(row.size())));
+        ASSERT_NE(window.Source(), nullptr);
+        EXPECT_EQ(window.Source()->Text().textCursor().selectedText().toStdString(), row);
+    }
+}
+
+}  // namespace norva::test
