@@ -209,8 +209,18 @@ bool CRowConverter::PutConverted(Plan& plan, bool isRead, double value, std::str
 }
 
 bool CRowConverter::PutNumber(Plan& plan, double value, std::string_view token) {
-    if (!(value >= plan.low && value <= plan.high)) Examine(plan, value, token);
-    return Store(plan, value, token);
+    if (!(value >= plan.low && value <= plan.high)) {
+        Examine(plan, value, token);
+        return Store(plan, value, token);
+    }
+    // Between values that were in range, so that the range need not be asked.
+    if (plan.kind == Kind::Float) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        StoreFloat(out, static_cast<float>(value));
+        return true;
+    }
+    return plan.kind == Kind::Double ? PutDouble(plan, value) : StoreWhole(plan, value, token);
 }
 
 void CRowConverter::Examine(Plan& plan, double value, std::string_view token) {
