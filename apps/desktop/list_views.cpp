@@ -237,11 +237,11 @@ public:
     void Refresh(CControl const& control) override {
         m_rows->setEnabled(control.enabled);
         m_outer->setVisible(control.visible);
-        int const before = m_model.columnCount();
         m_model.Show(control);
         m_rows->ShowSelection(control);
-        if (control.kind != ControlKind::List && (before != m_model.columnCount() || !m_sized)) {
+        if (control.kind != ControlKind::List && (control.columns != m_sizedFor || !m_sized)) {
             for (int column = 0; column < m_model.columnCount(); ++column) m_rows->resizeColumnToContents(column);
+            m_sizedFor = control.columns;
             m_sized = m_model.rowCount() > 0;
         }
     }
@@ -256,6 +256,7 @@ private:
     QWidget* m_outer;
     CRowsModel m_model;
     CRowsWidget* m_rows;
+    std::vector<std::string> m_sizedFor;  ///< titles
     bool m_sized = false;
 };
 

@@ -40,6 +40,7 @@ namespace {
 
 constexpr int kHighestLevel = 1;  // offers every import format once
 constexpr int kRecentFiles = 8;
+constexpr int kMapTab = 1;
 char const* const kRecentKey = "recent";
 
 QWidget* WithTitle(QString const& title, QWidget* content) {
@@ -82,7 +83,11 @@ CMainWindow::CMainWindow()
     restoreGeometry(settings.value("geometry").toByteArray());
 }
 
-CMainWindow::~CMainWindow() = default;
+CMainWindow::~CMainWindow() {
+    // The views go before the document that they show.
+    hide();
+    delete takeCentralWidget();
+}
 
 void CMainWindow::BuildPanels() {
     m_filter->setPlaceholderText(tr("Filter lines and channels"));
@@ -144,6 +149,7 @@ void CMainWindow::BuildPanels() {
     centre->addWidget(m_table);
     centre->setStretchFactor(0, 3);
     centre->setStretchFactor(1, 2);
+    centre->setSizes({420, 280});
     auto* const all = new QSplitter(Qt::Horizontal);
     all->addWidget(leftPanel);
     all->addWidget(centre);
@@ -159,6 +165,9 @@ void CMainWindow::BuildPanels() {
         ShowStatistics();
     });
     connect(m_against, &QComboBox::activated, this, [this] { UpdateProfile(); });
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
+        if (m_mapIsOld) UpdateMap();
+    });
     connect(m_table, &CLocationTable::LocationChosen, m_profile, &CProfilePlot::ShowCursor);
     connect(m_profile, &CProfilePlot::LocationChosen, m_table, &CLocationTable::ShowLocation);
     connect(m_profile, &CProfilePlot::Hovered, this, [this](QString const& text) { statusBar()->showMessage(text); });
@@ -370,6 +379,7 @@ void CMainWindow::ShowDocument() {
     UpdateMap();
     if (count > 0) {
         m_lines->setCurrentRow(std::clamp(line, 0, count - 1));
+        m_lines->setFocus();
     } else {
         m_table->ShowLine(-1);
         UpdateProfile();
@@ -419,6 +429,9 @@ void CMainWindow::UpdateProfile() {
 }
 
 void CMainWindow::UpdateMap() {
+    // It reads every line: only when it is seen.
+    m_mapIsOld = m_tabs->currentIndex() != kMapTab;
+    if (m_mapIsOld) return;
     auto const channelOf = [](QComboBox const* combo) {
         return combo->currentIndex() < 0 ? -1 : combo->currentData().toInt();
     };

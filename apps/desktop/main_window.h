@@ -93,6 +93,7 @@ private:
     std::vector<QAction*> m_storeActions;  ///< enabled while a store is open
     int m_line = -1;
     CReportWindow* m_report = nullptr;
+    bool m_mapIsOld = false;
     QString m_recordTo;
 };
 

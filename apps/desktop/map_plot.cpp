@@ -20,7 +20,14 @@ CMapPlot::CMapPlot(CStoreDocument& document, QWidget* parent)
     StylePlot(*this);
     setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     m_scale->setType(QCPAxis::atRight);
-    m_scale->setGradient(QCPColorGradient::gpSpectrum);
+    // Lightness runs one way, so that a high is never taken for a low: "viridis" (van der Walt and Smith, 2015).
+    QCPColorGradient gradient;
+    gradient.setColorStops({{0.0, QColor(0x44, 0x01, 0x54)},
+                            {0.25, QColor(0x3B, 0x52, 0x8B)},
+                            {0.5, QColor(0x21, 0x91, 0x8C)},
+                            {0.75, QColor(0x5E, 0xC9, 0x62)},
+                            {1.0, QColor(0xFD, 0xE7, 0x25)}});
+    m_scale->setGradient(gradient);
     m_scale->axis()->setTickLabelColor(palette().color(QPalette::Text));
     m_scale->axis()->setLabelColor(palette().color(QPalette::Text));
     m_scale->setVisible(false);

@@ -89,6 +89,7 @@ void CProfilePlot::FitAll() {
         double const margin = top > bottom ? (top - bottom) * 0.05 : std::max(1.0, std::abs(top) * 0.01);
         axis->setRange(bottom - margin, top + margin);
     }
+    QSignalBlocker const reducedOnce(xAxis);
     xAxis->setRange(left - (right - left) * 0.01, right + (right - left) * 0.01);
     Reduce();
     replot();

@@ -4,24 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QPlainTextEdit>
 #include <QTextBrowser>
 #include <QUrl>
 
-#include <memory>
-
 namespace norva::test {
 
 TEST(ReportWindow, PlacesOpenTheSourceAtTheirLine) {
-    std::unique_ptr<QApplication> application;
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    if (qApp == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        application = std::make_unique<QApplication>(argc, argv);
-    }
     CTemporaryFolder const folder;
     constexpr int kLines = 200000;  // over several pieces and index steps
     std::string text;
