@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <sstream>
 
 namespace norva::test {
@@ -18,6 +19,7 @@ std::ostream& operator<<(std::ostream& out, FileDescription::Value const& value)
 /// "FORMAT; fact=value; table: a|b, c|d; problem: ...", without the length of the file and the text it begins with.
 std::string Text(FileDescription const& description) {
     std::ostringstream out;
+    out.imbue(std::locale::classic());
     out << description.format;
     for (auto const& [name, value] : description.facts) {
         if (name != "bytes") out << "; " << name << "=" << value;
