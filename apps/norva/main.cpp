@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "common/command_error.h"
 #include "console.h"
+#include "manual.h"
 #include "norva/import_export.h"
 
 #include <iostream>
@@ -27,6 +28,13 @@ int CCommands::Run() const {
 int main(int argc, char** argv) {
     CLI::App app("Norva Exchange: geophysical survey data into stores, and out again.", "norva");
     app.set_version_flag("--version", std::string("norva ") + norva::GetLibraryVersion());
+    app.add_flag_callback(
+        "--manual",
+        [&app] {
+            std::cout << norva::ManualOf(app);
+            throw CLI::Success();
+        },
+        "Print this manual in man(7) format and exit");
     app.require_subcommand(1);
     norva::CCommands commands(app);
     norva::AddFormatsCommand(commands);

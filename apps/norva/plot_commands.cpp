@@ -37,12 +37,15 @@ struct PlotJob {
     std::vector<std::string> options;
 
     void Add(CLI::App& command, std::string const& name, std::string const& help) {
-        command.add_option_function<std::vector<std::string>>(
-            name,
-            [this, name](std::vector<std::string> const& values) {
-                for (std::string const& value : values) options.insert(options.end(), {name, value});
-            },
-            help);
+        command
+            .add_option_function<std::vector<std::string>>(
+                name,
+                [this, name](std::vector<std::string> const& values) {
+                    for (std::string const& value : values) options.insert(options.end(), {name, value});
+                },
+                help)
+            ->expected(1)
+            ->take_all();
     }
     int Run(std::string const& what) const {
         std::string const file = output.empty() ? fs::path(store).replace_extension("png").string() : output;
