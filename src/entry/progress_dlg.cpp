@@ -16,11 +16,13 @@ using namespace ids::Progress;
 
 }  // namespace
 
-CProgressDlg::CProgressDlg() : CModelessDialog(4053) {}
+CProgressDlg::CProgressDlg() : CModelessDialog(4053), m_fileBar(Change(kFileBar)), m_channelBar(Change(kChannelBar)) {}
 
 void CProgressDlg::ResetBars() {
-    Change(kFileBar).position = 0;
-    Change(kChannelBar).position = 0;
+    for (CControl* const bar : {&m_fileBar, &m_channelBar}) {
+        bar->position = 0;
+        ++bar->revision;
+    }
     Changed();
 }
 
@@ -43,8 +45,9 @@ void CProgressDlg::RefreshTexts() {
     SetText(kChannelText, m_channelText);
 }
 
-void CProgressDlg::SetBar(int bar, std::string_view value) {
-    Change(bar).position = std::clamp(ReadInt(value), 0, 100);
+void CProgressDlg::SetBar(CControl& bar, std::string_view value) {
+    bar.position = std::clamp(ReadInt(value), 0, 100);
+    ++bar.revision;
     Changed();
 }
 
@@ -53,17 +56,20 @@ std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, s
     if (second == 0 || !IsCreated()) return 0;
     std::string_view const text = reinterpret_cast<char const*>(second);
     CurrentToolkit().ProgressText(text);
-    std::size_t const space = text.find(' ');
-    if (space == std::string_view::npos) return 0;
-    std::string_view const key = text.substr(0, space);
-    std::string_view const value = text.substr(space);
-    if (key == "FilePercent") {
-        SetBar(kFileBar, value);
-    } else if (key == "ChannelPercent") {
-        SetBar(kChannelBar, value);
-    } else if (key == "ChannelName") {
+    // What follows the key; the most frequent keys come first.
+    auto const valueOf = [text](std::string_view key, std::string_view& value) {
+        if (!text.starts_with(key)) return false;
+        value = text.substr(key.size() - 1);
+        return true;
+    };
+    std::string_view value;
+    if (valueOf("ChannelPercent ", value)) {
+        SetBar(m_channelBar, value);
+    } else if (valueOf("FilePercent ", value)) {
+        SetBar(m_fileBar, value);
+    } else if (valueOf("ChannelName ", value)) {
         ShowChannelName(value);
-    } else if (key == "FileName") {
+    } else if (valueOf("FileName ", value)) {
         ShowWindow();
         ShowFileName(value);
     }

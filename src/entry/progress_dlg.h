@@ -24,8 +24,10 @@ public:
 
 private:
     void RefreshTexts();
-    void SetBar(int bar, std::string_view value);
+    void SetBar(CControl& bar, std::string_view value);
 
+    CControl& m_fileBar;
+    CControl& m_channelBar;
     std::string m_channelText;
     std::string m_fileText;
 };

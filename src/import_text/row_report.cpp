@@ -23,6 +23,10 @@ void CRowReport::StartLine(std::string const& name, std::uint64_t number) {
 }
 
 void CRowReport::Note(ReportFinding& finding, std::string_view value) {
+    if (finding.places.size() == ReportFinding::kMostPlaces) {  // where it stands need not be found
+        ++finding.count;
+        return;
+    }
     bool const isInside = value.data() >= m_line.data() && value.data() < m_line.data() + m_line.size();
     std::size_t offset = isInside ? static_cast<std::size_t>(value.data() - m_line.data()) : m_line.size();
     if (m_columnMap) offset = m_columnMap(offset);

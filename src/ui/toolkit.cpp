@@ -69,8 +69,9 @@ CToolkit* SetToolkit(CToolkit* toolkit) {
 }
 
 CToolkit& CurrentToolkit() {
+    if (t_toolkit != nullptr) return *t_toolkit;
     static CNobodyToolkit nobody;
-    return t_toolkit != nullptr ? *t_toolkit : nobody;
+    return nobody;
 }
 
 void SetHelpFilePath(std::string path) {
