@@ -82,7 +82,7 @@ std::string FindingRows(std::string const& where, std::string const& what, Repor
         rows += "<tr>" + Cell(where) + Cell(what) + CountCell(place.line) + CountCell(place.column) + "<td><code>" +
                 Escaped(place.text) + "</code></td></tr>\n";
     }
-    if (finding.count > finding.places.size()) {
+    if (!finding.places.empty() && finding.count > finding.places.size()) {
         rows += "<tr>" + Cell(where) + Cell(what) + "<td colspan=\"3\">and " +
                 std::to_string(finding.count - finding.places.size()) + " more</td></tr>\n";
     }
@@ -129,6 +129,7 @@ Json ReportJson(ImportReport const& report) {
     json["locations"] = report.LocationCount();
     json["rows_with_fewer_values"] = FindingJson(report.fewerValues);
     json["rows_with_more_values"] = FindingJson(report.moreValues);
+    json["cut_records"] = FindingJson(report.cutRecords);
     json["doubtful_markers"] = FindingJson(report.doubtfulMarkers);
     Json& channels = json["channels"] = Json::array();
     for (ReportChannel const& channel : report.channels) channels.push_back(ChannelJson(channel));
@@ -229,6 +230,7 @@ std::string ReportSummary(ImportReport const& report) {
     };
     add("rows with fewer values than columns", report.fewerValues);
     add("rows with more values than columns", report.moreValues);
+    add("records that the file cuts off", report.cutRecords);
     add("markers that may be data", report.doubtfulMarkers);
     for (ReportChannel const& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {

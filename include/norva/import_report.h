@@ -35,14 +35,14 @@ struct ReportPart {
 
 /// One channel of the store. Whatever is not found below was taken as it stands, texts in upper case.
 struct ReportChannel {
-    int column = 0;  ///< of the source, from 1
+    int column = 0;  ///< of the source, from 1; 0 for a channel that was added
     NorvaChannelStruct settings{};
-    std::uint64_t values = 0;      ///< all of them, those without data too
-    ReportFinding noData{};        ///< marked in the source as missing
-    ReportFinding missing{};       ///< the row ended before; stored as no-data (a text as "*")
-    ReportFinding outOfRange{};    ///< too large for the type; stored as no-data
-    ReportFinding unreadable{};    ///< no digits: a number is stored as 0, a date, time or coordinate as no-data
-    ReportFinding withRest{};      ///< a number followed by something else, which was ignored
+    std::uint64_t values = 0;    ///< all of them, those without data too
+    ReportFinding noData{};      ///< marked in the source as missing
+    ReportFinding missing{};     ///< the row ended before; stored as no-data (a text as "*")
+    ReportFinding outOfRange{};  ///< too large for the type; stored as no-data (binary records: converted all the same)
+    ReportFinding unreadable{};  ///< no digits: a number is stored as 0, a date, time or coordinate as no-data
+    ReportFinding withRest{};    ///< a number followed by something else, which was ignored
     ReportFinding withFraction{};  ///< a whole-number channel dropped the digits after the point
     ReportFinding cut{};           ///< texts longer than the channel
     ReportFinding backwards{};     ///< a time, date or fiducial below the one before it in its line
@@ -73,7 +73,7 @@ struct NORVA_API ImportReport {
     std::vector<ReportSetting> settings;
     std::vector<NorvaChannelStruct> columns;  ///< how each column was to be read, skipped ones too
 
-    std::string unit;  ///< what the parts count: "lines"
+    std::string unit;  ///< what the parts count: "lines", "records"
     std::uint64_t unitsRead = 0;
     std::uint64_t bytesRead = 0;
     std::vector<ReportPart> parts;
@@ -82,6 +82,7 @@ struct NORVA_API ImportReport {
     std::vector<ReportLine> lines;
     ReportFinding fewerValues;      ///< rows with fewer values than columns
     ReportFinding moreValues;       ///< rows with more; the surplus was ignored
+    ReportFinding cutRecords;       ///< a binary source ends inside them
     ReportFinding doubtfulMarkers;  ///< taken as the start of a line, but may have been rows of data
 
     /// Whether the parts add up to what was read, that to the whole source, and every channel to the locations.

@@ -14,19 +14,6 @@ namespace {
 
 static_assert(std::numeric_limits<float>::is_iec559, "a double too large for a float becomes infinite");
 
-template <typename Value>
-Value Load(char const* in) {
-    if constexpr (std::is_same_v<Value, float>) {
-        return LoadFloat(in);
-    } else if constexpr (std::is_same_v<Value, double>) {
-        return LoadDouble(in);
-    } else if constexpr (std::is_same_v<Value, std::int32_t>) {
-        return static_cast<std::int32_t>(LoadLittle32(in));
-    } else {
-        return static_cast<std::int16_t>(LoadLittle16(in));
-    }
-}
-
 inline void Store(char* out, float value) {
     StoreFloat(out, value);
 }
@@ -61,7 +48,8 @@ To Convert(From value) {
 
 template <typename From, typename To>
 void ConvertAll(char const* in, std::size_t stride, std::size_t count, char* out) {
-    for (std::size_t i = 0; i < count; ++i, in += stride, out += sizeof(To)) Store(out, Convert<To>(Load<From>(in)));
+    for (std::size_t i = 0; i < count; ++i, in += stride, out += sizeof(To))
+        Store(out, Convert<To>(LoadValue<From>(in)));
 }
 
 template <typename From>

@@ -1,8 +1,26 @@
 #pragma once
 
+#include "store/value_rules.h"
+
 #include <cstddef>
+#include <cstdint>
+#include <type_traits>
 
 namespace norva {
+
+/// A float, double, 32-bit or 16-bit integer, little-endian.
+template <typename Value>
+Value LoadValue(char const* in) {
+    if constexpr (std::is_same_v<Value, float>) {
+        return LoadFloat(in);
+    } else if constexpr (std::is_same_v<Value, double>) {
+        return LoadDouble(in);
+    } else if constexpr (std::is_same_v<Value, std::int32_t>) {
+        return static_cast<std::int32_t>(LoadLittle32(in));
+    } else {
+        return static_cast<std::int16_t>(LoadLittle16(in));
+    }
+}
 
 /// Converts `count` values, the first at `in` and each `stride` bytes after the one before, to packed values of a
 /// store at `out`. Both sides are little-endian.

@@ -26,6 +26,8 @@ char const* CBinaryRecordReader::Read(std::size_t records) {
     std::size_t const wanted = records * length;
     std::size_t got = 0;
     if (!m_file.Read(m_block.data(), wanted, got)) return nullptr;
+    m_got = got;
+    m_bytesRead += got;
     // Of the record that the file ends in, only whole values are kept.
     std::size_t const inRecord = got % length;
     auto const next = std::upper_bound(m_ends.begin(), m_ends.end(), inRecord);
@@ -36,6 +38,11 @@ char const* CBinaryRecordReader::Read(std::size_t records) {
                   m_block.begin() + static_cast<std::ptrdiff_t>(got + from));
     }
     return m_block.data();
+}
+
+std::size_t CBinaryRecordReader::Present(std::size_t channel) const {
+    std::size_t const length = RecordLength();
+    return m_got / length + (m_got % length >= m_ends[channel] ? 1 : 0);
 }
 
 }  // namespace norva

@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace norva {
@@ -20,12 +21,18 @@ public:
     std::size_t BlockRecords() const { return m_block.size() / RecordLength(); }
     /// The next records, packed, valid until the next call; null after a read error, which `file` tells.
     char const* Read(std::size_t records);
+    /// How many of the records that were read last hold a whole value of a channel.
+    std::size_t Present(std::size_t channel) const;
+    /// Bytes of the file so far.
+    std::uint64_t BytesRead() const { return m_bytesRead; }
 
 private:
     CFile& m_file;
     std::vector<std::size_t> m_ends;  ///< where each value of a record ends
     std::vector<char> m_missing;      ///< a record of missing values
     std::vector<char> m_block;
+    std::size_t m_got = 0;  ///< bytes of the block that the file held
+    std::uint64_t m_bytesRead = 0;
 };
 
 }  // namespace norva

@@ -4,12 +4,12 @@
 #include "import_binary/binary_conversion.h"
 #include "import_binary/binary_disk_space.h"
 #include "import_binary/binary_import_dlg.h"
-#include "import_binary/binary_record_reader.h"
 #include "norva/import_export.h"
 #include "norva/toolkit.h"
 #include "norva/values.h"
 #include "platform/last_error.h"
 #include "platform/paths.h"
+#include "store/report_draft.h"
 #include "store/value_rules.h"
 #include "ui/messages.h"
 
@@ -52,23 +52,23 @@ private:
 };
 
 int CBinaryXYZImport::Import(CNorvaFileUtil& store, CWindow* owner) {
-    std::uint64_t length = 0;
-    bool const isDone = !m_inputPath.empty() && OpenInput(length) && AskSettings(length) && IsRoom(store) &&
-                        Describe(store) && ImportData(store, owner);
+    bool const isDone = !m_inputPath.empty() && OpenInput() && AskSettings() && IsRoom(store) && Describe(store) &&
+                        ImportData(store, owner);
+    if (isDone) Report();
     return isDone ? 1 : 0;
 }
 
-bool CBinaryXYZImport::OpenInput(std::uint64_t& length) {
+bool CBinaryXYZImport::OpenInput() {
     int error = IsFolder(m_inputPath) ? EISDIR : 0;
-    if (error == 0 && !(m_file.Open(m_inputPath, CFile::Mode::Read) && m_file.Size(length))) error = m_file.Error();
+    if (error == 0 && !(m_file.Open(m_inputPath, CFile::Mode::Read) && m_file.Size(m_length))) error = m_file.Error();
     if (error == 0) return true;
     SetLastErrorText("Couldn't open the file : " + m_inputPath + "\n" + SystemErrorText(error));
     ShowMessage("File could not be open");
     return false;
 }
 
-bool CBinaryXYZImport::AskSettings(std::uint64_t length) {
-    CBinaryImportDlg dialog(m_inputPath, m_channels, length);
+bool CBinaryXYZImport::AskSettings() {
+    CBinaryImportDlg dialog(m_inputPath, m_channels, m_length);
     if (dialog.DoModal() != kButtonOk) return false;
     m_records = std::max<std::int64_t>(dialog.TotalRecords(), 0);
     m_pointsPerLine = dialog.PointsPerLine();
@@ -140,6 +140,7 @@ bool CBinaryXYZImport::ImportData(CNorvaFileUtil& store, CWindow* owner) {
 
 bool CBinaryXYZImport::ReadRecords(CColumnFiles& columns, CNotices& notices) {
     CBinaryRecordReader reader(m_file, m_channels);
+    m_values.assign(m_channels.size(), {});
     auto const most = static_cast<std::int64_t>(reader.BlockRecords());
     for (std::int64_t record = 0; record < m_records;) {
         notices.Tell(record);
@@ -150,28 +151,36 @@ bool CBinaryXYZImport::ReadRecords(CColumnFiles& columns, CNotices& notices) {
             ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
             return false;
         }
-        if (!ConvertBlock(block, count, reader.RecordLength(), columns)) {
+        if (!ConvertBlock(reader, block, count, columns)) {
             ShowMessage(GetLastErrorText());
             return false;
         }
         record += static_cast<std::int64_t>(count);
     }
+    m_bytesRead = reader.BytesRead();
     return true;
 }
 
-bool CBinaryXYZImport::ConvertBlock(char const* block, std::size_t records, std::size_t recordLength,
-                                    CColumnFiles& columns) const {
+bool CBinaryXYZImport::ConvertBlock(CBinaryRecordReader const& reader, char const* block, std::size_t records,
+                                    CColumnFiles& columns) {
+    std::size_t const recordLength = reader.RecordLength();
     char const* value = block;
     for (std::size_t i = 0; i < m_channels.size(); ++i) {
         BinaryChannelDef const& channel = m_channels[i];
         ConvertValues const convert = FindConversion(channel.readFormat, channel.dataType);
+        TallyValues const tally = FindTally(channel.readFormat, channel.dataType);
+        std::size_t const present = reader.Present(i);
+        m_values[i].present += present;
         std::size_t const width = ValueWidth(channel.dataType);
         std::size_t const most = CColumnFiles::kBufferSize / width;
         for (std::size_t done = 0; done < records;) {
             std::size_t const count = std::min(records - done, most);
             char* const out = columns.Append(static_cast<int>(i), count * width);
             if (out == nullptr) return false;
-            convert(value + done * recordLength, recordLength, count, out);
+            char const* const in = value + done * recordLength;
+            convert(in, recordLength, count, out);
+            std::size_t const counted = std::min(present - std::min(present, done), count);
+            tally(in, recordLength, counted, out, m_values[i].tally);
             done += count;
         }
         value += ReadWidth(channel.readFormat);
@@ -180,9 +189,13 @@ bool CBinaryXYZImport::ConvertBlock(char const* block, std::size_t records, std:
 }
 
 /// Seconds since the first record, in single precision throughout.
+float CBinaryXYZImport::FiducialOf(std::int64_t record) const {
+    auto const spacing = static_cast<float>(1.0 / m_frequency);
+    return static_cast<float>(record) * spacing;
+}
+
 bool CBinaryXYZImport::WriteFiducial(CNorvaFileUtil& store) const {
     constexpr std::size_t kWidth = 4;
-    auto const spacing = static_cast<float>(1.0 / m_frequency);
     std::size_t const size = static_cast<std::size_t>(m_records) * kWidth;
     std::unique_ptr<char[]> const values(new (std::nothrow) char[size]);
     if (values == nullptr) {
@@ -190,7 +203,7 @@ bool CBinaryXYZImport::WriteFiducial(CNorvaFileUtil& store) const {
         return false;
     }
     char* out = values.get();
-    for (std::int64_t n = 0; n < m_records; ++n, out += kWidth) StoreFloat(out, static_cast<float>(n) * spacing);
+    for (std::int64_t n = 0; n < m_records; ++n, out += kWidth) StoreFloat(out, FiducialOf(n));
     return store.WriteHuge(values.get(), size) != 0;
 }
 
@@ -202,6 +215,61 @@ bool CBinaryXYZImport::WriteChannels(CColumnFiles& columns, CNorvaFileUtil& stor
         if (!columns.HandOver(i, store)) return false;
     }
     return true;
+}
+
+std::vector<ReportChannel> CBinaryXYZImport::ReportChannels() const {
+    auto const locations = static_cast<std::uint64_t>(m_records);
+    std::vector<ReportChannel> channels;
+    if (m_addFiducial) {
+        ReportChannel fiducial;
+        fiducial.settings.name = "Fid";
+        fiducial.settings.units = "sec";
+        fiducial.settings.dataType = DataType::kFloat;
+        fiducial.values = locations;
+        fiducial.hasRange = m_records > 0;
+        if (fiducial.hasRange) fiducial.maximum = FiducialOf(m_records - 1);
+        channels.push_back(std::move(fiducial));
+    }
+    for (std::size_t i = 0; i < m_channels.size(); ++i) {
+        ReportChannel channel;
+        channel.column = static_cast<int>(i) + 1;
+        channel.settings.name = m_channels[i].name;
+        channel.settings.units = m_channels[i].units;
+        channel.settings.dataType = m_channels[i].dataType;
+        channel.values = locations;
+        channel.missing.count = locations - m_values[i].present;
+        m_values[i].tally.Fill(channel);
+        channels.push_back(std::move(channel));
+    }
+    return channels;
+}
+
+void CBinaryXYZImport::Report() const {
+    ImportReport report;
+    std::uint64_t const size = RecordSize(m_channels);
+    std::uint64_t const whole = m_bytesRead / size;
+    std::uint64_t const cut = m_bytesRead % size;
+    RecordCount const held = CountRecords(m_length, size);
+    std::uint64_t const left = m_records < held.records ? m_length - static_cast<std::uint64_t>(m_records) * size : 0;
+    report.parts = {{"whole records", whole, whole * size},
+                    {"partial records", cut > 0 ? 1U : 0U, cut},
+                    {"records not asked for", static_cast<std::uint64_t>(CountRecords(left, size).records), left}};
+    report.cutRecords.count = cut > 0 ? 1 : 0;
+    report.settings = {{"points per line", std::to_string(m_pointsPerLine)},
+                       {"fiducial", m_addFiducial ? std::to_string(m_frequency) + " Hz" : "none"}};
+    report.channels = ReportChannels();
+    for (ReportChannel const& channel : report.channels) {
+        if (channel.column > 0) report.columns.push_back(channel.settings);
+    }
+    for (std::int64_t line = 0; line < CountLines(m_records, m_pointsPerLine); ++line) {
+        auto const locations = static_cast<std::uint64_t>(LineLength(m_records, m_pointsPerLine, line));
+        report.lines.push_back({"LINE" + std::to_string(line + 1), locations});
+    }
+    report.unit = "records";
+    report.unitsRead = static_cast<std::uint64_t>(held.records);
+    report.bytesRead = m_bytesRead + left;
+    report.sourceSize = m_length;
+    FinishReport(std::move(report));
 }
 
 int RunBinaryXyzImport(ImportJob const& job) {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "import_binary/binary_record.h"
+#include "import_binary/binary_record_reader.h"
+#include "import_binary/value_tally.h"
 #include "norva/file_util.h"
 #include "platform/files.h"
 #include "store/column_files.h"
@@ -27,21 +28,31 @@ private:
     /// Percentages of the work for the owner window.
     class CNotices;
 
-    bool OpenInput(std::uint64_t& length);
-    bool AskSettings(std::uint64_t length);
+    bool OpenInput();
+    bool AskSettings();
     bool IsRoom(CNorvaFileUtil const& store) const;
     bool Describe(CNorvaFileUtil& store) const;
     bool ImportData(CNorvaFileUtil& store, CWindow* owner);
     bool ReadRecords(CColumnFiles& columns, CNotices& notices);
-    bool ConvertBlock(char const* block, std::size_t records, std::size_t recordLength, CColumnFiles& columns) const;
+    bool ConvertBlock(CBinaryRecordReader const& reader, char const* block, std::size_t records, CColumnFiles& columns);
+    float FiducialOf(std::int64_t record) const;
     bool WriteFiducial(CNorvaFileUtil& store) const;
     bool WriteChannels(CColumnFiles& columns, CNorvaFileUtil& store, CNotices& notices) const;
+    void Report() const;
+    std::vector<ReportChannel> ReportChannels() const;
 
     std::string m_inputPath;
     CFile m_file;
+    std::uint64_t m_length = 0;  ///< of the file
+    std::uint64_t m_bytesRead = 0;
     std::int64_t m_records = 0;
     std::int64_t m_pointsPerLine = 0;
     std::vector<BinaryChannelDef> m_channels;
+    struct Values {
+        ValueTally tally;
+        std::uint64_t present = 0;  ///< in the file
+    };
+    std::vector<Values> m_values;  ///< one a channel
     bool m_addFiducial = true;
     int m_frequency = 1;
 };

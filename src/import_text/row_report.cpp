@@ -52,16 +52,12 @@ void CRowReport::Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t
         channel.values = locations;
         if (channel.settings.dataType != DataType::kSkipped) m_report.channels.push_back(std::move(channel));
     }
-    ImportReport& draft = ReportDraft();
-    m_report.sourcePath = draft.sourcePath;
-    m_report.format = draft.format;
-    m_report.libraryVersion = draft.libraryVersion;
     m_report.sourceSize = sourceSize;
     m_report.columns = m_columns;
     m_report.unit = std::move(unit);
     m_report.unitsRead = unitsRead;
     m_report.bytesRead = bytesRead;
-    draft = std::move(m_report);
+    FinishReport(std::move(m_report));
 }
 
 }  // namespace norva

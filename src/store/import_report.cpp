@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace norva {
 
@@ -48,7 +49,7 @@ bool ImportReport::IsAccounted() const {
 }
 
 std::uint64_t ImportReport::LossCount() const {
-    std::uint64_t count = fewerValues.count + moreValues.count + doubtfulMarkers.count;
+    std::uint64_t count = fewerValues.count + moreValues.count + cutRecords.count + doubtfulMarkers.count;
     for (ReportChannel const& channel : channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
             if (kind->isLoss) count += (channel.*kind->finding).count;
@@ -78,8 +79,11 @@ void StartReport(std::string const& sourcePath, std::string_view format) {
     draft.libraryVersion = GetLibraryVersion();
 }
 
-ImportReport& ReportDraft() {
-    return draft;
+void FinishReport(ImportReport report) {
+    report.sourcePath = draft.sourcePath;
+    report.format = draft.format;
+    report.libraryVersion = draft.libraryVersion;
+    draft = std::move(report);
 }
 
 void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column, std::string_view text) {

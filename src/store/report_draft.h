@@ -12,8 +12,8 @@ namespace norva {
 void ForgetReport();
 /// A new draft with the facts that every import knows.
 void StartReport(std::string const& sourcePath, std::string_view format);
-/// Empty parts unless StartReport was called before.
-ImportReport& ReportDraft();
+/// Makes an importer's findings the report; the facts of StartReport stay.
+void FinishReport(ImportReport report);
 
 /// Counts one more finding, with its place as long as places are kept.
 void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column, std::string_view text);

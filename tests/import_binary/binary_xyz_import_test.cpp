@@ -1,4 +1,5 @@
 #include "norva/import_export.h"
+#include "norva/import_report.h"
 #include "platform/files.h"
 #include "support/play.h"
 #include "support/store_samples.h"
@@ -8,6 +9,8 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <limits>
+#include <random>
 
 namespace norva::test {
 namespace {
@@ -154,6 +157,79 @@ TEST(BinaryXYZImport, FailsWithoutTraces) {
         EXPECT_EQ(folder.Count(), 6U) << c.what;
         EXPECT_EQ(ReadWholeFile(folder / "out.nvt"), "an older store") << c.what;
         EXPECT_TRUE(ReadWholeFile(folder / "self.0") == Records(100'000)) << c.what;
+    }
+}
+
+/// A value of the source and what becomes of it.
+template <typename Value>
+struct Piece {
+    Value value;
+    ReportFinding ReportChannel::*asShort;
+    ReportFinding ReportChannel::*asItIs;
+};
+
+TEST(BinaryXYZImport, AccountsForEveryByteAndValue) {
+    constexpr auto kNoData = &ReportChannel::noData;
+    constexpr auto kOut = &ReportChannel::outOfRange;
+    constexpr auto kFraction = &ReportChannel::withFraction;
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    // 98303 becomes 32767 in 16 bits, which no source marked as no-data.
+    Piece<std::int32_t> const wholes[] = {
+        {2, nullptr, nullptr}, {32767, kNoData, nullptr}, {98303, kOut, nullptr}, {-70000, kOut, nullptr}};
+    Piece<double> const reals[] = {{2, nullptr, nullptr},     {-2.5, kFraction, nullptr}, {32767, kNoData, nullptr},
+                                   {98303, kOut, nullptr},    {1.0e30, kOut, kNoData},    {kNaN, kOut, nullptr},
+                                   {-1.0e300, kOut, nullptr}, {1.5e9, kOut, nullptr}};
+    std::mt19937 random(5);
+    for (std::size_t const size : {1U, 4U, 11U, 12U, 13U, 14U, 15U, 140U, 700U, 1411U, 14'000U, 400'003U}) {
+        for (std::size_t const asked : {std::size_t{0}, size / 28 + 1, size / 7 + 2}) {
+            bool const isShort = size % 2 == 0;
+            std::size_t const records = asked == 0 ? (size + 13) / 14 : asked;
+            auto const present = [&](std::size_t end) {
+                return std::min(size / 14 + (size % 14 >= end ? 1 : 0), records);
+            };
+            ReportChannel expected[3];
+            CPackedValues values;
+            for (std::size_t n = 0; n * 14 < size; ++n) {
+                auto const& whole = wholes[random() % std::size(wholes)];
+                auto const& real = reals[random() % std::size(reals)];
+                auto const kind = isShort ? real.asShort : real.asItIs;
+                auto const last = static_cast<std::int16_t>(random());
+                values.Add(whole.value).Add(real.value).Add(last);
+                if (n < present(4) && whole.asShort != nullptr) ++(expected[0].*whole.asShort).count;
+                if (n < present(12) && kind != nullptr) ++(expected[1].*kind).count;
+                if (n >= present(14)) continue;
+                expected[2].minimum = n == 0 ? last : std::min<double>(expected[2].minimum, last);
+                expected[2].maximum = n == 0 ? last : std::max<double>(expected[2].maximum, last);
+            }
+            CTemporaryFolder const folder;
+            WriteWholeFile(folder / "in.bin", values.bytes.substr(0, size));
+            std::string acts = isShort ? R"j(, {"select": "Channels:", "row": 1}, {"click": "64-bit float"},
+                                               {"click": "Short Integer (2 bytes)"},
+                                               {"click": "Set for Selected"})j"
+                                       : "";
+            if (asked > 0) {
+                acts += R"j(, {"set": "Total Records in File:", "to": ")j" + std::to_string(asked) + "\"}";
+            }
+            std::string const input = std::to_string(size) + " bytes, records: " + std::to_string(asked);
+            ASSERT_EQ(Import(folder, acts, "", "in.bin", {.defaults = true}).value, 1) << input;
+            ImportReport report;
+            ASSERT_EQ(GetImportReport(report, 0), 1) << input;
+            EXPECT_TRUE(report.IsAccounted()) << input;
+            EXPECT_EQ(report.sourceSize, size) << input;
+            EXPECT_EQ(report.unitsRead, (size + 13) / 14) << input;
+            EXPECT_EQ(report.LocationCount(), records) << input;
+            EXPECT_EQ(report.cutRecords.count, size % 14 != 0 && records > size / 14 ? 1U : 0U) << input;
+            ASSERT_EQ(report.channels.size(), 4U) << input;
+            for (std::size_t i = 0; i < 3; ++i) {
+                ReportChannel const& channel = report.channels[i + 1];
+                for (auto const kind : {kNoData, kOut, kFraction}) {
+                    EXPECT_EQ((channel.*kind).count, (expected[i].*kind).count) << input << ", channel " << i;
+                }
+                EXPECT_EQ(channel.missing.count, records - present(i == 0 ? 4 : i == 1 ? 12 : 14)) << input;
+            }
+            EXPECT_EQ(report.channels[3].minimum, expected[2].minimum) << input;
+            EXPECT_EQ(report.channels[3].maximum, expected[2].maximum) << input;
+        }
     }
 }
 
