@@ -103,7 +103,7 @@ Json ReportJson(ImportReport const& report) {
     Json json = {
         {"norva", "import report"},
         {"version", 1},
-        {"library", report.libraryVersion},
+        {"library", report.norvaVersion},
         {"format", report.format},
         {"source", {{"path", report.sourcePath}, {"size", report.sourceSize}, {"sha256", report.sourceSha256}}}};
     Json& settings = json["settings"] = Json::object();
@@ -159,7 +159,7 @@ std::string ReportHtml(ImportReport const& report) {
            NamedRow("Size", std::to_string(report.sourceSize) + " bytes") + NamedRow("SHA-256", report.sourceSha256) +
            NamedRow("Format", report.format);
     for (ReportSetting const& setting : report.settings) out += NamedRow(setting.name, setting.value);
-    out += NamedRow("Library", "Norva Exchange " + report.libraryVersion) + "</table>\n";
+    out += NamedRow("Library", "Norva Exchange " + report.norvaVersion) + "</table>\n";
     out += "<h2>What was read</h2><table><thead><tr><th>Part</th><th class=\"n\">" + Escaped(report.unit) +
            "</th><th class=\"n\">bytes</th></tr></thead>\n";
     for (ReportPart const& part : report.parts) {

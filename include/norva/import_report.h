@@ -69,7 +69,7 @@ struct NORVA_API ImportReport {
     std::uint64_t sourceSize = 0;
     std::string sourceSha256;  ///< 64 hexadecimal digits; empty unless asked for
     std::string format;        ///< label in the format list
-    std::string libraryVersion;
+    std::string norvaVersion;
     std::vector<ReportSetting> settings;
     std::vector<NorvaChannelStruct> columns;  ///< how each column was to be read, skipped ones too
 

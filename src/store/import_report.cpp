@@ -76,13 +76,13 @@ void StartReport(std::string const& sourcePath, std::string_view format) {
     draft = {};
     draft.sourcePath = sourcePath;
     draft.format = format;
-    draft.libraryVersion = GetLibraryVersion();
+    draft.norvaVersion = GetLibraryVersion();
 }
 
 void FinishReport(ImportReport report) {
     report.sourcePath = draft.sourcePath;
     report.format = draft.format;
-    report.libraryVersion = draft.libraryVersion;
+    report.norvaVersion = draft.norvaVersion;
     draft = std::move(report);
 }
 
