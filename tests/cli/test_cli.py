@@ -4,6 +4,7 @@
 import hashlib
 import json
 import os
+import re
 import signal
 import struct
 import subprocess
@@ -281,6 +282,17 @@ class Store(Case):
         missing = sum(1 for line in XYZ.read_text().splitlines() if line.split()[6:7] == ["*"])
         self.assertEqual(values.count(None), missing)
         self.assertEqual(values[0], 54209.88)
+
+
+class Manual(Case):
+    def test_names_every_command_and_option(self):
+        manual = self.norva("--manual").stdout.replace("\\-", "-")
+        commands = re.findall(r"^  ([a-z]+) ", self.norva("--help").stdout.partition("Subcommands:")[2], re.M)
+        self.assertGreater(len(commands), 10)
+        for command in commands:
+            section = manual.partition(f".SS norva {command}\n")[2].partition(".SS")[0]
+            for option in re.findall(r"^ +(?:-\w,)?(--[a-z-]+)", self.norva(command, "--help").stdout, re.M):
+                self.assertIn(option, section, command)
 
 
 class Play(Case):
