@@ -55,8 +55,8 @@ void TallyStored(char const* values, std::size_t count, ValueTally& tally) {
             Value const most = high[i];
             bool const isMarked = IsMarked(value);
             marked[i] += isMarked ? Count{1} : Count{0};
-            low[i] = !isMarked & (value < least) ? value : least;
-            high[i] = !isMarked & (value > most) ? value : most;
+            low[i] = (!isMarked & (value < least)) ? value : least;
+            high[i] = (!isMarked & (value > most)) ? value : most;
         }
     }
     std::uint64_t noData = 0;
