@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <ctime>
 
 namespace norva {
 
@@ -119,6 +120,19 @@ void CQtDialog::RefreshAll() {
         item.view->SetShown(control->revision);
     }
     if (m_dialog.IsEnded()) done(m_dialog.Result());
+}
+
+bool CQtDialog::RefreshProgress(bool now) {
+    constexpr std::chrono::milliseconds kInterval{40};
+    // Reading this clock of some milliseconds' grain costs next to nothing.
+    timespec read{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &read);
+    auto const time = std::chrono::milliseconds(read.tv_sec * 1000 + read.tv_nsec / 1'000'000);
+    if (!now && time - m_refreshed < kInterval) return false;
+    m_refreshed = time;
+    RefreshAll();
+    if (now) repaint();
+    return true;
 }
 
 void CQtDialog::reject() {

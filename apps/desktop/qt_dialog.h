@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ public:
     CDialog& Dialog() { return m_dialog; }
     /// Shows every control whose state has changed; closes the window when the dialog has ended.
     void RefreshAll();
+    /// The same for a window of progress, which some importers change at every value: false when the last picture is
+    /// too fresh to be drawn again. With `now` it is always drawn, and before this returns.
+    bool RefreshProgress(bool now);
     CControlView* View(int control) const;
     /// Gives a further button of the window a letter of its own.
     QString WithMnemonic(std::string_view label) { return m_mnemonics.Assign(label); }
@@ -42,6 +46,7 @@ private:
     CDialog& m_dialog;
     CMnemonics m_mnemonics;
     std::vector<Item> m_items;
+    std::chrono::milliseconds m_refreshed{};
     bool m_closing = false;
 };
 

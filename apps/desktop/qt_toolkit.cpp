@@ -158,8 +158,7 @@ void CQtToolkit::WindowShown(CModelessDialog& window) {
 void CQtToolkit::WindowChanged(CModelessDialog& window, bool now) {
     auto const found = m_windows.find(&window);
     if (found == m_windows.end()) return;
-    found->second->RefreshAll();
-    if (now) found->second->repaint();
+    if (!found->second->RefreshProgress(now)) return;
     // The work runs on this thread: let the window be painted, but take no clicks or keys.
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

@@ -127,9 +127,7 @@ void CScriptedWindows::WindowCreated(CModelessDialog& window) {
 
 void CScriptedWindows::WindowChanged(CModelessDialog& window, bool now) {
     auto const found = m_windows.find(&window);
-    if (found == m_windows.end()) return;
-    found->second->RefreshAll();
-    if (now) found->second->repaint();
+    if (found != m_windows.end()) found->second->RefreshProgress(now);
 }
 
 void CScriptedWindows::WindowDestroyed(CModelessDialog& window) {
