@@ -69,6 +69,7 @@ void CCommandToolkit::ShowHelp(std::string const& /*topic*/) {}
 
 void CCommandToolkit::WindowChanged(CModelessDialog& window, bool /*now*/) {
     ThrowIfInterrupted();
+    if (!m_console.ShowsBar()) return;
     if (CControl const* const bar = window.FindControl(kFileBar)) m_console.JobPercent(bar->position);
 }
 

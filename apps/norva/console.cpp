@@ -46,7 +46,7 @@ void CConsole::BeginJob(std::string title) {
 }
 
 void CConsole::JobPercent(int percent) {
-    if (m_quiet || !m_terminal || m_job.empty() || percent == m_percent) return;
+    if (!ShowsBar() || m_job.empty() || percent == m_percent) return;
     m_percent = percent;
     int const filled = percent * kBarWidth / 100;
     std::string bar(static_cast<std::size_t>(kBarWidth), ' ');

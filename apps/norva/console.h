@@ -19,6 +19,7 @@ public:
     /// Progress of the running job: a bar when stderr is a terminal, else one line when it begins.
     void BeginJob(std::string title);
     void JobPercent(int percent);
+    bool ShowsBar() const { return m_terminal && !m_quiet; }
     void EndJob();
 
 private:

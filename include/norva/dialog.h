@@ -121,6 +121,8 @@ private:
     int m_result = 0;
 };
 
+class CToolkit;
+
 /// A window that stays open while its creator works on: the progress window.
 class NORVA_API CModelessDialog : public CDialog {
 public:
@@ -132,16 +134,18 @@ public:
     void SetWindowTitle(std::string title);
     void ShowWindow();
     void DestroyWindow();
-    bool IsCreated() const { return m_created; }
+    bool IsCreated() const { return m_toolkit != nullptr; }
 
 protected:
+    /// The one that was current at Create(), which has to outlive the window; null while there is none.
+    CToolkit* Toolkit() const { return m_toolkit; }
     /// Tells the toolkit that controls have changed; nothing happens before Create().
     void Changed();
     /// The same, and repaints before it returns.
     void UpdateWindow();
 
 private:
-    bool m_created = false;
+    CToolkit* m_toolkit = nullptr;
 };
 
 }  // namespace norva

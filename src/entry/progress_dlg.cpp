@@ -45,9 +45,12 @@ void CProgressDlg::RefreshTexts() {
     SetText(kChannelText, m_channelText);
 }
 
-void CProgressDlg::SetBar(CControl& bar, std::string_view value) {
-    bar.position = std::clamp(ReadInt(value), 0, 100);
-    ++bar.revision;
+void CProgressDlg::SetPercent(Bar bar, std::string_view text, int percent) {
+    if (!IsCreated()) return;
+    Toolkit()->ProgressText(text);
+    CControl& control = bar == Bar::File ? m_fileBar : m_channelBar;
+    control.position = std::clamp(percent, 0, 100);
+    ++control.revision;
     Changed();
 }
 
@@ -55,8 +58,7 @@ std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, s
     if (message != WM_PROGRESS_TEXT) return CModelessDialog::SendMessage(message, first, second);
     if (second == 0 || !IsCreated()) return 0;
     std::string_view const text = reinterpret_cast<char const*>(second);
-    CurrentToolkit().ProgressText(text);
-    // What follows the key; the most frequent keys come first.
+    // What follows the key.
     auto const valueOf = [text](std::string_view key, std::string_view& value) {
         if (!text.starts_with(key)) return false;
         value = text.substr(key.size() - 1);
@@ -64,10 +66,15 @@ std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, s
     };
     std::string_view value;
     if (valueOf("ChannelPercent ", value)) {
-        SetBar(m_channelBar, value);
-    } else if (valueOf("FilePercent ", value)) {
-        SetBar(m_fileBar, value);
-    } else if (valueOf("ChannelName ", value)) {
+        SetPercent(Bar::Channel, text, ReadInt(value));
+        return 0;
+    }
+    if (valueOf("FilePercent ", value)) {
+        SetPercent(Bar::File, text, ReadInt(value));
+        return 0;
+    }
+    Toolkit()->ProgressText(text);
+    if (valueOf("ChannelName ", value)) {
         ShowChannelName(value);
     } else if (valueOf("FileName ", value)) {
         ShowWindow();
@@ -79,19 +86,14 @@ std::intptr_t CProgressDlg::SendMessage(unsigned message, std::intptr_t first, s
 void CProgressReporter::ChannelName(std::string_view name) {
     m_text = "ChannelName ";
     m_text += name;
-    Send(m_text.c_str());
+    m_window.SendMessage(WM_PROGRESS_TEXT, 0, TextParameter(m_text.c_str()));
 }
 
-void CProgressReporter::SendPercent(std::string_view key, long long percent) {
-    // Some files send one for every value.
-    char text[48];
-    char* const end = std::to_chars(text + key.copy(text, key.size()), text + sizeof text - 1, percent).ptr;
-    *end = '\0';
-    Send(text);
-}
-
-void CProgressReporter::Send(char const* text) {
-    m_window.SendMessage(WM_PROGRESS_TEXT, 0, TextParameter(text));
+void CProgressReporter::Send(CProgressDlg::Bar bar, Percentage& last, long long percent) {
+    // Some files send one for every value, so the key stays in its place.
+    last.percent = percent;
+    char const* const end = std::to_chars(last.text + last.keySize, std::end(last.text), percent).ptr;
+    m_window.SetPercent(bar, {last.text, static_cast<std::size_t>(end - last.text)}, static_cast<int>(percent));
 }
 
 }  // namespace norva

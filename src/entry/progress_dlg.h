@@ -22,9 +22,12 @@ public:
 
     std::intptr_t SendMessage(unsigned message, std::intptr_t first, std::intptr_t second) override;
 
+    enum class Bar { File, Channel };
+    /// What WM_PROGRESS_TEXT with `text`, a percentage of this bar, does.
+    void SetPercent(Bar bar, std::string_view text, int percent);
+
 private:
     void RefreshTexts();
-    void SetBar(CControl& bar, std::string_view value);
 
     CControl& m_fileBar;
     CControl& m_channelBar;
@@ -39,10 +42,10 @@ public:
     explicit CProgressReporter(CProgressDlg& window) : m_window(window) {}
 
     void FilePercent(long long percent) {
-        if (percent != m_file) SendPercent("FilePercent ", m_file = percent);
+        if (percent != m_file.percent) Send(CProgressDlg::Bar::File, m_file, percent);
     }
     void ChannelPercent(long long percent) {
-        if (percent != m_channel) SendPercent("ChannelPercent ", m_channel = percent);
+        if (percent != m_channel.percent) Send(CProgressDlg::Bar::Channel, m_channel, percent);
     }
     void ChannelName(std::string_view name);
     /// To be called for every row of a long stretch without a percentage.
@@ -54,13 +57,18 @@ public:
 private:
     static constexpr unsigned kRowsATurn = 16384;
 
-    /// `key` ends with its blank.
-    void SendPercent(std::string_view key, long long percent);
-    void Send(char const* text);
+    /// The last percentage of a key, with the text that told it.
+    struct Percentage {
+        char text[40];  ///< the key with its blank, and room for any number
+        std::size_t keySize;
+        long long percent = INT64_MIN;
+    };
+
+    void Send(CProgressDlg::Bar bar, Percentage& last, long long percent);
 
     CProgressDlg& m_window;
-    long long m_file = INT64_MIN;
-    long long m_channel = INT64_MIN;
+    Percentage m_file{"FilePercent ", 12};
+    Percentage m_channel{"ChannelPercent ", 15};
     unsigned m_rows = 0;
     std::string m_text;
 };

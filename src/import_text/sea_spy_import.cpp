@@ -42,60 +42,67 @@ bool IsRecord(std::string_view line) {
 
 /// Whether the data pass leaves a record out.
 bool IsSkippedRecord(std::string_view record) {
-    std::string_view const trimmed = Trim(record);
-    return trimmed.empty() || IsCommentLine(trimmed) || HoldsSpacedLineWord(trimmed);
+    return HoldsSpacedLineWord(Trim(record));
 }
 
-/// Characters that may begin what is replaced by blanks.
-constexpr CDelimiters kMarks{"*/[]FRxyXY<"};
+/// Blanks, the characters that a blank stands in for, and those that may begin a tag.
+constexpr CDelimiters kGapStarts{" */[]FRxyXY<"};
 
-/// How many characters at the start of `text`, which begins with one of kMarks, blanks stand in for; 0 for none.
-std::size_t MarkLength(std::string_view text, bool hasCoordinates) {
+/// Length of the gap between fields that `text` begins with; 0 for none.
+std::size_t GapLength(std::string_view text, bool hasCoordinates) {
     char const next = text.size() > 1 ? text[1] : '\0';
     switch (text[0]) {
         case 'F':
         case 'R':
             return next == '[' ? 2 : 0;
+        case '<':
+            if (hasCoordinates && text.starts_with(kInterpolated)) return kInterpolated.size();
+            return hasCoordinates && text.starts_with(kReal) ? kReal.size() : 0;
         case 'x':
         case 'y':
         case 'X':
         case 'Y':
             return hasCoordinates && next == ':' ? 2 : 0;
-        case '<':
-            if (hasCoordinates && text.starts_with(kInterpolated)) return kInterpolated.size();
-            return hasCoordinates && text.starts_with(kReal) ? kReal.size() : 0;
         default:
-            return 1;
+            return kGapStarts.Has(text[0]) ? 1 : 0;
     }
 }
 
-/// Replaces `out` by the record with blanks in place of its brackets (one each) and its tags (two each).
-void CleanRecord(std::string_view record, bool hasCoordinates, std::string& out) {
-    out.resize(record.size());
-    char* to = out.data();
-    for (std::size_t at = 0; at < record.size();) {
-        std::size_t const marked = kMarks.Has(record[at]) ? MarkLength(record.substr(at), hasCoordinates) : 0;
-        if (marked == 0) {
-            *to++ = record[at++];
-            continue;
-        }
-        *to++ = ' ';
-        if (marked > 1) *to++ = ' ';
-        at += marked;
+/// The record with blanks in place of its brackets (one each) and its tags (two each).
+std::string CleanRecord(std::string_view record, bool hasCoordinates) {
+    std::string out;
+    while (!record.empty()) {
+        std::size_t const gap = GapLength(record, hasCoordinates);
+        out.append(gap > 1 ? 2 : 1, gap == 0 ? record.front() : ' ');
+        record.remove_prefix(std::max<std::size_t>(gap, 1));
     }
-    out.resize(static_cast<std::size_t>(to - out.data()));
+    return out;
 }
 
-/// Where the character of a cleaned record stands in the record.
-std::size_t RecordOffset(std::string_view record, bool hasCoordinates, std::size_t cleaned) {
-    std::size_t at = 0;
-    for (std::size_t to = 0; at < record.size() && to < cleaned;) {
-        std::size_t const marked = kMarks.Has(record[at]) ? MarkLength(record.substr(at), hasCoordinates) : 0;
-        at += std::max<std::size_t>(marked, 1);
-        to += marked > 1 ? 2 : 1;
+/// Walks over the fields of a record as they would stand in the cleaned one.
+class CRecordCursor {
+public:
+    CRecordCursor(std::string_view record, bool hasCoordinates)
+        : m_next(record.data()), m_end(record.data() + record.size()), m_hasCoordinates(hasCoordinates) {}
+
+    bool Next(std::string_view& field) {
+        while (std::size_t const gap = Gap()) m_next += gap;
+        char const* const begin = m_next;
+        while (m_next != m_end && Gap() == 0) ++m_next;
+        field = {begin, static_cast<std::size_t>(m_next - begin)};
+        return m_next != begin;
     }
-    return at;
-}
+
+private:
+    std::size_t Gap() const {
+        if (m_next == m_end || !kGapStarts.Has(*m_next)) return 0;
+        return GapLength({m_next, static_cast<std::size_t>(m_end - m_next)}, m_hasCoordinates);
+    }
+
+    char const* m_next;
+    char const* m_end;
+    bool m_hasCoordinates;
+};
 
 }  // namespace
 
@@ -138,13 +145,8 @@ void CAsciiFileImport::ReadSeaSPYPreview() {
 }
 
 std::string CAsciiFileImport::CleanSeaSPYLine(std::string_view record) const {
-    std::string fields;
-    if (m_seaSpyLayout == 1 || m_seaSpyLayout == kWithCoordinates) {
-        CleanRecord(record, m_seaSpyLayout == kWithCoordinates, fields);
-    } else {
-        fields = record;
-    }
-    return fields;
+    bool const isKnown = m_seaSpyLayout == 1 || m_seaSpyLayout == kWithCoordinates;
+    return isKnown ? CleanRecord(record, m_seaSpyLayout == kWithCoordinates) : std::string(record);
 }
 
 double CAsciiFileImport::GetSeaSPYDate(std::string_view field) {
@@ -196,11 +198,9 @@ bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles&
     CFilePercent percent(m_file.Length(), 1);
     bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
     int const count = static_cast<int>(m_columns.size());
-    std::string fields;
     std::string_view record;
-    report.SetColumnMap([&](std::size_t at) { return RecordOffset(record, hasCoordinates, at); });
     ReportPart records{"records", 0, 0};
-    ReportPart leftOut{"records left out (comments, markers)", 0, 0};
+    ReportPart leftOut{"records left out (markers)", 0, 0};
     ReportPart others{"lines that are no record", 0, 0};
     std::uint64_t number = 0;
     m_file.Rewind();
@@ -218,10 +218,9 @@ bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles&
         if (!isUsed) continue;
         bool const hidesCoordinates =
             hasCoordinates && m_interpolatedCoordinates == 0 && Contains(record, kInterpolated);
-        CleanRecord(record, hasCoordinates, fields);
         if (records.count == 1) report.StartLine(kLineName, number);
-        report.StartRow(fields, number);
-        CTokenCursor cursor(fields, kFieldDelimiters);
+        report.StartRow(record, number);
+        CRecordCursor cursor(record, hasCoordinates);
         bool isShort = false;
         for (int i = 0; i < count; ++i) {
             std::string_view field;

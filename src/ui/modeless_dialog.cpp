@@ -9,33 +9,31 @@ CModelessDialog::~CModelessDialog() {
 }
 
 void CModelessDialog::Create() {
-    if (m_created) return;
+    if (IsCreated()) return;
     Open();
-    m_created = true;
-    CurrentToolkit().WindowCreated(*this);
+    m_toolkit = &CurrentToolkit();
+    m_toolkit->WindowCreated(*this);
 }
 
 void CModelessDialog::SetWindowTitle(std::string title) {
     SetTitle(std::move(title));
-    if (m_created) CurrentToolkit().WindowTitled(*this);
+    if (m_toolkit != nullptr) m_toolkit->WindowTitled(*this);
 }
 
 void CModelessDialog::ShowWindow() {
-    if (m_created) CurrentToolkit().WindowShown(*this);
+    if (m_toolkit != nullptr) m_toolkit->WindowShown(*this);
 }
 
 void CModelessDialog::DestroyWindow() {
-    if (!m_created) return;
-    m_created = false;
-    CurrentToolkit().WindowDestroyed(*this);
+    if (CToolkit* const toolkit = std::exchange(m_toolkit, nullptr)) toolkit->WindowDestroyed(*this);
 }
 
 void CModelessDialog::Changed() {
-    if (m_created) CurrentToolkit().WindowChanged(*this, false);
+    if (m_toolkit != nullptr) m_toolkit->WindowChanged(*this, false);
 }
 
 void CModelessDialog::UpdateWindow() {
-    if (m_created) CurrentToolkit().WindowChanged(*this, true);
+    if (m_toolkit != nullptr) m_toolkit->WindowChanged(*this, true);
 }
 
 }  // namespace norva
