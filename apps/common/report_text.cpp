@@ -130,6 +130,7 @@ Json ReportJson(ImportReport const& report) {
     json["rows_with_fewer_values"] = FindingJson(report.fewerValues);
     json["rows_with_more_values"] = FindingJson(report.moreValues);
     json["cut_records"] = FindingJson(report.cutRecords);
+    json["left_out"] = FindingJson(report.leftOut);
     json["doubtful_markers"] = FindingJson(report.doubtfulMarkers);
     Json& channels = json["channels"] = Json::array();
     for (ReportChannel const& channel : report.channels) channels.push_back(ChannelJson(channel));
@@ -190,6 +191,7 @@ std::string ReportHtml(ImportReport const& report) {
 
     std::string places = FindingRows("row", "fewer values than columns", report.fewerValues) +
                          FindingRows("row", "more values than columns", report.moreValues) +
+                         FindingRows("row", "data left out", report.leftOut) +
                          FindingRows("row", "taken as a marker, perhaps data", report.doubtfulMarkers);
     for (ReportChannel const& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
@@ -231,6 +233,7 @@ std::string ReportSummary(ImportReport const& report) {
     add("rows with fewer values than columns", report.fewerValues);
     add("rows with more values than columns", report.moreValues);
     add("records that the file cuts off", report.cutRecords);
+    add("data that belongs to no line or channel", report.leftOut);
     add("markers that may be data", report.doubtfulMarkers);
     for (ReportChannel const& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {

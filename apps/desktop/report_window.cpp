@@ -40,6 +40,7 @@ QString PageOf(ImportReport const& report) {
     QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary) + "<ul>";
     text += PlacesOf(CReportWindow::tr("Rows with fewer values than columns"), report.fewerValues);
     text += PlacesOf(CReportWindow::tr("Rows with more values than columns"), report.moreValues);
+    text += PlacesOf(CReportWindow::tr("Data that belongs to no line or channel"), report.leftOut);
     text += PlacesOf(CReportWindow::tr("Markers that may be rows of data"), report.doubtfulMarkers);
     for (ReportChannel const& channel : report.channels) {
         QString const name = QString::fromStdString(channel.settings.name);

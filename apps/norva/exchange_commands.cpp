@@ -127,6 +127,7 @@ void AddImportCommand(CCommands& commands) {
         std::string report;
         bool strict = false;
         ImportOptions options;
+        CLI::App const* command = nullptr;
     };
     auto const job = std::make_shared<Job>();
     CLI::App& command = commands.Add(
@@ -148,8 +149,9 @@ void AddImportCommand(CCommands& commands) {
                 WriteTemplate(templatePath, chosen);
                 console.Say(templatePath + ": written");
             }
-            return TellReport({job->report, job->strict}, chosen, console);
+            return TellReport({job->report, job->strict, ImportOptionWords(*job->command)}, chosen, console);
         });
+    job->command = &command;
     command.add_option("INPUT", job->input, "File to import")->required();
     command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
     command.add_flag("--force", job->force, "Replace an existing store or template");

@@ -1,5 +1,6 @@
 #include "import_options.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -194,6 +195,33 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
             "SeaSPY: import interpolated coordinates")
         ->check(CLI::IsMember({"yes", "no"}))
         ->group(dumps);
+}
+
+std::vector<std::string> ImportOptionWords(CLI::App const& command) {
+    CLI::App known;
+    ImportOptions unused;
+    AddImportOptions(known, unused);
+    std::vector<std::string> words;
+    for (CLI::Option const* const option : known.get_options()) {
+        CLI::Option const* const given = command.get_option_no_throw(option->get_name());
+        if (given == nullptr || given == command.get_help_ptr()) continue;
+        for (std::string const& value : given->results()) {
+            bool const isFlag = given->get_items_expected_max() == 0;
+            bool const isNo = isFlag && value == "false";
+            words.push_back("--" + (isNo ? given->get_fnames() : given->get_lnames()).front());
+            if (!isFlag) words.back() += "=" + value;
+        }
+    }
+    return words;
+}
+
+ImportOptions ParseImportOptions(std::vector<std::string> words) {
+    CLI::App command;
+    ImportOptions options;
+    AddImportOptions(command, options);
+    std::ranges::reverse(words);  // as the parser takes them
+    command.parse(std::move(words));
+    return options;
 }
 
 }  // namespace norva

@@ -56,6 +56,11 @@ struct ImportOptions {
 /// Declares the import options on a subcommand. `options` must outlive the parse.
 void AddImportOptions(CLI::App& command, ImportOptions& options);
 
+/// The import options that a parsed command was given, as words of a command line.
+std::vector<std::string> ImportOptionWords(CLI::App const& command);
+/// Throws CLI::ParseError.
+ImportOptions ParseImportOptions(std::vector<std::string> words);
+
 /// Both throw CLI::ValidationError with a text that says what is wrong.
 ColumnOption ParseColumnOption(std::string const& text);
 std::vector<RecordField> ParseRecordOption(std::string const& text);

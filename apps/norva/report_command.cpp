@@ -166,12 +166,16 @@ struct VerifyJob {
 void ImportAgain(std::string const& source, std::string const& store, nlohmann::json const& report,
                  CScratchFolder const& scratch) {
     ImportOptions options;
+    nlohmann::json const& columnTemplate = report.at("template");
+    if (columnTemplate.at("columns").empty()) {
+        options = ParseImportOptions(report.at("options").get<std::vector<std::string>>());
+    } else {
+        // The choices of the column dialog hold whatever a template or an option added to them.
+        options.columnTemplate = scratch.StorePath("template") + ".json";
+        WriteText(options.columnTemplate, columnTemplate.dump());
+        options.interpolated = report.at("settings").value("interpolated coordinates", "") == "imported";
+    }
     options.format = report.at("format").get<std::string>();
-    nlohmann::json const& settings = report.at("settings");
-    options.interpolated = settings.value("interpolated coordinates", "") == "imported";
-    std::string const templatePath = scratch.StorePath("template") + ".json";
-    WriteText(templatePath, report.at("template").dump());
-    options.columnTemplate = templatePath;
     CConsole quiet(true);
     RunImport(source, store, options, quiet);
 }
@@ -246,6 +250,7 @@ int TellReport(ReportOptions const& options, ColumnTemplate const& chosen, CCons
         if (options.path.ends_with(".json")) {
             nlohmann::ordered_json json = ReportJson(report);
             json["template"] = TemplateJson(chosen);
+            json["options"] = options.importOptions;
             text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
         } else {
             text = ReportHtml(report);

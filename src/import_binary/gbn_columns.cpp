@@ -1,6 +1,8 @@
 #include "import_binary/gbn_columns.h"
 
+#include "import_binary/binary_conversion.h"
 #include "platform/numbers.h"
+#include "platform/text.h"
 #include "store/value_rules.h"
 
 #include <algorithm>
@@ -65,15 +67,55 @@ void Put(char* out, std::int16_t value) {
     StoreLittle16(out, static_cast<std::uint16_t>(value));
 }
 
+bool IsMarked(std::floating_point auto value) {
+    return IsNoData(value);
+}
+bool IsMarked(std::int32_t value) {
+    return IsNoDataLong(value);
+}
+bool IsMarked(std::int16_t value) {
+    return IsNoDataShort(value);
+}
+
+/// Counts what became of `count` values that now stand at `out`; `at(i)` gives what the i-th was.
+template <class Target, class At>
+void TallyNumbers(std::int64_t count, char const* out, ValueTally& tally, At at) {
+    using Source = decltype(at(0));
+    if constexpr (std::same_as<Source, Target>) {
+        TallyStored<Target>(out, static_cast<std::size_t>(count), tally);
+        return;
+    }
+    for (std::int64_t i = 0; i < count; ++i, out += sizeof(Target)) {
+        Source const value = at(i);
+        double number = 0;
+        if constexpr (std::same_as<Source, std::string_view>) {
+            NumberRead const read = ScanNumber(value);
+            tally.unreadable += read.consumed == 0 ? 1U : 0U;
+            if (read.consumed == 0) continue;
+            tally.withRest += read.consumed < TrimRight(value).size() ? 1U : 0U;
+            number = read.value;
+        } else {
+            tally.noData += IsMarked(value) ? 1U : 0U;
+            if (IsMarked(value)) continue;
+            number = static_cast<double>(value);
+        }
+        Target const stored = LoadValue<Target>(out);
+        if (!TallyLoss(number, stored, tally)) TallyRange(stored, tally);
+    }
+}
+
 /// A column that grows value by value.
 class ColumnWriter {
 public:
     ColumnWriter(CColumnFiles& files, int column, std::size_t arraySize)
         : m_files(files), m_column(column), m_arraySize(arraySize) {}
 
-    /// `count` values; `next(i)` gives the i-th.
-    template <class Target, class Next>
-    bool Numbers(std::int64_t count, Next next) {
+    /// What the values from now on are counted in; null for nothing.
+    void CountIn(ValueTally* tally) { m_tally = tally; }
+
+    /// `count` values; `next(i)` gives the i-th, which was made of `at(i)`.
+    template <class Target, class Next, class At>
+    bool Numbers(std::int64_t count, Next next, At at) {
         constexpr auto kAtOnce = static_cast<std::int64_t>(CColumnFiles::kBufferSize / sizeof(Target));
         // Batches of a fixed size become vector instructions.
         constexpr std::int64_t kBatch = 16;
@@ -82,6 +124,8 @@ public:
             std::int64_t const end = std::min(count, done + kAtOnce);
             char* out = m_files.Append(m_column, static_cast<std::size_t>(end - done) * sizeof(Target));
             if (out == nullptr) return false;
+            char const* const values = out;
+            std::int64_t const first = done;
             for (; end - done >= kBatch; done += kBatch) {
                 for (std::int64_t i = 0; i < kBatch; ++i) batch[static_cast<std::size_t>(i)] = next(done + i);
                 for (Target const value : batch) {
@@ -90,12 +134,15 @@ public:
                 }
             }
             for (; done < end; ++done, out += sizeof(Target)) Put(out, next(done));
+            if (m_tally == nullptr) continue;
+            TallyNumbers<Target>(end - first, values, *m_tally, [&](std::int64_t i) { return at(first + i); });
         }
         return true;
     }
 
     /// One text, cut or padded with blanks to the array size.
     bool Text(std::string_view text) {
+        if (m_tally != nullptr && text.size() > m_arraySize) ++m_tally->cut;
         text = text.substr(0, m_arraySize);
         if (m_arraySize > CColumnFiles::kBufferSize) return LongText(text);
         char* const out = m_files.Append(m_column, m_arraySize);
@@ -121,13 +168,15 @@ private:
     CColumnFiles& m_files;
     int m_column;
     std::size_t m_arraySize;
+    ValueTally* m_tally = nullptr;
 };
 
 /// Writes `count` values, of which `at` gives the i-th, as `dataType`.
 template <class At>
 bool WriteValues(std::int64_t count, int dataType, ColumnWriter& writer, At at) {
     auto const numbers = [&]<class Target>(Target /*kind*/) {
-        return writer.Numbers<Target>(count, [&](std::int64_t i) { return Convert<Target>(at(i)); });
+        return writer.Numbers<Target>(
+            count, [&](std::int64_t i) { return Convert<Target>(at(i)); }, at);
     };
     switch (dataType) {
         case DataType::kFloat:
@@ -212,16 +261,25 @@ NorvaChannelStruct DescribedGbnChannel(GbnChannelEntry const& entry) {
     return channel;
 }
 
-bool WriteGbnColumn(GbnChannelEntry const& entry, GbnChannelValues const& values, std::int64_t locationCount,
-                    NorvaChannelStruct const& described, CColumnFiles& files, int column) {
-    ColumnWriter writer(files, column, static_cast<std::size_t>(described.arraySize));
+bool WriteGbnColumn(GbnContents const& contents, std::size_t channel, NorvaChannelStruct const& described,
+                    CColumnFiles& files, GbnColumnTally& tally) {
+    ColumnWriter writer(files, static_cast<int>(channel), static_cast<std::size_t>(described.arraySize));
+    int const sourceType = contents.channels[channel].sourceType;
+    auto const pad = [&](std::int64_t count) {
+        writer.CountIn(nullptr);
+        return WriteNoData(count, sourceType, described.dataType, writer);
+    };
     std::int64_t next = 0;
-    for (GbnRun const& run : values.runs) {
-        if (!WriteNoData(run.first - next, entry.sourceType, described.dataType, writer)) return false;
+    for (GbnRun const& run : contents.values[channel].runs) {
+        if (!pad(run.first - next)) return false;
+        if (contents.lines[static_cast<std::size_t>(run.line)].selected != 0) {
+            tally.present += static_cast<std::uint64_t>(run.count);
+            writer.CountIn(&tally.values);
+        }
         if (!WriteRun(run, described.dataType, writer)) return false;
         next = run.first + run.count;
     }
-    return WriteNoData(locationCount - next, entry.sourceType, described.dataType, writer);
+    return pad(contents.locationCount - next);
 }
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "import_binary/gbn_contents.h"
+#include "import_binary/value_tally.h"
 #include "norva/values.h"
 #include "store/column_files.h"
 
@@ -11,9 +12,16 @@ namespace norva {
 /// The description that a store channel gets: record type and array size go with the data type that was chosen.
 NorvaChannelStruct DescribedGbnChannel(GbnChannelEntry const& entry);
 
+/// What became of a channel's values in the selected lines.
+struct GbnColumnTally {
+    std::uint64_t present = 0;  ///< values that the file has
+    ValueTally values;
+};
+
 /// Appends a channel's value for every location of the file to a column, as `described` wants them: converted to its
-/// data type, with no-data of the channel's own type (a blank text) where the file has none. False when a write fails.
-bool WriteGbnColumn(GbnChannelEntry const& entry, GbnChannelValues const& values, std::int64_t locationCount,
-                    NorvaChannelStruct const& described, CColumnFiles& files, int column);
+/// data type, with no-data of the channel's own type (a blank text) where the file has none. The column is the
+/// channel's index. False when a write fails.
+bool WriteGbnColumn(GbnContents const& contents, std::size_t channel, NorvaChannelStruct const& described,
+                    CColumnFiles& files, GbnColumnTally& tally);
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #include "import_binary/gbn_contents.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
 
@@ -17,19 +18,66 @@ std::string AtByte(std::uint64_t offset) {
     return " at byte 0x" + text;
 }
 
+/// What the bytes of a file are spent on.
+enum Part {
+    kHeader,
+    kChannelRecords,
+    kLineRecords,
+    kDataBlocks,
+    kBlocksLeftOut,
+    kOtherRecords,
+    kEndOfData,
+    kUnread,
+    kBehindEnd,
+};
+constexpr std::array<char const*, 9> kPartNames = {"header",
+                                                   "channel records",
+                                                   "line records",
+                                                   "data blocks",
+                                                   "data blocks of no line or channel",
+                                                   "other records",
+                                                   "end of data",
+                                                   "records cut or unknown",
+                                                   "rest behind the end of data"};
+
 /// One pass over the records of a file.
 class ContentsReader {
 public:
     ContentsReader(GbnFile& file, GbnContents& contents, GbnValues values)
-        : m_file(file), m_contents(contents), m_values(values) {}
+        : m_file(file), m_contents(contents), m_values(values) {
+        for (char const* const name : kPartNames) m_contents.parts.push_back({name});
+    }
 
-    /// The record whose code was just read; false when reading stops here.
+    /// Counts what lies between the offset and the present position, or the end of the file.
+    void Count(Part part, std::uint64_t offset, bool toEnd = false) {
+        std::uint64_t const end = toEnd ? std::max(m_file.Length(), offset) : m_file.Position();
+        if (end == offset) return;
+        ++m_contents.parts[part].count;
+        m_contents.parts[part].bytes += end - offset;
+    }
+
+    /// Takes the record whose code was just read; false when reading stops here.
     bool TakeRecord(GbnCode code, std::uint64_t offset) {
+        m_part = kOtherRecords;
+        bool const isWhole = Take(code, offset);
+        Count(isWhole ? m_part : kUnread, offset, !isWhole);
+        return isWhole;
+    }
+
+    void CloseLine() {
+        if (!m_contents.lines.empty()) m_contents.locationCount = m_lineFirst + m_contents.lines.back().locationCount;
+        m_lineFirst = m_contents.locationCount;
+    }
+
+private:
+    bool Take(GbnCode code, std::uint64_t offset) {
         m_offset = offset;
         switch (code) {
             case GbnCode::kChannel:
+                m_part = kChannelRecords;
                 return TakeChannel();
             case GbnCode::kLine:
+                m_part = kLineRecords;
                 return TakeLine();
             case GbnCode::kBlock:
                 return TakeBlock();
@@ -43,12 +91,6 @@ public:
         }
     }
 
-    void CloseLine() {
-        if (!m_contents.lines.empty()) m_contents.locationCount = m_lineFirst + m_contents.lines.back().locationCount;
-        m_lineFirst = m_contents.locationCount;
-    }
-
-private:
     /// How many values a channel got in the line that is open.
     struct Fill {
         std::size_t line = std::numeric_limits<std::size_t>::max();
@@ -122,7 +164,9 @@ private:
             std::min<std::uint64_t>(static_cast<std::uint64_t>(block.valueCount), m_file.Remaining() / width));
         std::int64_t taken = whole;
         if (!m_lineSeen) ++m_contents.blocksBeforeLines;
-        if (m_lineSeen && name != nullptr) {
+        m_part = m_lineSeen && name != nullptr ? kDataBlocks : kBlocksLeftOut;
+        if (m_part == kBlocksLeftOut && block.valueCount > 0) ++m_contents.recordsLeftOut;
+        if (m_part == kDataBlocks) {
             taken = TakeValues(entry, whole, width);
         } else {
             m_file.Skip(static_cast<std::uint64_t>(whole) * width);
@@ -157,7 +201,10 @@ private:
         } else {
             char* const bytes = m_contents.arena.Take(size);
             taken = static_cast<std::int64_t>(m_file.ReadBytes(bytes, size) / width);
-            if (taken > 0) values.runs.push_back({m_lineFirst + fill.count, taken, m_file.block.valueType, bytes});
+            if (taken > 0) {
+                values.runs.push_back(
+                    {m_lineFirst + fill.count, taken, m_file.block.valueType, static_cast<std::int32_t>(line), bytes});
+            }
         }
         fill.count += taken;
         std::int64_t& locations = m_contents.lines.back().locationCount;
@@ -174,6 +221,7 @@ private:
     GbnContents& m_contents;
     GbnValues m_values;
     std::uint64_t m_offset = 0;                ///< of the record at hand
+    Part m_part = kOtherRecords;               ///< what it counts as
     std::vector<std::size_t> m_entryOfNumber;  ///< kNoEntry for channel records of the second kind
     std::vector<Fill> m_fills;                 ///< one for each channel entry
     std::int64_t m_lineFirst = 0;              ///< first location of the open line
@@ -196,11 +244,17 @@ void ReadGbnContents(GbnFile& file, GbnContents& contents, GbnValues values,
     if (!file.SkipHeaderText()) {
         contents.problem = "File ends inside its header" + AtByte(file.Position()) + "; no record was read";
     }
+    reader.Count(kHeader, 0);
     for (;;) {
         std::uint64_t const offset = file.Position();
         progress(static_cast<int>(file.Length() == 0 ? 0 : offset * 100 / file.Length()));
         auto const code = static_cast<GbnCode>(file.ReadRecordCode());
-        if (code == GbnCode::kEnd || !reader.TakeRecord(code, offset)) break;
+        if (code == GbnCode::kEnd) {
+            reader.Count(kEndOfData, offset);
+            reader.Count(kBehindEnd, file.Position(), true);
+            break;
+        }
+        if (!reader.TakeRecord(code, offset)) break;
     }
     reader.CloseLine();
 }

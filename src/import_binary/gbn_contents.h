@@ -2,6 +2,7 @@
 
 #include "import_binary/gbn_file.h"
 #include "import_binary/gbn_memory.h"
+#include "norva/import_report.h"
 #include "norva/values.h"
 
 #include <cstdint>
@@ -29,6 +30,7 @@ struct GbnRun {
     std::int64_t first = 0;  ///< location of the first value, counted through all lines
     std::int64_t count = 0;
     std::int32_t valueType = 0;
+    std::int32_t line = 0;
     char const* bytes = nullptr;
 };
 
@@ -48,6 +50,8 @@ struct GbnContents {
     GbnArena arena;                         ///< what the runs point into
     std::int64_t locationCount = 0;         ///< of all lines
     std::int64_t blocksBeforeLines = 0;     ///< data blocks before the first line record, which are left out
+    std::vector<ReportPart> parts;          ///< records by kind; they add up to the bytes of the file
+    std::uint64_t recordsLeftOut = 0;       ///< data blocks before the first line or of no channel
     std::string problem;                    ///< why reading stopped before the end of data, and where; else empty
 };
 

@@ -2,11 +2,11 @@
 
 #include "entry/import_formats.h"
 #include "entry/progress_dlg.h"
-#include "import_binary/gbn_columns.h"
 #include "import_binary/gbn_import_dlg.h"
 #include "norva/import_export.h"
 #include "platform/last_error.h"
 #include "platform/paths.h"
+#include "store/report_draft.h"
 #include "store/value_rules.h"
 #include "ui/messages.h"
 
@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <limits>
 #include <new>
+#include <unordered_set>
 
 namespace norva {
 
@@ -61,7 +62,9 @@ int CGbnImport::Import(CNorvaFileUtil* store) {
     if (!Scan() || !AskForContents()) return 0;
     // What was told so far did not end the import; what follows may.
     ClearLastErrorText();
-    return Prepare() && WriteData() ? 1 : 0;
+    if (!Prepare() || !WriteData()) return 0;
+    Report();
+    return 1;
 }
 
 bool CGbnImport::OpenInput() {
@@ -114,13 +117,11 @@ bool CGbnImport::Prepare() {
 }
 
 bool CGbnImport::WriteTemporaryFiles() {
+    m_tallies.assign(m_contents.channels.size(), {});
     for (std::size_t i = 0; i < m_contents.channels.size(); ++i) {
         GbnChannelEntry const& entry = m_contents.channels[i];
         if (!IsImported(entry)) continue;
-        if (!WriteGbnColumn(entry, m_contents.values[i], m_contents.locationCount, DescribedGbnChannel(entry),
-                            m_columns, static_cast<int>(i))) {
-            return false;
-        }
+        if (!WriteGbnColumn(m_contents, i, DescribedGbnChannel(entry), m_columns, m_tallies[i])) return false;
     }
     if (m_addFiducial == 0) return true;
     auto const first = std::ranges::find_if(m_contents.channels, IsImported) - m_contents.channels.begin();
@@ -181,6 +182,7 @@ bool CGbnImport::WriteFiducials() {
                 return false;
             }
             std::size_t const size = static_cast<std::size_t>(line.locationCount) * sizeof(double);
+            TallyStored<double>(m_lineValues.get(), static_cast<std::size_t>(line.locationCount), m_fiducialTally);
             if (m_store->WriteHuge(m_lineValues.get(), size) == 0) return false;
         }
         first += line.locationCount;
@@ -206,6 +208,58 @@ bool CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress) 
         offset += size;
     }
     return true;
+}
+
+ReportChannel CGbnImport::ReportOf(std::size_t channel, std::uint64_t locations) const {
+    ReportChannel report;
+    report.column = static_cast<int>(channel) + 1;
+    report.settings = DescribedGbnChannel(m_contents.channels[channel]);
+    report.values = locations;
+    report.missing.count = locations - m_tallies[channel].present;
+    m_tallies[channel].values.Fill(report);
+    return report;
+}
+
+void CGbnImport::Report() const {
+    ImportReport report;
+    std::unordered_set<std::string> names;
+    std::size_t linesLeftOut = 0;
+    std::uint64_t locations = 0;
+    for (GbnLineEntry const& line : m_contents.lines) {
+        if (line.selected == 0) {
+            ++linesLeftOut;
+            continue;
+        }
+        auto const count = static_cast<std::uint64_t>(line.locationCount);
+        report.lines.push_back({line.name, count, 0, !names.insert(line.name).second});
+        locations += count;
+    }
+    report.settings = {{"fiducial", m_addFiducial != 0 ? "added" : "none"},
+                       {"lines left out by choice", std::to_string(linesLeftOut)}};
+    if (m_addFiducial != 0) {
+        ReportChannel fiducial;
+        fiducial.settings.name = "FIDUCIAL";
+        fiducial.settings.dataType = DataType::kDouble;
+        fiducial.values = locations;
+        m_fiducialTally.Fill(fiducial);
+        report.channels.push_back(std::move(fiducial));
+    }
+    for (std::size_t i = 0; i < m_contents.channels.size(); ++i) {
+        bool const isImported = IsImported(m_contents.channels[i]);
+        report.columns.push_back(DescribedGbnChannel(m_contents.channels[i]));
+        if (isImported) report.channels.push_back(ReportOf(i, locations));
+        if (!isImported) report.columns.back().dataType = DataType::kSkipped;
+    }
+    report.parts = m_contents.parts;
+    for (ReportPart const& part : report.parts) {
+        report.unitsRead += part.count;
+        report.bytesRead += part.bytes;
+    }
+    report.leftOut.count = m_contents.recordsLeftOut;
+    report.cutRecords.count = m_contents.problem.empty() ? 0 : 1;
+    report.unit = "records";
+    report.sourceSize = m_length;
+    FinishReport(std::move(report));
 }
 
 int RunGbnImport(ImportJob const& job) {

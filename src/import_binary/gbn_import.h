@@ -1,5 +1,6 @@
 #pragma once
 
+#include "import_binary/gbn_columns.h"
 #include "import_binary/gbn_contents.h"
 #include "import_binary/gbn_fiducial_file.h"
 #include "norva/file_util.h"
@@ -37,6 +38,9 @@ private:
     void MakeRoomForLines();
     bool WriteFiducials();
     bool WriteChannel(std::size_t channel, CProgressReporter& progress);
+    /// Hands in the report of the import.
+    void Report() const;
+    ReportChannel ReportOf(std::size_t channel, std::uint64_t locations) const;
 
     std::string m_inputPath;
     int m_addFiducial = 1;
@@ -44,6 +48,8 @@ private:
     CFile m_input;
     std::uint64_t m_length = 0;
     GbnContents m_contents;
+    std::vector<GbnColumnTally> m_tallies;  ///< one a channel
+    ValueTally m_fiducialTally;
     CColumnFiles m_columns;
     GbnFiducialFile m_fiducials;
     GbnBytes m_lineValues;  ///< room for the values of one channel in any line

@@ -5,9 +5,7 @@
 #include "norva/values.h"
 #include "store/value_rules.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <type_traits>
 
 namespace norva {
@@ -31,7 +29,43 @@ bool IsMarked(Value value) {
     return value == Mark<Value>();
 }
 
-/// No-data and the range of packed values.
+/// Whether every value reaches the store, but for rounding.
+template <typename From, typename To>
+constexpr bool kAlwaysFits = std::is_floating_point_v<To> ? !(std::is_same_v<From, double> && std::is_same_v<To, float>)
+                                                          : std::is_integral_v<From> && sizeof(From) <= sizeof(To);
+
+template <typename From, typename To>
+void TallyAll(char const* in, std::size_t stride, std::size_t count, char const* out, ValueTally& tally) {
+    TallyStored<To>(out, count, tally);
+    if constexpr (!kAlwaysFits<From, To>) {
+        for (std::size_t i = 0; i < count; ++i, in += stride, out += sizeof(To)) {
+            To const stored = LoadValue<To>(out);
+            bool const isOut = TallyLoss(static_cast<double>(LoadValue<From>(in)), stored, tally);
+            // What is no-data only because it did not fit was not marked.
+            tally.noData -= isOut && IsMarked(stored) ? 1U : 0U;
+        }
+    }
+}
+
+template <typename From>
+TallyValues FindFrom(int dataType) {
+    switch (dataType) {
+        case DataType::kFloat:
+            return TallyAll<From, float>;
+        case DataType::kDouble:
+            return TallyAll<From, double>;
+        case DataType::kInt:
+        case DataType::kLong:
+            return TallyAll<From, std::int32_t>;
+        case DataType::kShort:
+            return TallyAll<From, std::int16_t>;
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
 template <typename Value>
 void TallyStored(char const* values, std::size_t count, ValueTally& tally) {
     using Limits = std::numeric_limits<Value>;
@@ -68,56 +102,18 @@ void TallyStored(char const* values, std::size_t count, ValueTally& tally) {
     tally.maximum = std::max(tally.maximum, static_cast<double>(*std::ranges::max_element(high)));
 }
 
-/// Whether every value reaches the store, but for rounding.
-template <typename From, typename To>
-constexpr bool kAlwaysFits = std::is_floating_point_v<To> ? !(std::is_same_v<From, double> && std::is_same_v<To, float>)
-                                                          : std::is_integral_v<From> && sizeof(From) <= sizeof(To);
-
-template <typename From, typename To>
-void TallyAll(char const* in, std::size_t stride, std::size_t count, char const* out, ValueTally& tally) {
-    TallyStored<To>(out, count, tally);
-    if constexpr (!kAlwaysFits<From, To>) {
-        for (std::size_t i = 0; i < count; ++i, in += stride, out += sizeof(To)) {
-            auto const value = static_cast<double>(LoadValue<From>(in));
-            To const stored = LoadValue<To>(out);
-            bool isOut = false;
-            if constexpr (std::is_floating_point_v<To>) {
-                isOut = std::isinf(stored) && !std::isinf(value);
-            } else {
-                double const rest = std::fabs(value - stored);
-                isOut = !(rest < 1);
-                tally.withFraction += !isOut && rest > 0 ? 1U : 0U;
-            }
-            tally.outOfRange += isOut ? 1U : 0U;
-            // What is no-data only because it did not fit was not marked.
-            tally.noData -= isOut && IsMarked(stored) ? 1U : 0U;
-        }
-    }
-}
-
-template <typename From>
-TallyValues FindFrom(int dataType) {
-    switch (dataType) {
-        case DataType::kFloat:
-            return TallyAll<From, float>;
-        case DataType::kDouble:
-            return TallyAll<From, double>;
-        case DataType::kInt:
-        case DataType::kLong:
-            return TallyAll<From, std::int32_t>;
-        case DataType::kShort:
-            return TallyAll<From, std::int16_t>;
-        default:
-            return nullptr;
-    }
-}
-
-}  // namespace
+template void TallyStored<float>(char const*, std::size_t, ValueTally&);
+template void TallyStored<double>(char const*, std::size_t, ValueTally&);
+template void TallyStored<std::int32_t>(char const*, std::size_t, ValueTally&);
+template void TallyStored<std::int16_t>(char const*, std::size_t, ValueTally&);
 
 void ValueTally::Fill(ReportChannel& channel) const {
     channel.noData.count = noData;
     channel.outOfRange.count = outOfRange;
     channel.withFraction.count = withFraction;
+    channel.unreadable.count = unreadable;
+    channel.withRest.count = withRest;
+    channel.cut.count = cut;
     channel.hasRange = minimum <= maximum;
     if (!channel.hasRange) return;
     channel.minimum = minimum;

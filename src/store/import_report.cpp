@@ -49,7 +49,8 @@ bool ImportReport::IsAccounted() const {
 }
 
 std::uint64_t ImportReport::LossCount() const {
-    std::uint64_t count = fewerValues.count + moreValues.count + cutRecords.count + doubtfulMarkers.count;
+    std::uint64_t count =
+        fewerValues.count + moreValues.count + cutRecords.count + leftOut.count + doubtfulMarkers.count;
     for (ReportChannel const& channel : channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
             if (kind->isLoss) count += (channel.*kind->finding).count;
