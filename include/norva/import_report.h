@@ -45,6 +45,7 @@ struct ReportChannel {
     ReportFinding withRest{};    ///< a number followed by something else, which was ignored
     ReportFinding withFraction{};  ///< a whole-number channel dropped the digits after the point
     ReportFinding cut{};           ///< texts longer than the channel
+    ReportFinding dropped{};       ///< values for which the format gives the store no location
     ReportFinding backwards{};     ///< a time, date or fiducial below the one before it in its line
     bool hasRange = false;         ///< whether there are a minimum and a maximum
     double minimum = 0;

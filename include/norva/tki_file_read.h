@@ -2,6 +2,7 @@
 
 #include "norva/api.h"
 #include "norva/file_util.h"
+#include "norva/import_report.h"
 #include "norva/values.h"
 #include "norva/window.h"
 
@@ -95,18 +96,21 @@ protected:
 
 private:
     bool IsRoom(CNorvaFileUtil const& store) const;
+    void Report();
 
     std::string m_tkiPath;
     std::string m_storePath;
     std::uint64_t m_headerLength = 0;
     std::uint64_t m_recordLength = 0;
     std::uint64_t m_recordCount = 0;
+    std::uint64_t m_fileLength = 0;
     int m_interpolation = 0;
     int m_textChannels = 0;
     int m_arrayChannels = 0;
     int m_otherChannels = 0;
     std::vector<TkiChannelDesc> m_channels;
     std::vector<TkiProfile> m_profiles;
+    std::vector<ReportChannel> m_reported;  ///< what became of the values, one a channel
 };
 
 }  // namespace norva

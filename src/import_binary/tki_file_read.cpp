@@ -11,12 +11,14 @@
 #include "platform/files.h"
 #include "platform/last_error.h"
 #include "platform/text.h"
+#include "store/report_draft.h"
 #include "store/value_rules.h"
 #include "ui/messages.h"
 
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <unordered_set>
 #include <utility>
 
 namespace norva {
@@ -57,7 +59,9 @@ void CTkiFileRead::SetEETFileName(std::string path) {
 
 int CTkiFileRead::LoadFile(CNorvaFileUtil* store, CWindow* window) {
     return RunGuarded("Couldn't import the file : ", m_tkiPath, [&] {
-        return store != nullptr && ReadContents() != 0 && WriteToEETFile(store, window) != 0 ? 1 : 0;
+        if (store == nullptr || ReadContents() == 0 || WriteToEETFile(store, window) == 0) return 0;
+        Report();
+        return 1;
     });
 }
 
@@ -109,6 +113,7 @@ int CTkiFileRead::GetProfiles() {
         !FindTkiHeaderEnd(file, m_headerLength) || size <= m_headerLength + 1) {
         return 0;
     }
+    m_fileLength = size;
     TkiRecords const records{m_headerLength + 1, m_recordLength, (size - m_headerLength - 1) / m_recordLength};
     m_recordCount = records.count;
     auto const line = std::ranges::find_if(m_channels, IsLineChannel);
@@ -183,6 +188,40 @@ int CTkiFileRead::WriteToEETFile(CNorvaFileUtil* store, CWindow* window) {
     return isWritten ? 1 : 0;
 }
 
+void CTkiFileRead::Report() {
+    ImportReport report;
+    std::unordered_set<std::string> names;
+    std::uint64_t locations = 0;
+    for (TkiProfile const& profile : m_profiles) {
+        auto const count = static_cast<std::uint64_t>(profile.locations);
+        report.lines.push_back({profile.name, count, 0, !names.insert(profile.name).second});
+        locations += count;
+    }
+    for (std::size_t i = 0; i < m_channels.size(); ++i) {
+        report.columns.push_back(GetNorvaChannels(static_cast<int>(i)));
+        ReportChannel& channel = m_reported[i];
+        channel.column = static_cast<int>(i) + 1;
+        channel.settings = report.columns.back();
+        channel.values = locations;
+        if (channel.settings.dataType != DataType::kSkipped)
+            report.channels.push_back(std::move(channel));
+        else
+            report.leftOut.count += m_recordCount;
+    }
+    std::uint64_t const header = m_headerLength + 1;
+    std::uint64_t const whole = m_recordCount * m_recordLength;
+    std::uint64_t const cut = m_fileLength - header - whole;
+    report.parts = {
+        {"header", 1, header}, {"records", m_recordCount, whole}, {"partial records", cut > 0 ? 1U : 0U, cut}};
+    report.cutRecords.count = cut > 0 ? 1 : 0;
+    report.settings = {{"locations of a record", std::to_string(m_interpolation)}};
+    report.unit = "records";
+    report.unitsRead = 1 + m_recordCount + (cut > 0 ? 1 : 0);
+    report.bytesRead = header + whole + cut;
+    report.sourceSize = m_fileLength;
+    FinishReport(std::move(report));
+}
+
 int CTkiFileRead::WriteData(CNorvaFileUtil* store, CWindow* /*window*/) {
     CFile file;
     if (!file.Open(m_tkiPath, CFile::Mode::Read)) {
@@ -202,10 +241,11 @@ int CTkiFileRead::WriteData(CNorvaFileUtil* store, CWindow* /*window*/) {
     CTkiColumnReader reader(file, {m_headerLength + 1, m_recordLength, m_recordCount}, m_channels);
     CTkiValueWriter writer(*store, progress, m_interpolation);
     bool isWritten = true;
+    m_reported.assign(m_channels.size(), {});
     for (std::size_t i = 0; i < m_channels.size() && isWritten; ++i) {
         progress.ChannelName(m_channels[i].name);
         progress.FilePercent(static_cast<long long>(100 * (i + 1) / m_channels.size()));
-        isWritten = reader.Select(i) && writer.Write(m_channels[i], reader, profiles);
+        isWritten = reader.Select(i) && writer.Write(m_channels[i], reader, profiles, m_reported[i]);
     }
     window.DestroyWindow();
     return isWritten ? 1 : 0;

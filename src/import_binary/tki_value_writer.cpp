@@ -41,6 +41,7 @@ public:
         for (int i = 1; i <= m_count; ++i) {
             double const following = Value(i < m_count ? record + static_cast<std::size_t>(i) * m_size : next);
             m_writer.Tell(location++);
+            Count(sample);
             if (!Save(sample)) return false;
             for (int step = 1; step < spacing; ++step) {
                 m_writer.Tell(location++);
@@ -50,9 +51,19 @@ public:
         }
         return true;
     }
-    bool Closing(char const* record) const { return Save(Value(record)); }
+    bool Closing(char const* record) const {
+        Count(Value(record));
+        return Save(Value(record));
+    }
 
 private:
+    void Count(double sample) const {
+        if (IsNoData(sample)) {
+            ++m_writer.m_tally.noData;
+        } else {
+            TallyRange(sample, m_writer.m_tally);
+        }
+    }
     double Value(char const* bytes) const { return LoadTkiNumber(m_element, bytes) * m_scale + m_offset; }
     bool Save(double value) const { return m_writer.m_store.SaveData(DataType::kDouble, &value) != 0; }
 
@@ -82,10 +93,15 @@ public:
         return true;
     }
     bool Closing(char const* record) const {
+        // One location is one finding, however many of its elements do not fit.
+        std::uint64_t const before = m_writer.m_tally.outOfRange;
         for (int i = 0; i < m_channel.count; ++i, record += m_channel.elementSize) {
-            double const value = LoadTkiNumber(m_element, record);
-            if (!Save(TruncateToInt32(value * m_channel.scale + m_channel.offset))) return false;
+            double const value = LoadTkiNumber(m_element, record) * m_channel.scale + m_channel.offset;
+            std::int32_t const stored = TruncateToInt32(value);
+            if (!TallyLoss(value, stored, m_writer.m_tally)) TallyRange(stored, m_writer.m_tally);
+            if (!Save(stored)) return false;
         }
+        m_writer.m_tally.outOfRange = std::min(m_writer.m_tally.outOfRange, before + 1);
         return true;
     }
 
@@ -157,13 +173,27 @@ void CTkiValueWriter::PassProfiles(std::vector<std::uint64_t> const& profiles) {
 }
 
 bool CTkiValueWriter::Write(TkiChannelDesc const& channel, CTkiColumnReader& reader,
-                            std::vector<std::uint64_t> const& profiles) {
+                            std::vector<std::uint64_t> const& profiles, ReportChannel& report) {
     TkiType const* const type = FindTkiType(channel.type);
-    if (type->IsScalar()) return WriteProfiles(CSamples(*this, channel, type->element), reader, profiles);
-    if (type->IsIntegerArray()) return WriteProfiles(CArray(*this, channel, type->element), reader, profiles);
-    if (type->IsText()) return WriteProfiles(CText(*this, channel), reader, profiles);
-    PassProfiles(profiles);
-    return true;
+    m_tally = {};
+    bool isWritten = true;
+    if (type->IsScalar()) {
+        isWritten = WriteProfiles(CSamples(*this, channel, type->element), reader, profiles);
+        // A line's last record has one location, and so keeps its first sample alone.
+        report.dropped.count = profiles.size() * static_cast<std::uint64_t>(channel.count - 1);
+    } else if (type->IsIntegerArray()) {
+        isWritten = WriteProfiles(CArray(*this, channel, type->element), reader, profiles);
+        // Between the records there is no array.
+        for (std::uint64_t const records : profiles) {
+            report.missing.count += (records - 1) * static_cast<std::uint64_t>(m_locations - 1);
+        }
+    } else if (type->IsText()) {
+        isWritten = WriteProfiles(CText(*this, channel), reader, profiles);
+    } else {
+        PassProfiles(profiles);
+    }
+    m_tally.Fill(report);
+    return isWritten;
 }
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "import_binary/tki_column_reader.h"
+#include "import_binary/value_tally.h"
 #include "norva/file_util.h"
 #include "norva/tki_file_read.h"
 
@@ -17,9 +18,10 @@ public:
     /// `locations` is M, at least the count of every channel of samples and a multiple of it.
     CTkiValueWriter(CNorvaFileUtil& store, CProgressReporter& progress, int locations);
 
-    /// Writes one channel, which `reader` stands before. `profiles` holds the number of records of each. False when
-    /// the records end early or the store refuses a value.
-    bool Write(TkiChannelDesc const& channel, CTkiColumnReader& reader, std::vector<std::uint64_t> const& profiles);
+    /// Writes one channel, which `reader` stands before, and tells what became of its values. `profiles` holds the
+    /// number of records of each. False when the records end early or the store refuses a value.
+    bool Write(TkiChannelDesc const& channel, CTkiColumnReader& reader, std::vector<std::uint64_t> const& profiles,
+               ReportChannel& report);
 
 private:
     class CSamples;
@@ -35,6 +37,7 @@ private:
     CNorvaFileUtil& m_store;
     CProgressReporter& m_progress;
     int m_locations;
+    ValueTally m_tally;
     std::vector<signed char> m_percents;  ///< of each location of a record
 };
 

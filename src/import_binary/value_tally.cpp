@@ -5,7 +5,9 @@
 #include "norva/values.h"
 #include "store/value_rules.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
+#include <cstring>
 #include <type_traits>
 
 namespace norva {
@@ -68,38 +70,52 @@ TallyValues FindFrom(int dataType) {
 
 template <typename Value>
 void TallyStored(char const* values, std::size_t count, ValueTally& tally) {
+    // Several values in one register: there is one comparison for each of them, but no branch and no detour.
+    constexpr std::size_t kLanes = 16 / sizeof(Value);
+    using Lanes [[gnu::vector_size(16)]] = Value;
+    using Masks = decltype(Lanes{} == Lanes{});
+    constexpr std::size_t kMostRounds = 16384;  // what a lane of 16 bits can count
     using Limits = std::numeric_limits<Value>;
-    // Lanes that do not depend on each other become vector instructions.
-    constexpr std::size_t kLanes = 32;
-    using Count = std::conditional_t<sizeof(Value) == 8, std::uint64_t, std::uint32_t>;
-    std::array<Value, kLanes> low;
-    std::array<Value, kLanes> high;
-    std::array<Count, kLanes> marked{};
-    low.fill(Limits::has_infinity ? Limits::infinity() : Limits::max());
-    high.fill(Limits::has_infinity ? -Limits::infinity() : Limits::lowest());
-    std::array<Value, kLanes> batch;
-    for (std::size_t done = 0; done < count; done += kLanes) {
-        std::size_t const taken = std::min(kLanes, count - done);
-        // Values that are marked already fill the last batch up; they are taken off again.
-        for (std::size_t i = taken; i < kLanes; ++i) batch[i] = Mark<Value>();
-        for (std::size_t i = 0; i < taken; ++i) batch[i] = LoadValue<Value>(values + (done + i) * sizeof(Value));
-        for (std::size_t i = 0; i < kLanes; ++i) {
-            Value const value = batch[i];
-            Value const least = low[i];
-            Value const most = high[i];
-            bool const isMarked = IsMarked(value);
-            marked[i] += isMarked ? Count{1} : Count{0};
-            low[i] = (!isMarked & (value < least)) ? value : least;
-            high[i] = (!isMarked & (value > most)) ? value : most;
-        }
-    }
+    constexpr Value kHighest = Limits::has_infinity ? Limits::infinity() : Limits::max();
+    constexpr Value kLowest = Limits::has_infinity ? -Limits::infinity() : Limits::lowest();
+    Lanes const mark = Lanes{} + Mark<Value>();
+    Lanes low = Lanes{} + kHighest;
+    Lanes high = Lanes{} + kLowest;
     std::uint64_t noData = 0;
-    for (Count const n : marked) noData += n;
-    noData -= (kLanes - count % kLanes) % kLanes;
+    char const* at = values;
+    std::size_t rounds = std::endian::native == std::endian::little ? count / kLanes : 0;
+    std::size_t const left = count - rounds * kLanes;
+    while (rounds > 0) {
+        std::size_t const some = std::min(rounds, kMostRounds);
+        Masks marked{};
+        for (std::size_t i = 0; i < some; ++i, at += sizeof(Lanes)) {
+            Lanes value;
+            std::memcpy(&value, at, sizeof value);
+            Masks const isMarked = value == mark;
+            marked -= isMarked;
+            low = ~isMarked & (value < low) ? value : low;
+            high = ~isMarked & (value > high) ? value : high;
+        }
+        for (std::size_t i = 0; i < kLanes; ++i) noData += static_cast<std::uint64_t>(marked[i]);
+        rounds -= some;
+    }
+    Value least = kHighest;
+    Value most = kLowest;
+    for (std::size_t i = 0; i < kLanes; ++i) {
+        least = std::min<Value>(least, low[i]);
+        most = std::max<Value>(most, high[i]);
+    }
+    for (std::size_t i = 0; i < left; ++i, at += sizeof(Value)) {
+        auto const value = LoadValue<Value>(at);
+        noData += IsMarked(value) ? 1U : 0U;
+        if (IsMarked(value)) continue;
+        least = std::min(value, least);
+        most = std::max(value, most);
+    }
     tally.noData += noData;
     if (noData == count) return;
-    tally.minimum = std::min(tally.minimum, static_cast<double>(*std::ranges::min_element(low)));
-    tally.maximum = std::max(tally.maximum, static_cast<double>(*std::ranges::max_element(high)));
+    tally.minimum = std::min(tally.minimum, static_cast<double>(least));
+    tally.maximum = std::max(tally.maximum, static_cast<double>(most));
 }
 
 template void TallyStored<float>(char const*, std::size_t, ValueTally&);

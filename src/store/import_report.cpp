@@ -29,6 +29,7 @@ ReportKind const kReportKinds[] = {
     {"with_rest", "number followed by something else", &ReportChannel::withRest, true},
     {"with_fraction", "fraction dropped by a whole-number channel", &ReportChannel::withFraction, true},
     {"cut", "text cut to the channel's width", &ReportChannel::cut, true},
+    {"dropped", "value without a location in the store", &ReportChannel::dropped, true},
     {"backwards", "below the value before it in its line", &ReportChannel::backwards, false},
     {nullptr, nullptr, nullptr, false},
 };

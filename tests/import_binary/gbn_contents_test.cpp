@@ -195,6 +195,9 @@ std::int64_t CountSoundValues(GbnContents const& contents, std::size_t fileSize)
         EXPECT_LE(next, total);
     }
     EXPECT_LE(size, fileSize);
+    std::uint64_t accounted = 0;
+    for (ReportPart const& part : contents.parts) accounted += part.bytes;
+    EXPECT_EQ(accounted, fileSize);
     return count;
 }
 

@@ -1,6 +1,7 @@
 #include "import_binary/gbn_bytes.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
+#include "support/findings.h"
 #include "support/play.h"
 #include "support/store_text.h"
 #include "support/temporary_folder.h"
@@ -82,24 +83,35 @@ TEST_F(GbnImport, ConvertsEveryTypeToEveryOther) {
     struct Case {
         char const* radio;
         char const* values;  ///< of each channel; the last one or more are the padding
+        char const* findings;
     };
     for (Case const& c : std::vector<Case>{
              {"Float point (single precision)",
               "C0: 1[-128 53 32767 32767 32767 32767]\nC1: 1[40000 2147483648 2147483648 2147483648 "
               "2147483648 2147483648]\nC2: 1[-32768 32767 32767 32767 32767 32767]\nC3: 1[-2147483648 "
               "2147483648 65537 2147483648 2147483648 2147483648]\nC4: 1[-2.75 * inf 3e+09 -2147483648 "
-              "*]\nC5: 1[70000.9 * inf -2147483648 2147483648 *]\nText: 1[12.5 -700 0 9 3e+09 0]\n"},
+              "*]\nC5: 1[70000.9 * inf -2147483648 2147483648 *]\nText: 1[12.5 -700 0 9 3e+09 0]\n",
+              "3 losses; C0: missing 4; C1: no_data 1, missing 4; C2: no_data 1, missing 4; C3: no_data 1, missing 3; "
+              "C4: no_data 2; C5: no_data 1, missing 1, out_of_range 1; Text: missing 1, unreadable 1, with_rest 1"},
              {"Short Integer (2 bytes)",
               "C0: 1[-128 53 * * * *]\nC1: 1[-25536 -1 -1 -1 -1 -1]\nC2: 1[-32768 * * * * *]\n"
-              "C3: 1[0 -1 1 -1 -1 -1]\nC4: 1[-2 * 0 0 0 *]\nC5: 1[4464 * 0 0 0 *]\nText: 1[12 -700 0 9 3 0]\n"},
+              "C3: 1[0 -1 1 -1 -1 -1]\nC4: 1[-2 * 0 0 0 *]\nC5: 1[4464 * 0 0 0 *]\nText: 1[12 -700 0 9 3 0]\n",
+              "15 losses; C0: missing 4; C1: no_data 1, missing 4, out_of_range 1; C2: no_data 1, missing 4; C3: "
+              "no_data 1, missing 3, out_of_range 2; C4: no_data 2, out_of_range 3, with_fraction 1; C5: no_data 1, "
+              "missing 1, out_of_range 4; Text: missing 1, out_of_range 1, unreadable 1, with_rest 1, with_fraction 1"},
              {"Long Integer (4 bytes)",
               "C0: 1[-128 53 32767 32767 32767 32767]\nC1: 1[40000 * * * * *]\nC2: 1[-32768 32767 32767 32767 32767 "
               "32767]\nC3: 1[-2147483648 * 65537 * * *]\nC4: 1[-2 * -2147483648 -2147483648 -2147483648 *]\n"
-              "C5: 1[70000 * -2147483648 -2147483648 -2147483648 *]\nText: 1[12 -700 0 9 3 0]\n"},
+              "C5: 1[70000 * -2147483648 -2147483648 -2147483648 *]\nText: 1[12 -700 0 9 3 0]\n",
+              "11 losses; C0: missing 4; C1: no_data 1, missing 4; C2: no_data 1, missing 4; C3: no_data 1, missing 3; "
+              "C4: no_data 2, out_of_range 2, with_fraction 1; C5: no_data 1, missing 1, out_of_range 2, with_fraction "
+              "2; Text: missing 1, out_of_range 1, unreadable 1, with_rest 1, with_fraction 1"},
              {"General Text",
               "C0: 1['-' '5' '3' '3' '3' '3']\nC1: 1['4' '2' '2' '2' '2' '2']\nC2: 1['-' '3' '3' '3' '3' '3']\n"
               "C3: 1['-' '2' '6' '2' '2' '2']\nC4: 1['-' '1' 'i' '3' '-' '1']\nC5: 1['7' '1' '1' '-' '2' '1']\n"
-              "Text: 1['12.5' '-700' '' ' 9x' '3e9' '']\n"},
+              "Text: 1['12.5' '-700' '' ' 9x' '3e9' '']\n",
+              "20 losses; C0: missing 4, cut 2; C1: missing 4, cut 2; C2: missing 4, cut 2; C3: missing 3, cut 3; C4: "
+              "cut 6; C5: missing 1, cut 5; Text: missing 1"},
          }) {
         PlayRun const run =
             Import(file.bytes, R"({"dialog": 4059, "do": [{"click": "Import Fiducial as a separate channel"},
@@ -107,6 +119,7 @@ TEST_F(GbnImport, ConvertsEveryTypeToEveryOther) {
                                    std::string(c.radio) + R"("}, {"click": "Set for Selected"}, {"click": 1}]})");
         EXPECT_EQ(run.failure, "");
         EXPECT_EQ(Stored(), c.values) << c.radio;
+        EXPECT_EQ(test::FindingsOfLastImport(file.bytes.size()), c.findings) << c.radio;
     }
 }
 
@@ -143,6 +156,7 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
         int value;
         char const* folder;  ///< made in the way of a temporary file
         std::string stored;
+        std::string findings = "0 losses";
     };
     std::string const whole = CGbnBytes().Channel("X", 3).Line(1).Values(0, 3, 1, 2).End().bytes;
     std::string const kept = "FIDUCIAL: 1[1 2]\nX: 1[1 2]\n";
@@ -155,14 +169,24 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
          {"File ends inside the data block at byte 0x82; 1 of 2 values of channel X were read"},
          1,
          "",
-         "FIDUCIAL: 1[1]\nX: 1[1]\n"},
+         "FIDUCIAL: 1[1]\nX: 1[1]\n",
+         "1 losses; cut 1"},
         {"a block before the lines",
          CGbnBytes().Channel("X", 3).Values(0, 3, 9).Line(1).Values(0, 3, 1, 2).End().bytes,
          kContinue,
          {"Data blocks before the first line, which were left out: 1"},
          1,
          "",
-         kept},
+         kept,
+         "1 losses; left out 1"},
+        {"a block of no channel, an opaque record, unknown codes, a rest",
+         CGbnBytes().Channel("X", 3).Line(1).Values(0, 3, 1, 2).Values(1, 3, 7).End().bytes + "rest",
+         kContinue,
+         {},
+         1,
+         "",
+         kept,
+         "1 losses; left out 1"},
         {"a text of one byte",
          CGbnBytes().Channel("T", -1).Line(1).Values(0, -1, char{0}).End().bytes,
          kContinue,
@@ -191,6 +215,9 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
         EXPECT_EQ(run.failure, "") << c.what;
         EXPECT_EQ(run.value, c.value) << c.what;
         EXPECT_EQ(Stored(), c.stored) << c.what;
+        if (c.value == 1) {
+            EXPECT_EQ(test::FindingsOfLastImport(c.bytes.size()), c.findings) << c.what;
+        }
         if (*c.folder != '\0') std::filesystem::remove(c.folder);
         EXPECT_EQ(folder.Count(), c.value == 1 ? 2U : 1U) << c.what;
     }

@@ -3,6 +3,7 @@
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
+#include "support/findings.h"
 #include "support/play.h"
 #include "support/store_samples.h"
 #include "support/temporary_folder.h"
@@ -161,6 +162,8 @@ TEST(TkiImport, TracesItsCalls) {
     EXPECT_EQ(run.failure, "");
     EXPECT_EQ(run.value, 1);
     ExpectGolden(run, NORVA_TEST_DATA "/import_binary/tki.jsonl", {{"dir", folder.Path()}});
+    EXPECT_EQ(FindingsOfLastImport(kHeader.size() + 107),
+              "8 losses; vlf: dropped 2; raw: missing 3; left out 5; cut 1");
 }
 
 TEST(TkiImport, TakesTheWholeRecordsOfAFileCutAnywhere) {
