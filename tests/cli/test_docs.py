@@ -60,6 +60,8 @@ class Docs(unittest.TestCase):
         self.assertGreater(counts["formats.md"], 10)
         self.assertGreater(counts["README.md"], 3)
         self.assertGreater(counts["store-format.md"], 0)
+        for page in ("import-report.md", "templates.md", "automation.md"):
+            self.assertGreater(counts[page], 0, page)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,25 @@
+#!/usr/bin/env python3
+"""Prints a CSV table of a run, one row for each source file: summary.py SOURCE MADE.
+
+status is "made", "losses", "failed" (norva said why in the log) or "missing" (not tried, or stopped on the way).
+"""
+
+import csv
+import json
+import sys
+from pathlib import Path
+
+
+def row(source, made, path):
+    name = str(path.relative_to(source))
+    store, report, log = (made / (name + end) for end in (".nvt", ".json", ".log"))
+    if store.exists() and report.exists():
+        facts = json.loads(report.read_text())
+        return [name, facts["locations"], facts["losses"], "losses" if facts["losses"] else "made"]
+    return [name, "", "", "failed" if log.exists() and log.stat().st_size else "missing"]
+
+
+source, made = Path(sys.argv[1]), Path(sys.argv[2])
+table = csv.writer(sys.stdout, lineterminator="\n")
+table.writerow(["file", "locations", "losses", "status"])
+table.writerows(row(source, made, p) for p in sorted(source.rglob("*")) if p.is_file())
