@@ -47,11 +47,8 @@ int DecimalsOf(std::string_view token) {
     return dot == std::string_view::npos ? 0 : static_cast<int>(token.size() - dot - 1);
 }
 
-double NumberOf(std::string_view token) {
-    if (token.starts_with('*')) return kNoDataDouble;
-    double const value = ReadNumber(token);
-    return std::isfinite(value) ? value : kNoDataDouble;
-}
+/// Outside the range of every type, and so no-data.
+constexpr double kTooLarge = std::numeric_limits<double>::infinity();
 
 }  // namespace
 
@@ -76,6 +73,7 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
     m_timeFormat = dialog.TimeFormat();
     DescribeChannels();
     if (!MeasureTexts()) return FailReading();
+    StartReport();
 
     CProgressDlg progress;
     progress.Create();
@@ -89,15 +87,16 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
 
     std::string const storePath = m_store->GetNorvaFileName();
     m_store->CloseCurFile();
-    m_file.Close();
     progress.DestroyWindow();
     std::string const reason = GetLastErrorText();
     bool const sorts = dialog.SortByTime() != 0 && m_timeChannel >= 0;
+    if (created) Report(sorts);
     if (sorts && m_store->SetFileName(storePath, kReopenStore, nullptr) != 0) {
         // With nothing written this is an older store, which stays as it was.
         if (created) m_store->SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1);
         m_store->CloseCurFile();
     }
+    m_file.Close();
     if (!created) SetLastErrorText(reason);  // which opening a store has cleared
     return created ? 1 : 0;
 }
@@ -125,7 +124,7 @@ void CCG3DumpImport::DescribeChannels() {
         column.channel = static_cast<int>(m_channels.size());
         m_channels.push_back(DescribeColumn(column));
         if (position == m_layout.valueCount) {
-            m_heightChannel = column.channel;
+            m_heightChannel = m_height.channel = column.channel;
             continue;
         }
         if (m_channels.back().displayFormat == DisplayFormat::kTime) m_timeChannel = column.channel;
@@ -141,6 +140,7 @@ void CCG3DumpImport::DescribeChannels() {
     date.displayFormat = DisplayFormat::kDate;
     date.decimalPlaces = 0;
     date.templateFormat = m_dateFormat;
+    m_date.channel = static_cast<int>(m_channels.size());
     m_channels.push_back(date);
 }
 
@@ -214,43 +214,118 @@ bool CCG3DumpImport::ParseData() {
 
 void CCG3DumpImport::ParseProfile(CG3LineRecord& profile) {
     profile.locationCount = 0;
-    m_awaitsHeight = false;
+    m_heightRow = 0;
+    for (Column& column : m_columns) column.previous = -std::numeric_limits<double>::infinity();
+    std::uint64_t number = profile.titleLine;
+    m_report->StartLine(profile.name, number + 1);
     std::string_view line;
-    while (NextDataLine(line) && !m_columnFiles.Failed()) {
-        GetTokens(line, m_tokens, kCG3DataDelimiters);
-        bool const isALine = !m_tokens.empty() && (m_tokens[0].front() == 'A' || m_tokens[0].front() == 'a');
-        if (isALine && m_tokens.size() == 2) WriteHeight(NumberOf(m_tokens[1]));
-        // Whatever else this line is, it is not the A-line of the data line before it.
-        WriteHeight(kNoDataDouble);
-        if (isALine || m_tokens.size() != m_layout.valueCount) continue;
-        for (Column const& column : m_columns) WriteValue(column, m_tokens[column.position]);
-        m_awaitsHeight = m_heightChannel >= 0;
-        ++profile.locationCount;
+    for (std::uint64_t offset = m_file.Offset(); m_file.Next(line) && !IsCG3DashLine(line); offset = m_file.Offset()) {
+        ++number;
+        m_report->GoTo(line, number);
+        line = Trim(line);
+        ReportPart& part = m_parts[line.empty() ? kEmpty : ParseDataLine(profile, line, number)];
+        ++part.count;
+        part.bytes += m_file.Offset() - offset;
+        if (m_columnFiles.Failed()) return;
     }
-    WriteHeight(kNoDataDouble);
+    MissHeight();
 }
 
-void CCG3DumpImport::WriteValue(Column const& column, std::string_view token) {
+CCG3DumpImport::DataPart CCG3DumpImport::ParseDataLine(CG3LineRecord& profile, std::string_view line,
+                                                       std::uint64_t number) {
+    GetTokens(line, m_tokens, kCG3DataDelimiters);
+    if (!m_tokens.empty() && (m_tokens[0].front() == 'A' || m_tokens[0].front() == 'a')) {
+        bool const isHeight = m_heightRow != 0 && m_tokens.size() == 2;
+        if (isHeight) {
+            m_heightRow = 0;
+            WriteNumber(m_height, m_tokens[1]);
+        }
+        MissHeight();
+        bool const isUnwanted = m_layout.hasALines && m_heightChannel < 0;
+        if (isHeight || isUnwanted) return kHeights;
+    } else {
+        // Whatever else this line is, it is not the A-line of the data line before it.
+        MissHeight();
+        if (m_tokens.size() == m_layout.valueCount) {
+            m_report->CountRow();
+            for (Column& column : m_columns) WriteValue(column, m_tokens[column.position]);
+            if (m_heightChannel >= 0) m_heightRow = number;
+            ++profile.locationCount;
+            return kDataRows;
+        }
+    }
+    m_report->NoteRow(&ImportReport::leftOut);
+    return kLeftOut;
+}
+
+void CCG3DumpImport::WriteValue(Column& column, std::string_view token) {
     switch (column.kind) {
         case Column::Kind::Number:
-            WriteDouble(column.channel, NumberOf(token));
-            break;
+            return WriteNumber(column, token);
         case Column::Kind::Text:
-            WriteText(column, token);
-            break;
-        case Column::Kind::Time: {
-            double value = kNoDataDouble;
-            if (!token.starts_with('*')) m_dateTime.GetDoubleTime(token, m_timeFormat, DecimalsOf(token), value);
-            WriteDouble(column.channel, value);
-            break;
-        }
-        case Column::Kind::Short: {
-            std::int16_t const value = token.starts_with('*') ? kNoDataShort : ShortInRange(ReadNumber(token));
-            if (char* const out = m_columnFiles.Append(column.channel, sizeof value)) {
-                StoreLittle16(out, static_cast<std::uint16_t>(value));
-            }
-            break;
-        }
+            return WriteText(column, token);
+        case Column::Kind::Time:
+            return WriteTime(column, token);
+        case Column::Kind::Short:
+            return WriteShort(column, token);
+    }
+}
+
+void CCG3DumpImport::WriteNumber(Column& column, std::string_view token) {
+    double const value = NumberOf(column, token);
+    WriteDouble(column.channel, std::isfinite(value) ? value : kNoDataDouble);
+}
+
+double CCG3DumpImport::NumberOf(Column& column, std::string_view token) {
+    if (token.starts_with('*')) {
+        m_report->Note(Found(column).noData, token);
+        return kTooLarge;
+    }
+    NumberRead const read = ScanNumber(token);
+    bool const isWhole = read.consumed == token.size();
+    // Most values lie between those that came before, which were in order.
+    if (isWhole && read.value >= column.minimum && read.value <= column.maximum) return read.value;
+    if (read.consumed == 0) {
+        m_report->Note(Found(column).unreadable, token);
+        return 0;
+    }
+    if (!isWhole) m_report->Note(Found(column).withRest, token);
+    double const limit = column.kind == Column::Kind::Short ? kNoDataShort : kNoDataDouble;
+    bool const isMark = read.value == limit;
+    bool const isTooLarge =
+        column.kind == Column::Kind::Short ? std::fabs(read.value) > limit : !std::isfinite(read.value);
+    if (isMark) {
+        m_report->Note(Found(column).noData, token);
+    } else if (isTooLarge) {
+        m_report->Note(Found(column).outOfRange, token);
+    } else {
+        column.minimum = std::min(column.minimum, read.value);
+        column.maximum = std::max(column.maximum, read.value);
+    }
+    return read.value;
+}
+
+void CCG3DumpImport::WriteTime(Column& column, std::string_view token) {
+    double value = kNoDataDouble;
+    if (token.starts_with('*')) {
+        m_report->Note(Found(column).noData, token);
+    } else if (m_dateTime.GetDoubleTime(token, m_timeFormat, DecimalsOf(token), value) == 0) {
+        m_report->Note(Found(column).unreadable, token);
+    } else {
+        if (RunsBackwards(value, column.previous, true)) m_report->Note(Found(column).backwards, token);
+        column.previous = value;
+        column.minimum = std::min(column.minimum, value);
+        column.maximum = std::max(column.maximum, value);
+    }
+    WriteDouble(column.channel, value);
+}
+
+void CCG3DumpImport::WriteShort(Column& column, std::string_view token) {
+    double const number = NumberOf(column, token);
+    std::int16_t const value = ShortInRange(number);
+    if (value != kNoDataShort && value != number) m_report->Note(Found(column).withFraction, token);
+    if (char* const out = m_columnFiles.Append(column.channel, sizeof value)) {
+        StoreLittle16(out, static_cast<std::uint16_t>(value));
     }
 }
 
@@ -264,16 +339,50 @@ void CCG3DumpImport::WriteText(Column const& column, std::string_view token) {
     m_columnFiles.AppendBytes(column.channel, m_text.data(), m_text.size());
 }
 
-void CCG3DumpImport::WriteHeight(double value) {
-    if (m_awaitsHeight) WriteDouble(m_heightChannel, value);
-    m_awaitsHeight = false;
+void CCG3DumpImport::MissHeight() {
+    if (m_heightRow == 0) return;
+    AddFinding(Found(m_height).missing, m_heightRow, 1, {});
+    m_heightRow = 0;
+    WriteDouble(m_heightChannel, kNoDataDouble);
 }
 
 void CCG3DumpImport::WriteDates(std::size_t profile) {
+    long const count = m_layout.profiles[profile].locationCount;
+    ReportChannel& found = Found(m_date);
     double value = kNoDataDouble;
-    if (profile < m_layout.dates.size()) m_dateTime.GetDoubleDate(m_layout.dates[profile], m_dateFormat, value);
-    int const channel = static_cast<int>(m_channels.size()) - 1;
-    for (long i = 0; i < m_layout.profiles[profile].locationCount; ++i) WriteDouble(channel, value);
+    if (profile >= m_layout.dates.size()) {
+        found.missing.count += static_cast<std::uint64_t>(count);
+    } else if (m_dateTime.GetDoubleDate(m_layout.dates[profile], m_dateFormat, value) == 0) {
+        found.unreadable.count += static_cast<std::uint64_t>(count);
+    } else if (count > 0) {
+        m_date.minimum = std::min(m_date.minimum, value);
+        m_date.maximum = std::max(m_date.maximum, value);
+    }
+    for (long i = 0; i < count; ++i) WriteDouble(m_date.channel, value);
+}
+
+void CCG3DumpImport::StartReport() {
+    m_report.emplace(m_channels);
+    for (Column const& column : m_columns) Found(column).column = static_cast<int>(column.position) + 1;
+    if (m_heightChannel >= 0) Found(m_height).column = static_cast<int>(m_layout.valueCount) + 1;
+    Found(m_date).column = 0;
+}
+
+void CCG3DumpImport::Report(bool isSorted) {
+    auto const setRange = [this](Column const& column) {
+        if (column.minimum > column.maximum) return;
+        ReportChannel& channel = Found(column);
+        channel.hasRange = true;
+        channel.minimum = column.minimum;
+        channel.maximum = column.maximum;
+    };
+    for (Column const& column : m_columns) setRange(column);
+    if (m_heightChannel >= 0) setRange(m_height);
+    setRange(m_date);
+    for (ReportPart const& part : m_layout.parts) m_report->AddPart(part.name, part.count, part.bytes);
+    for (ReportPart const& part : m_parts) m_report->AddPart(part.name, part.count, part.bytes);
+    m_report->AddSetting("sorted by time", isSorted ? "yes" : "no");
+    m_report->Finish("lines", m_layout.lineCount, m_layout.byteCount, m_file.Length());
 }
 
 bool CCG3DumpImport::WriteStore() {

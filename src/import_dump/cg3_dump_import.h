@@ -5,8 +5,13 @@
 #include "norva/file_util.h"
 #include "platform/line_reader.h"
 #include "store/column_files.h"
+#include "store/row_report.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,7 +37,12 @@ private:
         int channel = 0;
         Kind kind = Kind::Number;
         std::size_t width = 0;  ///< characters of a text
+        double minimum = std::numeric_limits<double>::infinity();
+        double maximum = -std::numeric_limits<double>::infinity();
+        double previous = -std::numeric_limits<double>::infinity();  ///< of a time, in the same line
     };
+    /// The lines between a profile's titles and its dash line.
+    enum DataPart { kDataRows, kHeights, kEmpty, kLeftOut };
 
     void SelectDefaultColumns();
     void DescribeChannels();
@@ -42,13 +52,23 @@ private:
     bool MeasureTexts();
     bool ParseData();
     void ParseProfile(CG3LineRecord& profile);
-    void WriteValue(Column const& column, std::string_view token);
+    /// A line of a profile's data, which is not empty.
+    DataPart ParseDataLine(CG3LineRecord& profile, std::string_view line, std::uint64_t number);
+    void WriteValue(Column& column, std::string_view token);
+    void WriteNumber(Column& column, std::string_view token);
+    /// What the token says, 0 when nothing, with what is to be said of it noted; outside the range for no-data.
+    double NumberOf(Column& column, std::string_view token);
+    void WriteTime(Column& column, std::string_view token);
+    void WriteShort(Column& column, std::string_view token);
     void WriteDouble(int channel, double value);
     void WriteText(Column const& column, std::string_view token);
-    /// Gives the last data line its height, if it still waits for one.
-    void WriteHeight(double value);
+    /// The data line that waits for its height, if there is one, has none.
+    void MissHeight();
     void WriteDates(std::size_t profile);
     bool WriteStore();
+    void StartReport();
+    void Report(bool isSorted);
+    ReportChannel& Found(Column const& column) { return m_report->Channel(column.channel); }
     /// Shows why the dump cannot be read; 0.
     int FailReading() const;
     /// Goes to the first data line of a profile, an error before forgotten.
@@ -71,7 +91,12 @@ private:
     CColumnFiles m_columnFiles;
     std::vector<std::string_view> m_tokens;
     std::string m_text;
-    bool m_awaitsHeight = false;
+    Column m_height;
+    Column m_date;
+    std::uint64_t m_heightRow = 0;  ///< number of the data line that waits for its height; 0 for none
+    std::optional<CRowReport> m_report;
+    std::array<ReportPart, 4> m_parts{
+        {{"data rows", 0, 0}, {"heights", 0, 0}, {"empty", 0, 0}, {"neither reading nor height", 0, 0}}};
 };
 
 }  // namespace norva

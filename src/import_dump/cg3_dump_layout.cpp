@@ -14,19 +14,31 @@ constexpr std::string_view kHeaderDelimiters = " \t\n";
 /// Where a scan stands within a block.
 enum class Place { BeforeHeader, Header, Titles, Data };
 
+/// Kinds of lines in the order of their parts.
+enum Part { kBefore, kDashes, kHeaders, kTitles, kWithoutReadings };
+constexpr char const* kPartNames[] = {"before the first block", "lines of dashes", "block headers", "column titles",
+                                      "in blocks without readings"};
+
 /// Finds the blocks in one reading of the file.
 class CBlockScan {
 public:
-    explicit CBlockScan(CG3DumpLayout& layout) : m_layout(layout) {}
+    explicit CBlockScan(CG3DumpLayout& layout) : m_layout(layout) {
+        for (char const* const name : kPartNames) m_layout.parts.push_back({name});
+    }
 
     /// `end` is the offset after the line.
     void Line(std::string_view line, std::uint64_t end) {
         bool const isDash = IsCG3DashLine(line);
+        std::uint64_t const bytes = end - m_end;
+        m_end = end;
+        ++m_layout.lineCount;
         switch (m_place) {
             case Place::BeforeHeader:
+                Count(isDash ? kDashes : kBefore, 1, bytes);
                 if (isDash) StartHeader();
                 break;
             case Place::Header:
+                Count(isDash ? kDashes : kHeaders, 1, bytes);
                 if (isDash) {
                     m_place = Place::Titles;
                     m_dataStart = end;
@@ -35,15 +47,20 @@ public:
                 }
                 break;
             case Place::Titles:
+                Count(kTitles, 1, bytes);
                 m_titlesAreDash = isDash;
                 m_linesRead = m_dataLines = 0;
+                m_dataBytes = 0;
+                m_titleLine = m_layout.lineCount;
                 m_place = Place::Data;
                 break;
             case Place::Data:
                 if (isDash) {
+                    Count(kDashes, 1, bytes);
                     EndBlock(end);
                 } else {
                     ++m_linesRead;
+                    m_dataBytes += bytes;
                     std::string_view const text = Trim(line);
                     if (!text.empty() && text.front() != 'A') ++m_dataLines;
                 }
@@ -57,6 +74,11 @@ public:
     }
 
 private:
+    void Count(Part part, std::uint64_t lines, std::uint64_t bytes) {
+        m_layout.parts[part].count += lines;
+        m_layout.parts[part].bytes += bytes;
+    }
+
     void StartHeader() {
         m_place = Place::Header;
         m_hasName = m_hasDate = false;
@@ -74,10 +96,10 @@ private:
     }
 
     void AddProfile() {
-        if (m_dataLines == 0) return;
+        if (m_dataLines == 0) return Count(kWithoutReadings, static_cast<std::uint64_t>(m_linesRead), m_dataBytes);
         std::string name = m_layout.lineNames.empty() ? "LINE" + std::to_string(m_layout.profiles.size() + 1)
                                                       : m_layout.lineNames.back();
-        m_layout.profiles.push_back({std::move(name), m_dataLines, m_dataStart});
+        m_layout.profiles.push_back({std::move(name), m_dataLines, m_dataStart, m_titleLine});
     }
 
     void CollectFromHeader(std::string_view line) {
@@ -106,7 +128,10 @@ private:
     bool m_titlesAreDash = false;
     long m_linesRead = 0;
     long m_dataLines = 0;
+    std::uint64_t m_dataBytes = 0;
     std::uint64_t m_dataStart = 0;
+    std::uint64_t m_titleLine = 0;
+    std::uint64_t m_end = 0;  ///< of the line before
     std::string m_upper;
     std::vector<std::string_view> m_upperTokens;
     std::vector<std::string_view> m_tokens;
@@ -161,6 +186,7 @@ bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout) {
     std::string_view line;
     while (file.Next(line)) scan.Line(line, file.Offset());
     scan.End();
+    layout.byteCount = file.Offset();
     if (file.Error() != 0 || !file.Rewind()) return false;
     ReadTitles(file, layout);
     return file.Error() == 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/import_report.h"
 #include "platform/line_reader.h"
 
 #include <cstdint>
@@ -19,6 +20,7 @@ struct CG3LineRecord {
     std::string name;
     long locationCount = 0;
     std::uint64_t dataStart = 0;  ///< offset of the block's column title line
+    std::uint64_t titleLine = 0;  ///< the number of that line, from 1
 };
 
 /// How a CG3 dump is laid out. A dump is a sequence of blocks: a header between two dash lines, a line of column
@@ -31,6 +33,9 @@ struct CG3DumpLayout {
     std::vector<std::string> titles;
     std::size_t valueCount = 0;  ///< values of a data line
     bool hasALines = false;
+    std::uint64_t lineCount = 0;
+    std::uint64_t byteCount = 0;
+    std::vector<ReportPart> parts;  ///< the lines of all kinds but those between a profile's titles and its dash line
 };
 
 /// Whether the line bounds a block header.

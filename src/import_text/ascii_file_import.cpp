@@ -19,6 +19,15 @@ namespace norva {
 
 namespace {
 
+/// A marker without a name that can be read may have been a row of data.
+bool HoldsManyWords(std::string_view marker) {
+    CTokenCursor cursor(marker, kRowDelimiters);
+    std::string_view word;
+    int count = 0;
+    while (count < 3 && cursor.Next(word)) ++count;
+    return count == 3;
+}
+
 constexpr int kPreviewLines = 40;
 /// Every column has settings and a temporary file: a text with millions of values in a line is taken for no table.
 constexpr int kMostColumns = 32767;
@@ -212,7 +221,10 @@ bool CAsciiFileImport::ConvertRows(CProgressReporter& progress, CColumnFiles& fi
         ++number;
         ++part.count;
         part.bytes += m_file.Offset() - offset;
-        if (kind == LineKind::Marker && GetLineName(line).empty()) report.NoteMarker(whole, number);
+        if (kind == LineKind::Marker && GetLineName(line).empty() && HoldsManyWords(line)) {
+            report.GoTo(whole, number);
+            report.NoteRow(&ImportReport::doubtfulMarkers);
+        }
         if (kind != LineKind::Data) continue;
         for (; rowsLeft == 0 && profile < m_profiles.size(); ++profile) {
             report.StartLine(m_profiles[profile].name, number);

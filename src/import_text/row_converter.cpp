@@ -238,9 +238,8 @@ void CRowConverter::Examine(Plan& plan, double value, std::string_view token) {
         plan.high = plan.maximum;
         return;
     }
-    // A clock that starts again at midnight runs on.
     bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::SeaSpyTime;
-    if (value < plan.previous && !(isClock && plan.previous - value > 12)) m_report.Note(channel.backwards, token);
+    if (RunsBackwards(value, plan.previous, isClock)) m_report.Note(channel.backwards, token);
     plan.previous = value;
 }
 

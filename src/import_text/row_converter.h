@@ -1,10 +1,10 @@
 #pragma once
 
-#include "import_text/row_report.h"
 #include "import_text/text_line.h"
 #include "norva/converters.h"
 #include "norva/values.h"
 #include "store/column_files.h"
+#include "store/row_report.h"
 
 #include <cmath>
 #include <limits>

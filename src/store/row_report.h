@@ -4,7 +4,6 @@
 #include "store/report_draft.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -12,28 +11,36 @@
 
 namespace norva {
 
+/// Whether a value of a channel that should not fall is below the one before. A clock that starts again at midnight
+/// runs on.
+inline bool RunsBackwards(double value, double before, bool isClock) {
+    return value < before && !(isClock && before - value > 12);
+}
+
 /// What a pass over rows of text finds for the import's report.
 class CRowReport {
 public:
     /// `columns` are the settings of all columns, skipped ones too.
     explicit CRowReport(std::vector<NorvaChannelStruct> const& columns);
 
-    /// Where the row's values are views into; `number` counts from 1.
-    void StartRow(std::string_view line, std::uint64_t number) {
+    /// The line that findings are in, which their values are views into; `number` counts from 1.
+    void GoTo(std::string_view line, std::uint64_t number) {
         m_line = line;
         m_number = number;
-        ++m_rowsOfLine;
+    }
+    /// One more location.
+    void CountRow() { ++m_rowsOfLine; }
+    /// Goes to a line that becomes a location.
+    void StartRow(std::string_view line, std::uint64_t number) {
+        GoTo(line, number);
+        CountRow();
     }
     /// The rows from now on belong to a line of that name. `number` is that of its first row.
     void StartLine(std::string const& name, std::uint64_t number);
-    /// Rows whose line is not the source's own: where a byte of it stands in the source.
-    void SetColumnMap(std::function<std::size_t(std::size_t)> map) { m_columnMap = std::move(map); }
 
     /// A value that is no part of the row stands at its end.
     void Note(ReportFinding& finding, std::string_view value);
     void NoteRow(ReportFinding ImportReport::*finding) { AddFinding(m_report.*finding, m_number, 1, m_line); }
-    /// A line that was taken as a marker though no name can be read from it.
-    void NoteMarker(std::string_view line, std::uint64_t number);
 
     ReportChannel& Channel(int column) { return m_channels[static_cast<std::size_t>(column)]; }
 
@@ -52,7 +59,6 @@ private:
     std::string_view m_line;
     std::uint64_t m_number = 0;
     std::uint64_t m_rowsOfLine = 0;
-    std::function<std::size_t(std::size_t)> m_columnMap;
     std::vector<ReportChannel> m_channels;  ///< one a column
     std::unordered_set<std::string> m_names;
     ImportReport m_report;

@@ -1,6 +1,4 @@
-#include "import_text/row_report.h"
-
-#include "import_text/text_line.h"
+#include "store/row_report.h"
 
 namespace norva {
 
@@ -28,17 +26,8 @@ void CRowReport::Note(ReportFinding& finding, std::string_view value) {
         return;
     }
     bool const isInside = value.data() >= m_line.data() && value.data() < m_line.data() + m_line.size();
-    std::size_t offset = isInside ? static_cast<std::size_t>(value.data() - m_line.data()) : m_line.size();
-    if (m_columnMap) offset = m_columnMap(offset);
+    std::size_t const offset = isInside ? static_cast<std::size_t>(value.data() - m_line.data()) : m_line.size();
     AddFinding(finding, m_number, offset + 1, isInside ? value : std::string_view());
-}
-
-void CRowReport::NoteMarker(std::string_view line, std::uint64_t number) {
-    CTokenCursor cursor(line, kRowDelimiters);
-    std::string_view token;
-    int count = 0;
-    while (count < 3 && cursor.Next(token)) ++count;
-    if (count == 3) AddFinding(m_report.doubtfulMarkers, number, 1, line);
 }
 
 void CRowReport::AddPart(std::string name, std::uint64_t count, std::uint64_t bytes) {
