@@ -1,5 +1,6 @@
 #include "platform/files.h"
 #include "platform/text.h"
+#include "support/findings.h"
 #include "support/play.h"
 #include "support/store_text.h"
 #include "support/temporary_folder.h"
@@ -38,30 +39,39 @@ TEST(CG3Import, StoresWhatTheDumpHolds) {
         char const* name;
         std::string text;
         std::string store;
+        std::string findings;
     };
     Case const cases[] = {
         {"values as they are", kHeader + kTitles + "1001. 4123.5 .01 3 12:30:00\n\t1002 -.5,1 0 06:15:00.0 \r\n",
-         "Station: 100.['1001' '1002']; Grav.: 100.[4123.5 -0.5]; Time: 100.[12.5 6.25]; Date: 100.[@ @]; "},
+         "Station: 100.['1001' '1002']; Grav.: 100.[4123.5 -0.5]; Time: 100.[12.5 6.25]; Date: 100.[@ @]; ",
+         "0 losses; Time: backwards 1"},
         {"missing and unreadable", kHeader + kTitles + "* * 1 1 *\nx abc 1 1 25:99\n1.. 1e400 1 1 -\n",
-         "Station: 100.['*' 'X' '1']; Grav.: 100.[* 0 *]; Time: 100.[* * *]; Date: 100.[@ @ @]; "},
+         "Station: 100.['*' 'X' '1']; Grav.: 100.[* 0 *]; Time: 100.[* * *]; Date: 100.[@ @ @]; ",
+         "4 losses; Grav.: no_data 1, out_of_range 1, unreadable 1; Time: no_data 1, unreadable 2"},
         {"wrong number of values", kHeader + kTitles + "1 2 3 4\n1 2 3 4 5 6\n\n \t\n,\n7 8 9 1 01:00\n",
-         "Station: 100.['7']; Grav.: 100.[8]; Time: 100.[1]; Date: 100.[@]; "},
-        {"no good line", kHeader + kTitles + "1 2\n", "Station: 100.[]; Grav.: 100.[]; Time: 100.[]; Date: 100.[]; "},
+         "Station: 100.['7']; Grav.: 100.[8]; Time: 100.[1]; Date: 100.[@]; ", "3 losses; left out 3"},
+        {"no good line", kHeader + kTitles + "1 2\n", "Station: 100.[]; Grav.: 100.[]; Time: 100.[]; Date: 100.[]; ",
+         "1 losses; left out 1"},
         {"heights", kHeader + "STATION\nS1\nA: 5.5\nS2\nS3\n\n a: 6\nA: 7\nS4\nx y\nA: 8\nS5\nA: 9 9\nA: 1\nS6\n",
-         "STATION: 100.['S1' 'S2' 'S3' 'S4' 'S5' 'S6']; Height: 100.[5.5 * 6 * * *]; Date: 100.[@ @ @ @ @ @]; "},
+         "STATION: 100.['S1' 'S2' 'S3' 'S4' 'S5' 'S6']; Height: 100.[5.5 * 6 * * *]; Date: 100.[@ @ @ @ @ @]; ",
+         "5 losses; Height: missing 4; left out 5"},
         {"heights of two lines", kHeader + "STATION\nS1\nA: *\nS2\n" + kHeader + "STATION\nA: 4\nS3\nA: 5\n",
-         "STATION: 100.['S1' 'S2'] 100.['S3']; Height: 100.[* *] 100.[5]; Date: 100.[@ @] 100.[@]; "},
+         "STATION: 100.['S1' 'S2'] 100.['S3']; Height: 100.[* *] 100.[5]; Date: 100.[@ @] 100.[@]; ",
+         "1 losses; Height: no_data 1, missing 1; left out 1"},
         {"A-lines not seen at the start", kHeader + "STATION\nS1\nS2\nA: 5\nA 6\n",
-         "STATION: 100.['S1' 'S2']; Date: 100.[@ @]; "},
+         "STATION: 100.['S1' 'S2']; Date: 100.[@ @]; ", "2 losses; left out 2"},
         {"dates that fail",
          kHeader + "STATION\n1\n" + ReplaceAll(kHeader, "94/08", "94/13") + "STATION\n2\n" +
              "-------\nLine: 7 Date: 1\n-------\nSTATION\n3\n",
-         "STATION: 100.['1'] 100.['2'] 7['3']; Date: 100.[@] 100.[*] 7[*]; "},
+         "STATION: 100.['1'] 100.['2'] 7['3']; Date: 100.[@] 100.[*] 7[*]; ",
+         "1 losses; Date: missing 1, unreadable 1"},
         {"long station", kHeader + "STATION\n123456789.\n-1. x\n" + std::string(300, 'b') + "\n",
-         "STATION: 100.['123456789' '" + std::string(300, 'B') + "']; Date: 100.[@ @]; "},
+         "STATION: 100.['123456789' '" + std::string(300, 'B') + "']; Date: 100.[@ @]; ", "1 losses; left out 1"},
         {"two time columns, a station of another kind",
          kHeader + "Time Station-Time Rej-Station\n1:30 2:30 x\n2 * 40000\n3 1 -3.9\n",
-         "Time: 100.[1 2 3]; Station-Time: 100.[2.5 * 1]; Rej-Station: 100.[0 * -3]; Date: 100.[@ @ @]; "},
+         "Time: 100.[1 2 3]; Station-Time: 100.[2.5 * 1]; Rej-Station: 100.[0 * -3]; Date: 100.[@ @ @]; ",
+         "4 losses; Time: with_rest 1; Station-Time: no_data 1, backwards 1; Rej-Station: out_of_range 1, unreadable "
+         "1, with_fraction 1"},
     };
     for (Case const& c : cases) {
         test::CTemporaryFolder const folder;
@@ -70,6 +80,7 @@ TEST(CG3Import, StoresWhatTheDumpHolds) {
         EXPECT_EQ(run.failure, "") << c.name;
         EXPECT_EQ(run.value, 1) << c.name;
         EXPECT_EQ(Stored(folder), c.store) << c.name;
+        EXPECT_EQ(test::FindingsOfLastImport(c.text.size()), c.findings) << c.name;
         EXPECT_EQ(folder.Count(), 2U) << c.name;
     }
 }
