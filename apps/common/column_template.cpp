@@ -97,6 +97,14 @@ fs::path UserFolder() {
     return folder / "norva" / "templates";
 }
 
+/// Whether a row of the preview is the start of a line: the word "line" in any case stands in it.
+bool IsMarker(std::vector<std::string> const& row) {
+    return std::ranges::any_of(row, [](std::string const& cell) {
+        constexpr std::string_view word = "line";
+        return !std::ranges::search(cell, word, {}, [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; }).empty();
+    });
+}
+
 [[noreturn]] void Reject(std::string const& path, std::string const& why) {
     throw CommandError(path + ": is no column template: " + why);
 }
@@ -200,7 +208,7 @@ std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CDialogH
             ColumnTemplate::Column const& column = columns.columns[i];
             if (isLog && !column.format.empty()) continue;
             for (std::size_t r = 0; r < std::min<std::size_t>(grid.rows.size(), kCheckedRows); ++r) {
-                if (i >= grid.rows[r].size() || Suits(grid.rows[r][i], column)) continue;
+                if (IsMarker(grid.rows[r]) || i >= grid.rows[r].size() || Suits(grid.rows[r][i], column)) continue;
                 misfits.push_back("row " + std::to_string(r + 1) + ", " + ColumnText(i, column) + " holds \"" +
                                   grid.rows[r][i] + "\", which is no " + column.type +
                                   (column.format.empty() ? "" : " like " + column.format));

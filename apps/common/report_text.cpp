@@ -9,7 +9,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string PlaceText(ReportPlace const& place) {
-    std::string text = "line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+    std::string text = "line " + std::to_string(place.line);
+    if (place.column > 0) text += ", column " + std::to_string(place.column);
     return place.text.empty() ? text : text + ": '" + place.text + "'";
 }
 

@@ -26,11 +26,13 @@ QString PlacesOf(QString const& what, ReportFinding const& finding) {
     QString text = "<li>" + what.toHtmlEscaped() + ": " + QString::number(finding.count) + "<br>";
     for (ReportPlace const& place : finding.places) {
         auto const length = static_cast<qulonglong>(place.text.size());
-        text += QString("<a href=\"place:%1:%2:%3\">line %1, column %2</a> <code>%4</code><br>")
+        // Where only the line is known, all of it is shown.
+        QString const column = place.column == 0 ? QString() : QString(", column %1").arg(place.column);
+        text += QString("<a href=\"place:%1:%2:%3\">line %1%4</a> <code>%5</code><br>")
                     .arg(static_cast<qulonglong>(place.line))
-                    .arg(static_cast<qulonglong>(place.column))
-                    .arg(length)
-                    .arg(QString::fromStdString(place.text).toHtmlEscaped());
+                    .arg(std::max<qulonglong>(place.column, 1))
+                    .arg(place.column == 0 ? 0 : length)
+                    .arg(column, QString::fromStdString(place.text).toHtmlEscaped());
     }
     return text + "</li>";
 }

@@ -14,7 +14,7 @@ namespace norva {
 /// A place in the source.
 struct ReportPlace {
     std::uint64_t line = 0;    ///< from 1
-    std::uint64_t column = 0;  ///< byte of the line, from 1
+    std::uint64_t column = 0;  ///< byte of the line, from 1; 0 where only the line is known
     std::string text{};        ///< as it stands there, its first 200 bytes at most
 };
 

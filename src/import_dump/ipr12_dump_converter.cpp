@@ -1,13 +1,14 @@
 #include "import_dump/ipr12_dump_converter.h"
 
-#include "entry/converted_import.h"
 #include "norva/converters.h"
 #include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
+#include "store/report_draft.h"
 #include "ui/messages.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace norva {
 
@@ -35,6 +36,12 @@ void FillFromRight(std::vector<std::string_view> const& tokens, std::size_t last
 
 }  // namespace
 
+std::array<ReportPart, 5> const CIPR12DumpConverter::kNoLines = {{{"lines of headers", 0, 0},
+                                                                  {"lines of stations", 0, 0},
+                                                                  {"lines of readings", 0, 0},
+                                                                  {"empty", 0, 0},
+                                                                  {"left out", 0, 0}}};
+
 int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string const& outputPath) {
     if (!m_file.Open(inputPath)) {
         ShowMessage("Could not open the file!");
@@ -51,7 +58,10 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
         return 0;
     }
     if (accepted && m_file.Rewind()) {
+        m_lineNumber = m_pending = m_pendingBytes = 0;
+        m_parts = kNoLines;
         ReadHeader();
+        CountAs(kHeaders);
         WriteTitles(output);
         ConvertData(&output);
     }
@@ -59,6 +69,8 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
         ShowMessage(FileErrorText("read", inputPath, m_file.Error()));
         return 0;
     }
+    m_source.report.bytesRead = m_file.Offset();
+    m_source.report.sourceSize = m_file.Length();
     m_file.Close();
     if (!output.Commit(false)) {
         ShowMessage(FileErrorText("write", outputPath, output.Error()));
@@ -143,6 +155,7 @@ void CIPR12DumpConverter::WriteTitles(CReplacementFile& output) {
     if (!m_lineName.empty()) m_lineCoordinate = ConvertPosition(m_lineName);
     m_row.append("Line  ").append(m_lineName).append(" \n");
     output.Write(m_row);
+    m_textLines = 3;
 }
 
 void CIPR12DumpConverter::ConvertData(CReplacementFile* output) {
@@ -154,16 +167,19 @@ void CIPR12DumpConverter::ConvertData(CReplacementFile* output) {
     while ((output == nullptr || output->Error() == 0) && NextLine()) {
         if (TokenContains("---")) {
             StartSurveyLine(output);
+            CountAs(kHeaders);
             group = Group::Inside;
             step = 0;
             continue;
         }
         if (TokenContains("*")) {
+            CountAs(kHeaders);
             group = Group::Inside;
             step = 0;
             continue;
         }
-        if (group == Group::Inside && step == 0) {
+        bool const isPositions = group == Group::Inside && step == 0;
+        if (isPositions) {
             step = 1;
             KeepTokens(1, m_positions);
         } else if (group == Group::Inside && step == 1) {
@@ -177,12 +193,19 @@ void CIPR12DumpConverter::ConvertData(CReplacementFile* output) {
             }
             m_readingNumber = 0;
             ++m_stationGroups;
+            CountAs(kStations);
             continue;
         }
         if (TokenContains(":")) {
             step = 1;
             group = Group::Readings;
             ConvertReading(output);
+            CountAs(kReadings);
+        } else if (isPositions) {
+            CountAs(kStations);
+        } else {
+            NoteLine(m_source.report.leftOut, m_line);
+            CountAs(kLeftOut);
         }
     }
 }
@@ -195,17 +218,24 @@ void CIPR12DumpConverter::StartSurveyLine(CReplacementFile* output) {
     if (name.empty()) return;
     m_surveyLines.push_back({std::string(ConvertLineName(name)), 0});
     m_row.assign("LINE  ").append(ConvertLineName(name)).append("\n");
-    if (output != nullptr) output->Write(m_row);
+    if (output == nullptr) return;
+    output->Write(m_row);
+    ++m_textLines;
 }
 
 void CIPR12DumpConverter::ConvertReading(CReplacementFile* output) {
     ++m_readingNumber;
     ++m_surveyLines.back().readings;
     KeepTokens(1, m_recordValues);
+    std::uint64_t const sourceLine = m_lineNumber;
     std::string_view line;
-    m_firstReadingLine.assign(m_file.Next(line) ? line : std::string_view());
-    ReadSlots(m_firstReadingLine, m_firstReadingValues);
-    ReadSlots(m_file.Next(line) ? line : std::string_view(), m_secondReadingValues);
+    bool isWhole = ReadLine(line);
+    m_firstReadingLine.assign(isWhole ? line : std::string_view());
+    if (!ReadSlots(m_firstReadingLine, m_firstReadingValues)) NoteLine(m_source.report.moreValues, m_firstReadingLine);
+    isWhole = ReadLine(line);
+    if (!isWhole) line = {};
+    if (!ReadSlots(line, m_secondReadingValues)) NoteLine(m_source.report.moreValues, line);
+    if (!isWhole) ++m_source.report.cutRecords.count;
     if (output == nullptr) return;
 
     std::size_t const k = m_readingNumber;
@@ -229,20 +259,26 @@ void CIPR12DumpConverter::ConvertReading(CReplacementFile* output) {
     AppendRightAligned(m_row, m_fields);
     m_row.push_back('\n');
     output->Write(m_row);
+    ++m_source.rows;
+    m_source.lines.Add(++m_textLines, sourceLine);
 }
 
 std::string_view CIPR12DumpConverter::PositionForReading(std::size_t index) const {
     return index < m_positions.size() ? std::string_view(m_positions[index]) : kMissing;
 }
 
-void CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
+bool CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
     slots.fill(kMissing);
     std::size_t const bar = line.find('|');
     GetTokens(line.substr(0, bar), m_readingTokens, kReadingDelimiters);
-    if (m_readingTokens.size() <= kLeftSlots) FillFromRight(m_readingTokens, kLeftSlots - 1, slots);
-    if (bar == std::string_view::npos || line.find('|', bar + 1) != std::string_view::npos) return;
+    bool const leftFits = m_readingTokens.size() <= kLeftSlots;
+    if (leftFits) FillFromRight(m_readingTokens, kLeftSlots - 1, slots);
+    if (bar == std::string_view::npos) return leftFits;
+    if (line.find('|', bar + 1) != std::string_view::npos) return false;
     GetTokens(line.substr(bar + 1), m_readingTokens, kReadingDelimiters);
-    if (m_readingTokens.size() <= kSlots - kLeftSlots) FillFromRight(m_readingTokens, kSlots - 1, slots);
+    bool const rightFits = m_readingTokens.size() <= kSlots - kLeftSlots;
+    if (rightFits) FillFromRight(m_readingTokens, kSlots - 1, slots);
+    return leftFits && rightFits;
 }
 
 std::string CIPR12DumpConverter::ConvertPosition(std::string_view value) {
@@ -260,15 +296,52 @@ std::string_view CIPR12DumpConverter::ConvertLineName(std::string_view name) {
 }
 
 bool CIPR12DumpConverter::NextLine() {
-    std::string_view line;
-    while (m_file.Next(line)) {
-        line = Trim(line);
-        if (line.empty()) continue;
+    while (ReadLine(m_line)) {
+        std::string_view const line = Trim(m_line);
+        if (line.empty()) {
+            CountEmptyLine();
+            continue;
+        }
         GetTokens(line, m_tokens, kDelimiters);
         return true;
     }
     m_tokens.clear();
     return false;
+}
+
+bool CIPR12DumpConverter::ReadLine(std::string_view& line) {
+    std::uint64_t const offset = m_file.Offset();
+    if (!m_file.Next(line)) return false;
+    ++m_lineNumber;
+    ++m_pending;
+    m_pendingBytes += m_file.Offset() - offset;
+    m_lineBytes = m_file.Offset() - offset;
+    return true;
+}
+
+void CIPR12DumpConverter::CountEmptyLine() {
+    ReportPart& part = m_parts[kEmpty];
+    ++part.count;
+    part.bytes += m_lineBytes;
+    --m_pending;
+    m_pendingBytes -= m_lineBytes;
+}
+
+void CIPR12DumpConverter::CountAs(Part kind) {
+    ReportPart& part = m_parts[kind];
+    part.count += std::exchange(m_pending, 0);
+    part.bytes += std::exchange(m_pendingBytes, 0);
+}
+
+void CIPR12DumpConverter::NoteLine(ReportFinding& finding, std::string_view line) {
+    AddFinding(finding, m_lineNumber, 0, line);
+}
+
+ConvertedSource CIPR12DumpConverter::TakeSource() {
+    m_source.report.unit = "lines";
+    m_source.report.unitsRead = m_lineNumber;
+    m_source.report.parts.assign(m_parts.begin(), m_parts.end());
+    return std::move(m_source);
 }
 
 std::string_view CIPR12DumpConverter::Token(std::size_t index) const {
@@ -314,9 +387,13 @@ int DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
 }
 
 int RunIpr12Import(ImportJob const& job) {
-    return RunConvertedImport(job, "IPR_temp.xyz", [](std::string const& input, std::string const& output) {
-        return CIPR12DumpConverter().ConvertToXYZ(input, output);
-    });
+    auto const convert = [](std::string const& input, std::string const& output, ConvertedSource& source) {
+        CIPR12DumpConverter converter;
+        int const result = converter.ConvertToXYZ(input, output);
+        source = converter.TakeSource();
+        return result;
+    };
+    return RunConvertedImport(job, "IPR_temp.xyz", convert);
 }
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/converted_import.h"
 #include "norva/file_description.h"
 #include "platform/files.h"
 #include "platform/line_reader.h"
@@ -23,6 +24,8 @@ class CIPR12DumpConverter {
 public:
     /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
     int ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
+    /// What ConvertToXYZ made of the dump.
+    ConvertedSource TakeSource();
     /// Counts what the dump holds, by the same reading; 0 when it is none.
     int Describe(std::string const& inputPath, FileDescription& description);
 
@@ -31,7 +34,8 @@ public:
 
     /// Reads a line of a reading into its slots: up to seven values right-aligned in slots 0 to 6, then, after a "|",
     /// one or two right-aligned in slots 7 and 8. The others are "*". They last as long as the line.
-    void ReadSlots(std::string_view line, Slots& slots);
+    /// False when it has more than they take.
+    bool ReadSlots(std::string_view line, Slots& slots);
     /// A position as a signed number: 100N gives 100, 25W gives -25, 100S+25 gives -100.
     static std::string ConvertPosition(std::string_view value);
     /// The part of a line name before its first "+".
@@ -40,6 +44,9 @@ public:
 private:
     using Strings = std::vector<std::string>;
     enum class Group { None, Inside, Readings };
+    /// Kinds of lines of the dump.
+    enum Part { kHeaders, kStations, kReadings, kEmpty, kLeftOut };
+    static std::array<ReportPart, 5> const kNoLines;
 
     bool CheckFormat();
     void ReadHeader();
@@ -54,13 +61,20 @@ private:
 
     /// The next line that is not empty, trimmed and split; false at the end of the file.
     bool NextLine();
+    bool ReadLine(std::string_view& line);
+    /// What the lines since the last call are, empty ones apart.
+    void CountAs(Part part);
+    void CountEmptyLine();
+    /// Notes a line of the dump of which something or all is not in the store.
+    void NoteLine(ReportFinding& finding, std::string_view line);
     std::string_view Token(std::size_t index) const;
     bool TokenContains(std::string_view text) const;
     /// Replaces `values` by the tokens from `first` on.
     void KeepTokens(std::size_t first, Strings& values) const;
 
     CLineReader m_file;
-    std::vector<std::string_view> m_tokens;         ///< of the current line
+    std::string_view m_line;                        ///< read last by NextLine
+    std::vector<std::string_view> m_tokens;         ///< of that line
     std::vector<std::string_view> m_readingTokens;  ///< of a part of a reading line
     Strings m_stationTitles;
     Strings m_channelTitles;
@@ -82,6 +96,13 @@ private:
     };
     std::vector<SurveyLine> m_surveyLines;
     std::int64_t m_stationGroups = 0;
+    ConvertedSource m_source;
+    std::array<ReportPart, 5> m_parts = kNoLines;
+    std::uint64_t m_lineNumber = 0;  ///< of the line read last, from 1
+    std::uint64_t m_lineBytes = 0;   ///< of that line
+    std::uint64_t m_pending = 0;     ///< lines that do not count as anything yet
+    std::uint64_t m_pendingBytes = 0;
+    std::uint64_t m_textLines = 0;  ///< written
     std::vector<TextField> m_fields;
     std::string m_row;
 };

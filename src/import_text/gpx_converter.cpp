@@ -1,6 +1,5 @@
 #include "import_text/gpx_converter.h"
 
-#include "entry/converted_import.h"
 #include "platform/last_error.h"
 #include "platform/text.h"
 #include "ui/messages.h"
@@ -115,6 +114,8 @@ int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& o
         if (tokens.count > 0) ConvertLine(tokens, output);
     }
     if (file.Error() != 0) return fail("");
+    m_source.report.bytesRead = file.BytesRead();
+    if (!file.Size(m_source.report.sourceSize)) return fail("");
     if (!output.Commit(false)) {
         ShowMessage(FileErrorText("write", outputPath, output.Error()));
         return 0;
@@ -198,15 +199,23 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
         m_lineOpen = false;
         return;
     }
+    bool const hasContent = line.count > 2;
+    if (element.isPoint && (hasContent || !element.isPointEnd)) {
+        ++m_points;
+        // What it lacks itself, or the end of the point that is still open.
+        if (m_pointOpen || !hasContent) ++m_pointsLeftOut;
+    }
     if (line.count == 1) {
         if (!m_pointOpen || !element.isPointEnd) return;
         output.Write(GetRowLine());
+        ++m_source.rows;
         ResetPoint();
         m_pointOpen = false;
         return;
     }
-    bool const hasContent = line.count > 2;
     if (hasContent && !m_pointOpen && element.isName) {
+        // Of a name of several words the second is taken.
+        if (line.count > 3 && !Contains(line.token[1], "=")) LeaveOut("words of names");
         StartLine(DecodeNamedEntities(line.token[line.count == 3 ? 1 : 2]), output);
         return;
     }
@@ -218,8 +227,42 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     } else if (m_pointOpen && element.isElevation) {
         m_elevation = line.token[1];
     } else if (m_pointOpen && element.isTime) {
-        SetDateTime(line.token[1]);
+        if (!SetDateTime(line.token[1])) LeaveOut(line.token[0]);
+    } else if (m_pointOpen) {
+        LeaveOut(line.token[0]);
     }
+}
+
+void CGpxConverter::LeaveOut(std::string_view name) {
+    constexpr std::size_t mostNames = 32;
+    if (name.starts_with('/')) return;
+    auto found = std::ranges::find(m_leftOut, name, &decltype(m_leftOut)::value_type::first);
+    if (found == m_leftOut.end()) {
+        if (m_leftOut.size() == mostNames) {
+            --found;
+            found->first = "others";
+        } else {
+            found = m_leftOut.insert(found, {std::string(name), 0});
+        }
+    }
+    ++found->second;
+}
+
+ConvertedSource CGpxConverter::TakeSource() {
+    ImportReport& report = m_source.report;
+    std::uint64_t const cut = m_points - m_source.rows - m_pointsLeftOut;
+    report.unit = "points";
+    report.unitsRead = m_points;
+    report.parts = {{"points", m_source.rows, report.bytesRead},
+                    {"points without coordinates or end", m_pointsLeftOut, 0},
+                    {"points that the file ends in", cut, 0}};
+    report.leftOut.count = m_pointsLeftOut;
+    report.cutRecords.count = cut;
+    for (auto const& [name, count] : m_leftOut) {
+        report.leftOut.count += count;
+        report.settings.push_back({"left out: " + name, std::to_string(count)});
+    }
+    return std::move(m_source);
 }
 
 void CGpxConverter::StartLine(std::string_view name, CReplacementFile& output) {
@@ -244,12 +287,13 @@ void CGpxConverter::SetCoordinate(std::string_view attribute) {
     if (parts.token[0] == "lon") m_longitude = value;
 }
 
-void CGpxConverter::SetDateTime(std::string_view text) {
+bool CGpxConverter::SetDateTime(std::string_view text) {
     GpxTokens parts;
     parts.Split(text, kTimeDelimiters);
-    if (parts.count < 2) return;
+    if (parts.count < 2) return false;
     m_date = parts.token[0];
     m_time = parts.token[1];
+    return true;
 }
 
 void CGpxConverter::ResetPoint() {
@@ -257,9 +301,13 @@ void CGpxConverter::ResetPoint() {
 }
 
 int RunGpxImport(ImportJob const& job) {
-    return RunConvertedImport(job, "GPX_temp.xyz", [](std::string const& input, std::string const& output) {
-        return CGpxConverter().ConvertToXYZ(input, output);
-    });
+    auto const convert = [](std::string const& input, std::string const& output, ConvertedSource& source) {
+        CGpxConverter converter;
+        int const result = converter.ConvertToXYZ(input, output);
+        source = converter.TakeSource();
+        return result;
+    };
+    return RunConvertedImport(job, "GPX_temp.xyz", convert);
 }
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/converted_import.h"
 #include "import_text/gpx_layout.h"
 #include "import_text/text_line.h"
 #include "platform/files.h"
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace norva {
@@ -53,6 +55,9 @@ public:
     /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
     int ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath);
 
+    /// What ConvertToXYZ made of the file.
+    ConvertedSource TakeSource();
+
     /// 1 when a line that begins with "gpx" comes before the first track, route or waypoint. Reads on from where
     /// `file` stands.
     int CheckGpxFormat(CGpxLayout& file);
@@ -64,8 +69,8 @@ public:
 
     /// Each text is an attribute, lat="45.1" or lon='-75.2'; others are ignored.
     void SetLatLon(std::string_view first, std::string_view second);
-    /// "2007-01-02T03:04:05Z" becomes date and time.
-    void SetDateTime(std::string_view text);
+    /// "2007-01-02T03:04:05Z" becomes date and time; false when it is none.
+    bool SetDateTime(std::string_view text);
     /// Every value of the current point is missing then.
     void ResetPoint();
 
@@ -75,6 +80,8 @@ private:
     void ConvertLine(GpxTokens const& line, CReplacementFile& output);
     void StartLine(std::string_view name, CReplacementFile& output);
     void SetCoordinate(std::string_view attribute);
+    /// Counts a value of a point that no column takes.
+    void LeaveOut(std::string_view name);
 
     CGpxElementJudge m_judge;
     std::vector<std::string> m_columnNames;
@@ -87,6 +94,12 @@ private:
     std::string m_row;
     bool m_pointOpen = false;
     bool m_lineOpen = false;
+
+    ConvertedSource m_source;
+    std::uint64_t m_points = 0;         ///< that began
+    std::uint64_t m_pointsLeftOut = 0;  ///< without attributes, or not ended before the next began
+    /// Names of values that no column takes, with how many there were; the last stands for all names that came later.
+    std::vector<std::pair<std::string, std::uint64_t>> m_leftOut;
 };
 
 }  // namespace norva

@@ -3,6 +3,7 @@
 #include "import_text/gpx_source.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,8 @@ public:
     void Close() { m_source.Close(); }
     bool Rewind();
     int Error() const { return m_source.Error(); }
+    std::uint64_t BytesRead() const { return m_source.BytesRead(); }
+    bool Size(std::uint64_t& size) { return m_source.Size(size); }
 
     /// The next line; false at the end of the file or after a read error (Error() is then not 0). The view lasts until
     /// the next call.

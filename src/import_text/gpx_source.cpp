@@ -68,10 +68,12 @@ bool CGpxSource::Open(std::string const& path) {
 void CGpxSource::Close() {
     m_file = CFile();
     m_begin = m_end = 0;
+    m_bytesRead = 0;
 }
 
 bool CGpxSource::Rewind() {
     m_begin = m_end = 0;
+    m_bytesRead = 0;
     if (!m_file.Seek(0)) return false;
     FillRaw();
     if (m_file.Error() != 0) return false;
@@ -116,6 +118,7 @@ bool CGpxSource::FillRaw() {
     std::size_t got = 0;
     if (!m_file.Read(m_raw.data() + m_end, m_raw.size() - m_end, got)) return false;
     m_end += got;
+    m_bytesRead += got;
     return got != 0;
 }
 
@@ -127,7 +130,9 @@ std::size_t CGpxSource::TakeBytes(char* out, std::size_t room) {
         return kept;
     }
     std::size_t got = 0;
-    return m_file.Read(out, room, got) ? got : 0;
+    if (!m_file.Read(out, room, got)) return 0;
+    m_bytesRead += got;
+    return got;
 }
 
 std::size_t CGpxSource::TakeLatin1(char* out, std::size_t room) {

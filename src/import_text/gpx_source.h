@@ -19,6 +19,9 @@ public:
     bool IsOpen() const { return m_file.IsOpen(); }
     bool Rewind();
     int Error() const { return m_file.Error(); }
+    /// Bytes of the file that were read since it was opened or rewound, those kept ahead included.
+    std::uint64_t BytesRead() const { return m_bytesRead; }
+    bool Size(std::uint64_t& size) { return m_file.Size(size); }
 
     /// Puts up to `room` bytes (4 at least) at `out` and returns how many: 0 only at the end or after a read error.
     std::size_t Read(char* out, std::size_t room);
@@ -38,6 +41,7 @@ private:
     std::vector<unsigned char> m_raw;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
+    std::uint64_t m_bytesRead = 0;
 };
 
 /// Appends a character as UTF-8; `code` is a Unicode scalar value.

@@ -88,6 +88,10 @@ void FinishReport(ImportReport report) {
     draft = std::move(report);
 }
 
+ImportReport* FinishedReport() {
+    return draft.unit.empty() ? nullptr : &draft;
+}
+
 void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column, std::string_view text) {
     ++finding.count;
     if (finding.places.size() == ReportFinding::kMostPlaces) return;

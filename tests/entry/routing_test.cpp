@@ -168,7 +168,7 @@ TEST(ImportRouting, TemporaryTextIsDeletedAfterItsImport) {
         CNorvaFileUtil store;
         ImportJob const job{&store, folder / "in.csv", folder / "out.nvt", nullptr, 1};
         std::string temporary, directory;
-        auto const convert = [&, written = text](std::string const& from, std::string const& to) {
+        auto const convert = [&, written = text](std::string const& from, std::string const& to, ConvertedSource&) {
             EXPECT_EQ(from, job.inputPath);
             WriteWholeFile(temporary = to, written == nullptr ? "half" : written);
             return written == nullptr ? 0 : 1;

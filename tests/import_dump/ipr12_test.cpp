@@ -102,37 +102,41 @@ TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
     struct Case {
         std::string text;
         std::string body;
+        char const* found;
     };
     Case const cases[] = {
-        {kHeader, "Line 100N\n"},
-        {kHeader + kGroup + readings + kReading, ten},
-        {kHeader + kGroup + kReading + "\n***\n" + kGroup + kReading, one + "100 0 25" + row},
+        {kHeader, "Line 100N\n", "rows 0"},
+        {kHeader + kGroup + readings + kReading, ten, "rows 10"},
+        {kHeader + kGroup + kReading + "\n***\n" + kGroup + kReading, one + "100 0 25" + row, "rows 2"},
         // Without "*" between them, the lines of the next group are none of a group.
-        {kHeader + kGroup + kReading + kGroup + kReading, one + "100 25 50" + row},
+        {kHeader + kGroup + kReading + kGroup + kReading, one + "100 25 50" + row, "rows 2, left out 2 (13)"},
         // Another survey line: the rows keep the coordinate of the header.
         {kHeader + kGroup + kReading + "-----\nP-Line: 1\nP-Line: 200S+50\nStation x\n***\n" + kGroup + kReading,
-         one + "LINE 200S\n100 0 25" + row},
-        {kHeader + kGroup + kReading + "-----\nP-Line:\n***\n" + kGroup + kReading, one + "100 0 25" + row},
-        {kHeader + kGroup + kReading + "-----\nP-Line: 7\n", one + "LINE 7\n"},
+         one + "LINE 200S\n100 0 25" + row, "rows 2"},
+        {kHeader + kGroup + kReading + "-----\nP-Line:\n***\n" + kGroup + kReading, one + "100 0 25" + row, "rows 2"},
+        {kHeader + kGroup + kReading + "-----\nP-Line: 7\n", one + "LINE 7\n", "rows 1"},
         // Positions that are not there; a ninth reading needs both of the last two.
         {kHeader + "Pos 5S N5\n1 2\n" + kReading + kReading + kReading,
-         "Line 100N\n100 -5 * 1 2" + values + "100 * * 1 2" + values + "100 * * 1 2" + values},
+         "Line 100N\n100 -5 * 1 2" + values + "100 * * 1 2" + values + "100 * * 1 2" + values, "rows 3"},
         {kHeader + "Pos 0 1 2 3 4 5 6 7\n1\n" + ReplaceAll(readings, kReading, "D:\n\n\n").substr(0, 40) + "D: 5.5 -3",
          "Line 100N\n100 0 1 1" + none + "100 1 2 1" + none + "100 2 3 1" + none + "100 3 4 1" + none + "100 4 5 1" +
-             none + "100 5 6 1" + none + "100 6 7 1" + none + "100 7 * 1" + none + "100 * * 1 5.5 -3" + none},
+             none + "100 5 6 1" + none + "100 6 7 1" + none + "100 7 * 1" + none + "100 * * 1 5.5 -3" + none,
+         "rows 9, cut 1"},
         // A position line with ":" is a record line too, of positions as they stand.
         {kHeader + "Pos: 5S 6S\n1 2 | 3\n4 5 | 6 7\n",
-         "Line 100N\n100 5S 6S 5S 6S * * * * * 1 2 * * * * * 4 5 * 3 6 7\n"},
+         "Line 100N\n100 5S 6S 5S 6S * * * * * 1 2 * * * * * 4 5 * 3 6 7\n", "rows 1"},
         // The two lines of a reading are taken as they come.
         {kHeader + kGroup + "D1: 5.5 -3\n\n1 2 | 3\n4 5 | 6 7\n",
-         "Line 100N\n100 0 25 1 -25 0 900 2.0 12 5.5 -3 * * * * * * * * * * * * 1 2 * * * 3\n"},
+         "Line 100N\n100 0 25 1 -25 0 900 2.0 12 5.5 -3 * * * * * * * * * * * * 1 2 * * * 3\n",
+         "rows 1, left out 1 (13)"},
         // No name: every row begins with the empty coordinate.
-        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "") + kGroup + kReading, "Line\n0 25" + row},
+        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "") + kGroup + kReading, "Line\n0 25" + row, "rows 1"},
     };
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
         EXPECT_EQ(conversion.result, 1) << c.text;
         EXPECT_EQ(conversion.Body(), c.body) << c.text;
+        EXPECT_EQ(conversion.Found(), c.found) << c.text;
     }
 }
 

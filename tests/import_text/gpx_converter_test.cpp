@@ -104,29 +104,33 @@ TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
     struct Case {
         char const* text;
         std::string body;  ///< after the first waypoint
+        char const* found;
     };
     Case const cases[] = {
-        {"<trk>\n<name>Track 1</name>\nP</trk>", "Line 1\n7 8 * * *\n"},
-        {"<trk>\n<name>a b c</name>\nP</trk>", "Line b\n7 8 * * *\n"},
-        {"<trk>\nP</trk>", "7 8 * * *\n"},
-        {"<trk>\n<name>A</name>\n</trk>\n<wpt lat=\"3\" lon=\"4\">\n</wpt>\n", "Line A\nLine waypoint\n3 4 * * *\n"},
-        {"<name>Tom&apos;s&lt;&gt;&quot;&amp;amp;</name>\nP", "Line Tom's<>\"&amp;\n7 8 * * *\n"},
-        {"<name>x&#32;y</name>\nP", "Line y\n7 8 * * *\n"},
-        {"<name lang=\"en\">A</name>\nP", "Line A\n7 8 * * *\n"},
-        {"<name></name>\n<name/>\n<name>\n</name>\nP", "7 8 * * *\n"},
-        {"<trkpt lat=\"7\" lon=\"8\">\n<name>N</name>\n<ele>1</ele>\n</trkpt>\n", "7 8 1 * *\n"},
-        {"<trkpt lat=\"\" lon=\"8\" lat=\"9\">\n<ele></ele>\n</trkpt>\n", "* 8 * * *\n"},
-        {"<trkpt x=\"\" y=\"8\">\n<time>2007-01-02</time>\n</trkpt>\n", "* * * * *\n"},
+        {"<trk>\n<name>Track 1</name>\nP</trk>", "Line 1\n7 8 * * *\n", "rows 2, left out 1"},
+        {"<trk>\n<name>a b c</name>\nP</trk>", "Line b\n7 8 * * *\n", "rows 2, left out 1"},
+        {"<trk>\nP</trk>", "7 8 * * *\n", "rows 2"},
+        {"<trk>\n<name>A</name>\n</trk>\n<wpt lat=\"3\" lon=\"4\">\n</wpt>\n", "Line A\nLine waypoint\n3 4 * * *\n",
+         "rows 2"},
+        {"<name>Tom&apos;s&lt;&gt;&quot;&amp;amp;</name>\nP", "Line Tom's<>\"&amp;\n7 8 * * *\n", "rows 2"},
+        {"<name>x&#32;y</name>\nP", "Line y\n7 8 * * *\n", "rows 2, left out 1"},
+        {"<name lang=\"en\">A</name>\nP", "Line A\n7 8 * * *\n", "rows 2"},
+        {"<name></name>\n<name/>\n<name>\n</name>\nP", "7 8 * * *\n", "rows 2"},
+        {"<trkpt lat=\"7\" lon=\"8\">\n<name>N</name>\n<ele>1</ele>\n</trkpt>\n", "7 8 1 * *\n", "rows 2, left out 1"},
+        {"<trkpt lat=\"\" lon=\"8\" lat=\"9\">\n<ele></ele>\n</trkpt>\n", "* 8 * * *\n", "rows 2"},
+        {"<trkpt x=\"\" y=\"8\">\n<time>2007-01-02</time>\n</trkpt>\n", "* * * * *\n", "rows 2, left out 1"},
         {"<trkpt lat=\"7\" lon=\"8\">\n<time>2007-01-02T03:04:05+02:00</time>\n</trkpt>\n",
-         "7 8 * 2007-01-02 03:04:05+02:00\n"},
-        {"<trkpt lat=\"7\" lon=\"8\">\n<ele>5</ele>\n<trkpt lat=\"9\" lon=\"8\">\n</trkpt>\n</trkpt>\n", "9 8 5 * *\n"},
-        {"<trk>\nP<trkpt lat=\"9\" lon=\"9\">\n<ele>3</ele>\n", "7 8 * * *\n"},
-        {"<trk>\nP<trkpt lat=\"9\" lo", "7 8 * * *\n"},
-        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n"}};
+         "7 8 * 2007-01-02 03:04:05+02:00\n", "rows 2"},
+        {"<trkpt lat=\"7\" lon=\"8\">\n<ele>5</ele>\n<trkpt lat=\"9\" lon=\"8\">\n</trkpt>\n</trkpt>\n", "9 8 5 * *\n",
+         "rows 2, left out 1"},
+        {"<trk>\nP<trkpt lat=\"9\" lon=\"9\">\n<ele>3</ele>\n", "7 8 * * *\n", "rows 2, cut 1"},
+        {"<trk>\nP<trkpt lat=\"9\" lo", "7 8 * * *\n", "rows 2, cut 1"},
+        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n", "rows 2"}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(start + ReplaceAll(c.text, "P", point));
         EXPECT_EQ(conversion.result, 1) << c.text;
         EXPECT_EQ(conversion.Body(), startRows + c.body) << c.text;
+        EXPECT_EQ(conversion.Found(), c.found) << c.text;
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/converted_import.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
@@ -19,7 +20,21 @@ struct Conversion {
     int result = 0;
     std::string output;
     std::string error;
+    ConvertedSource source;
 
+    /// "rows 3, left out 1 (2), more 1 (7), cut 1", with the first lines of the source in brackets.
+    std::string Found() const {
+        std::string text = "rows " + std::to_string(source.rows);
+        auto const add = [&text](char const* what, ReportFinding const& finding) {
+            if (finding.count == 0) return;
+            text += ", " + std::string(what) + " " + std::to_string(finding.count);
+            if (!finding.places.empty()) text += " (" + std::to_string(finding.places[0].line) + ")";
+        };
+        add("left out", source.report.leftOut);
+        add("more", source.report.moreValues);
+        add("cut", source.report.cutRecords);
+        return text;
+    }
     /// The output after its comment and title lines, every run of blanks as one space, none before or after a line.
     std::string Body() const {
         std::string body;
@@ -35,9 +50,14 @@ template <typename Converter>
 Conversion Convert(CTemporaryFolder const& folder, std::string const& input) {
     ClearLastErrorText();
     Conversion conversion;
-    conversion.result = Converter().ConvertToXYZ(folder / input, folder / "out.xyz");
-    if (conversion.result == 1) conversion.output = ReadWholeFile(folder / "out.xyz");
+    Converter converter;
+    conversion.result = converter.ConvertToXYZ(folder / input, folder / "out.xyz");
     conversion.error = GetLastErrorText();
+    if (conversion.result != 1) return conversion;
+    conversion.output = ReadWholeFile(folder / "out.xyz");
+    conversion.source = converter.TakeSource();
+    EXPECT_TRUE(conversion.source.report.IsAccounted());
+    EXPECT_EQ(conversion.source.report.sourceSize, std::filesystem::file_size(folder / input));
     return conversion;
 }
 
@@ -84,6 +104,10 @@ inline void ExpectGoldenImport(int row, std::string const& sample, std::string c
                              names);
     EXPECT_EQ(run.failure, "");
     ExpectGolden(run, NORVA_TEST_DATA "/" + golden, names);
+    ImportReport report;
+    EXPECT_EQ(GetImportReport(report, 0), 1);
+    EXPECT_TRUE(report.IsAccounted());
+    EXPECT_EQ(report.sourcePath, NORVA_SAMPLES "/" + sample);
 }
 
 }  // namespace norva::test
