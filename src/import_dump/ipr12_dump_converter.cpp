@@ -247,14 +247,16 @@ void CIPR12DumpConverter::ConvertReading(CReplacementFile* output) {
         AppendInteger(beyond, 2 * std::int64_t{ReadInt(m_positions[8])} - ReadInt(m_positions[7]));
         end = beyond;
     }
-    m_fields.assign({{m_lineCoordinate, 10}, {start, 10}, {end, 10}});
-    for (std::string const& value : m_stationValues) m_fields.push_back({value, 10});
-    for (std::string const& value : m_recordValues) m_fields.push_back({value, 10});
+    m_fields.resize(3 + m_stationValues.size() + m_recordValues.size() + 2 * kSlots);
+    TextField* field = m_fields.data();
+    for (std::string_view const position : {std::string_view(m_lineCoordinate), start, end}) *field++ = {position, 10};
+    for (std::string const& value : m_stationValues) *field++ = {value, 10};
+    for (std::string const& value : m_recordValues) *field++ = {value, 10};
     for (Slots const* slots : {&m_firstReadingValues, &m_secondReadingValues}) {
-        for (std::size_t i = 0; i < kLeftSlots; ++i) m_fields.push_back({(*slots)[i], 10});
+        for (std::size_t i = 0; i < kLeftSlots; ++i) *field++ = {(*slots)[i], 10};
     }
-    for (std::size_t i = kLeftSlots; i < kSlots; ++i) m_fields.push_back({m_firstReadingValues[i], 12});
-    for (std::size_t i = kLeftSlots; i < kSlots; ++i) m_fields.push_back({m_secondReadingValues[i], 10});
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) *field++ = {m_firstReadingValues[i], 12};
+    for (std::size_t i = kLeftSlots; i < kSlots; ++i) *field++ = {m_secondReadingValues[i], 10};
     m_row.clear();
     AppendRightAligned(m_row, m_fields);
     m_row.push_back('\n');
@@ -282,13 +284,19 @@ bool CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
 }
 
 std::string CIPR12DumpConverter::ConvertPosition(std::string_view value) {
-    constexpr std::string_view directions = "NSEW";
-    std::size_t const direction = value.find_first_of(directions);
-    bool const isOnlyOne = direction != std::string_view::npos && direction == value.find_last_of(directions);
-    bool const isNegative = isOnlyOne && (value[direction] == 'S' || value[direction] == 'W');
-    std::string position = isNegative ? "-" : "";
-    position.append(value.substr(0, direction));
-    return position.substr(0, position.find('+'));
+    std::size_t directions = 0;
+    std::size_t length = value.size();
+    bool isNegative = false;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        char const c = value[i];
+        bool const isDirection = c == 'N' || c == 'S' || c == 'E' || c == 'W';
+        if (isDirection || c == '+') length = std::min(length, i);
+        if (!isDirection) continue;
+        ++directions;
+        isNegative = c == 'S' || c == 'W';
+    }
+    std::string position(directions == 1 && isNegative ? "-" : "");
+    return position.append(value.substr(0, length));
 }
 
 std::string_view CIPR12DumpConverter::ConvertLineName(std::string_view name) {
