@@ -215,17 +215,21 @@ std::string ReportHtml(ImportReport const& report) {
     return out + "</table>\n</body></html>\n";
 }
 
+std::string Counted(std::uint64_t count, std::string const& noun, char const* plural) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : plural);
+}
+
 std::string ReportSummary(ImportReport const& report) {
-    std::string text = std::to_string(report.unitsRead) + " " + report.unit + " read";
+    std::string text = Counted(report.unitsRead, report.unit.substr(0, report.unit.size() - 1)) + " read";
     char const* separator = ": ";
     for (ReportPart const& part : report.parts) {
         if (part.count == 0) continue;
-        text += separator + std::to_string(part.count) + " " + part.name;
+        text += separator + part.name + " " + std::to_string(part.count);
         separator = ", ";
     }
     text += report.IsAccounted() ? "; " : "; NOT ALL BYTES ACCOUNTED FOR; ";
     std::uint64_t const losses = report.LossCount();
-    text += losses == 0 ? "nothing lost" : std::to_string(losses) + " losses";
+    text += losses == 0 ? "nothing lost" : Counted(losses, "loss", "es");
     auto const add = [&text](std::string const& what, ReportFinding const& finding) {
         if (finding.count == 0) return;
         text += "\n  " + what + ": " + std::to_string(finding.count);

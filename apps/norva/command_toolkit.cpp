@@ -44,7 +44,8 @@ MessageAnswer CCommandToolkit::ShowMessage(MessageRequest const& request) {
     }
     if (!WasInterrupted()) {
         m_messages.push_back(request.text);
-        if (m_openDialogs == 0) m_console.Complain(request.text);
+        bool const isNamed = request.text.find(m_file) != std::string::npos;
+        if (m_openDialogs == 0) m_console.Complain(isNamed ? request.text : m_file + ": " + request.text);
     }
     return request.buttons == MessageButtons::YesNo ? MessageAnswer::Yes : MessageAnswer::Ok;
 }

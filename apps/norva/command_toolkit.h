@@ -17,7 +17,8 @@ class CCommandToolkit : public CToolkit {
 public:
     using Driver = std::function<void(CDialogHand& hand)>;
 
-    explicit CCommandToolkit(CConsole& console) : m_console(console) {}
+    /// What the library says is shown with the name of `file`.
+    CCommandToolkit(CConsole& console, std::string file) : m_console(console), m_file(std::move(file)) {}
 
     void OnDialog(int dialogTemplate, Driver driver) { m_drivers[dialogTemplate] = std::move(driver); }
     void SetOpenPath(std::string path) { m_openPath = std::move(path); }
@@ -45,6 +46,7 @@ public:
 
 private:
     CConsole& m_console;
+    std::string m_file;
     std::map<int, Driver> m_drivers;
     std::map<std::string, bool> m_questions;
     std::string m_openPath;

@@ -31,7 +31,7 @@ void CConsole::Say(std::string_view text) {
 
 void CConsole::Complain(std::string_view text) {
     ClearBar();
-    std::cerr << "norva: " << text << '\n';
+    std::cerr << "norva: " << text.substr(0, text.find_last_not_of('\n') + 1) << '\n';
 }
 
 void CConsole::BeginJob(std::string title) {

@@ -1,6 +1,7 @@
 #include "jobs.h"
 
 #include "common/command_error.h"
+#include "common/report_text.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 
@@ -44,7 +45,7 @@ std::string FormatLabel(std::string const& wanted) {
 
 void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
                ColumnTemplate* chosen) {
-    CCommandToolkit toolkit(console);
+    CCommandToolkit toolkit(console, input);
     std::string const format = FormatOf(input, options, console);
     toolkit.SetOpenPath(FullPathOf(input));
     toolkit.SetSavePath(FullPathOf(store));
@@ -85,7 +86,7 @@ void RunExport(std::string const& store, std::string const& output, ExportOption
     if (source.SetFileName(store, kReopenStore, nullptr) == 0) {
         throw CommandError(store + ": " + GetLastErrorText());
     }
-    CCommandToolkit toolkit(console);
+    CCommandToolkit toolkit(console, output);
     toolkit.SetSavePath(FullPathOf(output));
     toolkit.OnDialog(4000, [&](CDialogHand& hand) { ChooseExport(hand, options); });
     toolkit.OnQuestion("Do you want to write it?", options.force);
@@ -104,15 +105,12 @@ void RunExport(std::string const& store, std::string const& output, ExportOption
 std::string StoreSummary(std::string const& store) {
     CNorvaFileUtil file;
     if (file.SetFileName(store, kReopenStore, nullptr) == 0) throw CommandError(store + ": " + GetLastErrorText());
-    long locations = 0;
+    std::uint64_t locations = 0;
     for (int profile = 0; profile < file.ProfileCount; ++profile) {
-        locations += file.GetProfileLocationNum(profile, 0);
+        locations += static_cast<std::uint64_t>(file.GetProfileLocationNum(profile, 0));
     }
-    auto const counted = [](long count, std::string const& noun) {
-        return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-    };
-    return counted(file.ProfileCount, "line") + ", " + counted(file.ChannelCount, "channel") + ", " +
-           counted(locations, "location");
+    return Counted(static_cast<std::uint64_t>(file.ProfileCount), "line") + ", " +
+           Counted(static_cast<std::uint64_t>(file.ChannelCount), "channel") + ", " + Counted(locations, "location");
 }
 
 std::string WrittenPath(std::string const& path) {

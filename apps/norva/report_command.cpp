@@ -240,7 +240,7 @@ int TellReport(ReportOptions const& options, ColumnTemplate const& chosen, CCons
     std::string const summary = ReportSummary(report);
     bool const isLoss = report.LossCount() > 0 || !report.IsAccounted();
     if (options.isStrict && isLoss) {
-        console.Complain(summary);
+        console.Complain(report.sourcePath + ": " + summary);
     } else {
         console.Say(summary);
     }

@@ -9,14 +9,19 @@ import json
 import sys
 from pathlib import Path
 
+STATUS = {"0": "made", "4": "losses"}
+
 
 def row(source, made, path):
     name = str(path.relative_to(source))
     store, report, log = (made / (name + end) for end in (".nvt", ".json", ".log"))
-    if store.exists() and report.exists():
-        facts = json.loads(report.read_text())
-        return [name, facts["locations"], facts["losses"], "losses" if facts["losses"] else "made"]
-    return [name, "", "", "failed" if log.exists() and log.stat().st_size else "missing"]
+    words = log.read_text(errors="replace").split() if log.exists() else []
+    if words[-3:-1] != ["exit", "status"]:
+        return [name, "", "", "missing"]
+    if words[-1] not in STATUS or not store.exists():
+        return [name, "", "", "failed"]
+    facts = json.loads(report.read_text())
+    return [name, facts["locations"], facts["losses"], STATUS[words[-1]]]
 
 
 source, made = Path(sys.argv[1]), Path(sys.argv[2])

@@ -19,6 +19,8 @@ public:
     bool Write(double start, double increment, std::int64_t count);
     /// Reads the bytes of `count` values from the `first` on. False, with the last error set, as all calls.
     bool Read(std::int64_t first, std::int64_t count, char* bytes);
+    /// Frees its room on the disk.
+    void Close() { m_file.Close(); }
 
 private:
     bool Fail(char const* what);

@@ -187,6 +187,8 @@ bool CGbnImport::WriteFiducials() {
         }
         first += line.locationCount;
     }
+    // What of it has not reached the disk yet need not any more.
+    m_fiducials.Close();
     return true;
 }
 

@@ -96,13 +96,15 @@ bool CAsciiFileImport::CheckPreview() const {
         ShowMessage("There is no text in the file : " + m_path);
         return false;
     }
+    int row = 0;
     for (PreviewLine const& line : m_preview) {
+        ++row;
         CTokenCursor cursor(line.text, DelimitersFor(m_csv));
         std::string_view token;
         int columns = 0;
         while (columns <= kMostColumns && cursor.Next(token)) ++columns;
         if (columns > kMostColumns) {
-            ShowMessage("Couldn't read the file : " + m_path + "\nA line of it has more than " +
+            ShowMessage("Couldn't read the file : " + m_path + "\nRow " + std::to_string(row) + " has more than " +
                         std::to_string(kMostColumns) + " columns.");
             return false;
         }

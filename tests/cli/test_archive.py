@@ -32,8 +32,15 @@ class Archive(unittest.TestCase):
             self.assertEqual(done.returncode, 1, done.stderr)
             rows = self.summary(folder)
             self.assertEqual([row[0][:10] for row in rows if row[3] == "failed"], ["000/000007"])
-            self.assertEqual({(r[1], r[2], r[3]) for r in rows if r[3] != "failed"},
-                             {("296", "6", "losses"), ("132", "0", "made")})
+            made = {"survey": ("296", "6", "losses"), ".gbn": ("132", "0", "made"), ".gpx": ("42", "2", "losses"),
+                    ".p01": ("182", "26", "losses"), ".mag": ("48", "0", "made"), ".dmp": ("32", "0", "made")}
+            for name, *facts in rows:
+                if facts[2] != "failed":
+                    self.assertEqual(tuple(facts), made.get(name[10:], made["survey"]), name)
+            # One that was stopped on the way says so, whatever norva wrote before.
+            stopped = rows[0][0]
+            (folder / "made" / f"{stopped}.log").write_text("norva: interrupted\n")
+            self.assertEqual(self.summary(folder)[0], [stopped, "", "", "missing"])
 
 
 if __name__ == "__main__":

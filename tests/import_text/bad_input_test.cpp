@@ -35,7 +35,7 @@ TEST(BadInput, RefusedFilesLeaveNothing) {
          "1",
          false, "Couldn't read the file : ", kUtf16},
         {"\xFE\xFF", false, "Couldn't read the file : ", kUtf16},
-        {wide, false, "Couldn't read the file : ", R"(\nA line of it has more than 32767 columns.)"},
+        {wide, false, "Couldn't read the file : ", R"(\nRow 2 has more than 32767 columns.)"},
         {"/ only\n\\ comments", true, noRows, ""},
         {"LINE 5\n", true, noRows, ""}};
     for (auto const& [text, opensDialog, message, rest] : cases) {
