@@ -1,5 +1,6 @@
 #include "main_window.h"
 
+#include "control_views.h"
 #include "help_window.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
@@ -57,7 +58,7 @@ QWidget* WithTitle(QString const& title, QWidget* content) {
 }  // namespace
 
 CMainWindow::CMainWindow()
-    : m_toolkit(std::make_unique<CQtToolkit>(this)),
+    : m_toolkit(std::make_unique<CDesktopToolkit>(this)),
       m_owner(std::make_unique<CWindow>()),
       m_lines(new QListWidget),
       m_channels(new QTreeWidget),

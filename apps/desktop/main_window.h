@@ -1,9 +1,9 @@
 #pragma once
 
+#include "desktop_toolkit.h"
 #include "location_table.h"
 #include "map_plot.h"
 #include "profile_plot.h"
-#include "qt_toolkit.h"
 #include "store_document.h"
 
 #include <QMainWindow>
@@ -74,7 +74,7 @@ private:
     std::vector<int> ChosenChannels() const;
 
     CStoreDocument m_document;
-    std::unique_ptr<CQtToolkit> m_toolkit;
+    std::unique_ptr<CDesktopToolkit> m_toolkit;
     std::unique_ptr<CWindow> m_owner;
     QListWidget* m_lines;
     QTreeWidget* m_channels;

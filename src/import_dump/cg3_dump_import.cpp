@@ -32,14 +32,12 @@ std::string_view WithoutTrailingDots(std::string_view token) {
 }
 
 std::string_view TokenAt(std::string_view line, std::size_t position) {
-    for (;; --position) {
-        std::size_t const start = line.find_first_not_of(kCG3DataDelimiters);
-        if (start == std::string_view::npos) return {};
-        line.remove_prefix(start);
-        std::size_t const end = std::min(line.find_first_of(kCG3DataDelimiters), line.size());
-        if (position == 0) return line.substr(0, end);
-        line.remove_prefix(end);
+    CTokenCursor cursor(line, kCG3DataDelimiters);
+    std::string_view token;
+    for (std::size_t at = 0; cursor.Next(token); ++at) {
+        if (at == position) return token;
     }
+    return {};
 }
 
 int DecimalsOf(std::string_view token) {

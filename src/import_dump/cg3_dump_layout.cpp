@@ -9,7 +9,7 @@ namespace norva {
 
 namespace {
 
-constexpr std::string_view kHeaderDelimiters = " \t\n";
+constexpr CDelimiters kHeaderDelimiters{" \t\n"};
 
 /// Where a scan stands within a block.
 enum class Place { BeforeHeader, Header, Titles, Data };

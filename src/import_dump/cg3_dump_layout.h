@@ -2,6 +2,7 @@
 
 #include "norva/import_report.h"
 #include "platform/line_reader.h"
+#include "platform/tokens.h"
 
 #include <cstdint>
 #include <string>
@@ -11,7 +12,7 @@
 namespace norva {
 
 /// Token separators of data lines.
-inline constexpr std::string_view kCG3DataDelimiters = " ,\t\n";
+inline constexpr CDelimiters kCG3DataDelimiters{" ,\t\n"};
 /// Title of the column that stands for the A-lines.
 inline constexpr std::string_view kCG3HeightTitle = "A:";
 

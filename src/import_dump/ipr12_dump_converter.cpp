@@ -4,6 +4,7 @@
 #include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
+#include "platform/tokens.h"
 #include "store/report_draft.h"
 #include "ui/messages.h"
 
@@ -15,8 +16,8 @@ namespace norva {
 namespace {
 
 constexpr std::string_view kMissing = "*";
-constexpr std::string_view kDelimiters = " ,|\t\n#";
-constexpr std::string_view kReadingDelimiters = " ,\t\n#";
+constexpr CDelimiters kDelimiters{" ,|\t\n#"};
+constexpr CDelimiters kReadingDelimiters{" ,\t\n#"};
 constexpr std::size_t kStationLineTokens = 10;
 constexpr std::size_t kHeaderLines = 5;
 constexpr std::size_t kChannelLineTokens = 6;
@@ -28,10 +29,18 @@ std::string const& TitleAt(std::vector<std::string> const& titles, std::size_t i
     return index < titles.size() ? titles[index] : missing;
 }
 
-/// Puts the tokens into the last of the slots `first` to `last`, in order.
-void FillFromRight(std::vector<std::string_view> const& tokens, std::size_t last, CIPR12DumpConverter::Slots& slots) {
-    std::size_t slot = last + 1 - tokens.size();
-    for (std::string_view const token : tokens) slots[slot++] = token;
+/// Puts the tokens of the text into the last of the `count` slots that end with `last`, in order; false, with the slots
+/// as they are, when there are more.
+bool FillFromRight(std::string_view text, std::size_t last, std::size_t count, CIPR12DumpConverter::Slots& slots) {
+    CIPR12DumpConverter::Slots tokens;
+    std::size_t found = 0;
+    CTokenCursor cursor(text, kReadingDelimiters);
+    for (std::string_view token; cursor.Next(token); ++found) {
+        if (found == count) return false;
+        tokens[found] = token;
+    }
+    std::copy_n(tokens.begin(), found, slots.begin() + static_cast<std::ptrdiff_t>(last + 1 - found));
+    return true;
 }
 
 }  // namespace
@@ -272,14 +281,11 @@ std::string_view CIPR12DumpConverter::PositionForReading(std::size_t index) cons
 bool CIPR12DumpConverter::ReadSlots(std::string_view line, Slots& slots) {
     slots.fill(kMissing);
     std::size_t const bar = line.find('|');
-    GetTokens(line.substr(0, bar), m_readingTokens, kReadingDelimiters);
-    bool const leftFits = m_readingTokens.size() <= kLeftSlots;
-    if (leftFits) FillFromRight(m_readingTokens, kLeftSlots - 1, slots);
+    bool const leftFits = FillFromRight(line.substr(0, bar), kLeftSlots - 1, kLeftSlots, slots);
     if (bar == std::string_view::npos) return leftFits;
-    if (line.find('|', bar + 1) != std::string_view::npos) return false;
-    GetTokens(line.substr(bar + 1), m_readingTokens, kReadingDelimiters);
-    bool const rightFits = m_readingTokens.size() <= kSlots - kLeftSlots;
-    if (rightFits) FillFromRight(m_readingTokens, kSlots - 1, slots);
+    std::string_view const right = line.substr(bar + 1);
+    bool const rightFits =
+        right.find('|') == std::string_view::npos && FillFromRight(right, kSlots - 1, kSlots - kLeftSlots, slots);
     return leftFits && rightFits;
 }
 

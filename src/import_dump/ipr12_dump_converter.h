@@ -35,7 +35,7 @@ public:
     /// Reads a line of a reading into its slots: up to seven values right-aligned in slots 0 to 6, then, after a "|",
     /// one or two right-aligned in slots 7 and 8. The others are "*". They last as long as the line.
     /// False when it has more than they take.
-    bool ReadSlots(std::string_view line, Slots& slots);
+    static bool ReadSlots(std::string_view line, Slots& slots);
     /// A position as a signed number: 100N gives 100, 25W gives -25, 100S+25 gives -100.
     static std::string ConvertPosition(std::string_view value);
     /// The part of a line name before its first "+".
@@ -73,9 +73,8 @@ private:
     void KeepTokens(std::size_t first, Strings& values) const;
 
     CLineReader m_file;
-    std::string_view m_line;                        ///< read last by NextLine
-    std::vector<std::string_view> m_tokens;         ///< of that line
-    std::vector<std::string_view> m_readingTokens;  ///< of a part of a reading line
+    std::string_view m_line;                 ///< read last by NextLine
+    std::vector<std::string_view> m_tokens;  ///< of that line
     Strings m_stationTitles;
     Strings m_channelTitles;
     Strings m_voltageTitles;

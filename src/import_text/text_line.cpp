@@ -2,6 +2,8 @@
 
 #include "platform/text.h"
 
+#include <cstring>
+
 namespace norva {
 
 namespace {

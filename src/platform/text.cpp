@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 namespace norva {
 
@@ -10,6 +11,17 @@ namespace {
 constexpr char UpperOf(char c) {
     unsigned const letter = static_cast<unsigned char>(c) - static_cast<unsigned>('a');
     return letter < 26U ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+/// Most values have four to eight characters, which two moves that may overlap copy without a call.
+inline void CopyShort(char* to, char const* from, std::size_t size) {
+    constexpr std::size_t half = 4;
+    if (size < half || size > 2 * half) {
+        std::copy_n(from, size, to);
+        return;
+    }
+    std::memcpy(to, from, half);
+    std::memcpy(to + size - half, from + size - half, half);
 }
 
 }  // namespace
@@ -86,8 +98,9 @@ void AppendRightAligned(std::string& out, std::span<TextField const> fields) {
     out.append(length, ' ');
     char* end = out.data() + start;
     for (TextField const& field : fields) {
-        end += std::max(field.width, field.text.size());
-        field.text.copy(end - field.text.size(), field.text.size());
+        std::size_t const size = field.text.size();
+        end += std::max(field.width, size);
+        CopyShort(end - size, field.text.data(), size);
     }
 }
 

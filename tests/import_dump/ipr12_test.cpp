@@ -34,9 +34,8 @@ TEST(IPR12DumpConverter, FillsNineSlots) {
         {"1 | 8 | 9", "* * * * * * 1 * *"},
     };
     for (Case const& c : cases) {
-        CIPR12DumpConverter converter;
         CIPR12DumpConverter::Slots slots;
-        converter.ReadSlots(c.line, slots);
+        CIPR12DumpConverter::ReadSlots(c.line, slots);
         std::string joined;
         for (std::string_view const slot : slots) joined.append(joined.empty() ? "" : " ").append(slot);
         EXPECT_EQ(joined, c.slots) << c.line;

@@ -1,26 +1,25 @@
-#include "qt_toolkit.h"
+#include "norva/qt_toolkit.h"
 
-#include "common/set_channels_dialog.h"
 #include "help_window.h"
 #include "message_window.h"
-#include "norva/scripted_toolkit.h"
-#include "template_buttons.h"
+#include "qt_dialog.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <algorithm>
-#include <utility>
+#include <map>
 
 namespace norva {
 
+struct CQtToolkit::Windows {
+    std::map<CModelessDialog*, std::unique_ptr<CQtDialog>> open;
+};
+
 namespace {
 
-constexpr int kFormatDialog = 4063;
-
-}  // namespace
-
+/// The filter of a file dialog as Qt writes it: "Text (*.xyz *.txt)".
 QStringList QtFilters(std::string_view filter) {
     QStringList const parts = ToQString(filter).split('|');
     QStringList filters;
@@ -42,12 +41,15 @@ QStringList QtFilters(std::string_view filter) {
     return filters;
 }
 
+/// Extension of the first pattern of a Qt filter; empty for none.
 std::string ExtensionOfQtFilter(QString const& filter) {
     static QRegularExpression const pattern("\\(\\*\\.([A-Za-z0-9]+)");
     return pattern.match(filter).captured(1).toStdString();
 }
 
-CQtToolkit::CQtToolkit(QWidget* mainWindow) : m_mainWindow(mainWindow) {}
+}  // namespace
+
+CQtToolkit::CQtToolkit(QWidget* mainWindow) : m_mainWindow(mainWindow), m_windows(std::make_unique<Windows>()) {}
 CQtToolkit::~CQtToolkit() = default;
 
 QWidget* CQtToolkit::Parent() const {
@@ -55,52 +57,20 @@ QWidget* CQtToolkit::Parent() const {
     return active != nullptr ? active : m_mainWindow;
 }
 
-bool CQtToolkit::ChoosePresetFormat(CDialog& dialog) {
-    if (!m_nextFormat || dialog.TemplateNumber() != kFormatDialog) return false;
-    std::string const format = *std::exchange(m_nextFormat, std::nullopt);
-    std::string why;
-    CControl const* const list = ResolveControl(dialog, "Formats", why);
-    if (list == nullptr) return false;
-    auto const found = std::find(list->items.begin(), list->items.end(), format);
-    if (found == list->items.end()) return false;
-    DialogEvent choose;
-    choose.kind = DialogEvent::Kind::DoubleClick;
-    choose.control = list->id;
-    choose.row = static_cast<int>(found - list->items.begin());
-    if (m_recorder != nullptr) m_recorder->Act(m_recorder->BeginDialog(dialog), dialog, choose);
-    return dialog.Perform(choose, why) && dialog.IsEnded();
-}
-
 int CQtToolkit::RunModal(CDialog& dialog) {
     dialog.Open();
-    if (dialog.IsEnded() || ChoosePresetFormat(dialog)) return dialog.Result();
-    CQtDialog window(dialog, Parent());
-    std::size_t const entry = m_recorder != nullptr ? m_recorder->BeginDialog(dialog) : 0;
-    if (m_recorder != nullptr) {
-        window.onEvent = [this, &dialog, entry](DialogEvent const& event) { m_recorder->Act(entry, dialog, event); };
-    }
-    if (dialog.TemplateNumber() == set_channels::kTemplate) AddTemplateButtons(window);
-    window.exec();
+    if (!dialog.IsEnded()) CQtDialog(dialog, Parent()).exec();
     return dialog.Result();
 }
 
 MessageAnswer CQtToolkit::ShowMessage(MessageRequest const& request) {
-    MessageAnswer const answer = ShowMessageWindow(Parent(), request);
-    if (m_recorder != nullptr) m_recorder->Message(request, answer);
-    return answer;
+    return ShowMessageWindow(Parent(), request);
 }
 
 bool CQtToolkit::ChooseFileToOpen(FileRequest const& request, std::string& path) {
-    if (m_nextOpen) {
-        path = *m_nextOpen;
-        m_nextOpen.reset();
-        if (m_recorder != nullptr) m_recorder->Open(&path);
-        return true;
-    }
     QString const chosen = QFileDialog::getOpenFileName(Parent(), ToQString(request.title), ToQString(request.initial),
                                                         QtFilters(request.filter).join(";;"));
     if (!chosen.isEmpty()) path = QFileInfo(chosen).absoluteFilePath().toStdString();
-    if (m_recorder != nullptr) m_recorder->Open(chosen.isEmpty() ? nullptr : &path);
     return !chosen.isEmpty();
 }
 
@@ -126,13 +96,9 @@ bool CQtToolkit::ChooseFileToSave(FileRequest const& request, std::string& path,
     };
     follow(dialog.selectedNameFilter());
     QObject::connect(&dialog, &QFileDialog::filterSelected, follow);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-        if (m_recorder != nullptr) m_recorder->Save(nullptr, {});
-        return false;
-    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
     path = QFileInfo(dialog.selectedFiles().front()).absoluteFilePath().toStdString();
     extension = ReportedExtension(path, ExtensionOfQtFilter(dialog.selectedNameFilter()), request.filter);
-    if (m_recorder != nullptr) m_recorder->Save(&path, extension);
     return true;
 }
 
@@ -142,7 +108,7 @@ void CQtToolkit::WindowCreated(CModelessDialog& window) {
     view->setWindowModality(Qt::ApplicationModal);  // nothing else is started while the work runs
     view->setMinimumWidth(420);
     view->show();
-    m_windows[&window] = std::move(view);
+    m_windows->open[&window] = std::move(view);
     WindowChanged(window, true);
 }
 
@@ -151,20 +117,20 @@ void CQtToolkit::WindowTitled(CModelessDialog& window) {
 }
 
 void CQtToolkit::WindowShown(CModelessDialog& window) {
-    auto const found = m_windows.find(&window);
-    if (found != m_windows.end()) found->second->show();
+    auto const found = m_windows->open.find(&window);
+    if (found != m_windows->open.end()) found->second->show();
 }
 
 void CQtToolkit::WindowChanged(CModelessDialog& window, bool now) {
-    auto const found = m_windows.find(&window);
-    if (found == m_windows.end()) return;
+    auto const found = m_windows->open.find(&window);
+    if (found == m_windows->open.end()) return;
     if (!found->second->RefreshProgress(now)) return;
     // The work runs on this thread: let the window be painted, but take no clicks or keys.
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void CQtToolkit::WindowDestroyed(CModelessDialog& window) {
-    m_windows.erase(&window);
+    m_windows->open.erase(&window);
 }
 
 void CQtToolkit::SetCursor(CursorShape shape) {
