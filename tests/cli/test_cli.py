@@ -175,6 +175,18 @@ class Reports(Case):
         self.norva("import", "s.xyz", "--force", "--report", "r.txt", status=2)
 
 
+class Completion(unittest.TestCase):
+    def test_bash_is_offered_commands_options_and_choices(self):
+        script = SAMPLES.parent / "packaging" / "norva.bash"
+        for words, offered in (("im", "import"), ("import --rep", "--report"), ("template s", "show"),
+                               ("import --interpolated y", "yes"), ("import --nothing", "")):
+            ask = f"""source {script}; COMP_WORDS=(norva {words}); COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1))
+                _norva; echo "${{COMPREPLY[*]}}" """
+            path = f"{Path(NORVA).parent}:{os.environ['PATH']}"
+            done = subprocess.run(["bash", "-c", ask], capture_output=True, text=True, env={**os.environ, "PATH": path})
+            self.assertEqual((done.stdout.strip(), done.stderr), (offered, ""), words)
+
+
 class Templates(Case):
     def test_the_choices_made_once_give_the_same_store_again(self):
         for source, options in (
