@@ -52,38 +52,11 @@ void ConvertAll(char const* in, std::size_t stride, std::size_t count, char* out
         Store(out, Convert<To>(LoadValue<From>(in)));
 }
 
-template <typename From>
-ConvertValues FindFrom(int dataType) {
-    switch (dataType) {
-        case DataType::kFloat:
-            return ConvertAll<From, float>;
-        case DataType::kDouble:
-            return ConvertAll<From, double>;
-        case DataType::kInt:
-        case DataType::kLong:
-            return ConvertAll<From, std::int32_t>;
-        case DataType::kShort:
-            return ConvertAll<From, std::int16_t>;
-        default:
-            return nullptr;
-    }
-}
-
 }  // namespace
 
 ConvertValues FindConversion(int readFormat, int dataType) {
-    switch (readFormat) {
-        case ReadFormat::kInt32:
-            return FindFrom<std::int32_t>(dataType);
-        case ReadFormat::kFloat:
-            return FindFrom<float>(dataType);
-        case ReadFormat::kDouble:
-            return FindFrom<double>(dataType);
-        case ReadFormat::kInt16:
-            return FindFrom<std::int16_t>(dataType);
-        default:
-            return nullptr;
-    }
+    return OfTypes<ConvertValues>(readFormat, dataType,
+                                  []<typename From, typename To>() -> ConvertValues { return ConvertAll<From, To>; });
 }
 
 }  // namespace norva

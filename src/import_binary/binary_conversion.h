@@ -1,5 +1,7 @@
 #pragma once
 
+#include "import_binary/binary_record.h"
+#include "norva/values.h"
 #include "store/value_rules.h"
 
 #include <cstddef>
@@ -19,6 +21,41 @@ Value LoadValue(char const* in) {
         return static_cast<std::int32_t>(LoadLittle32(in));
     } else {
         return static_cast<std::int16_t>(LoadLittle16(in));
+    }
+}
+
+/// What `of` gives for the type `From` and that of a data type, of.operator()<From, To>(); null for other types.
+template <typename Function, typename From, typename Of>
+Function OfStoredType(int dataType, Of of) {
+    switch (dataType) {
+        case DataType::kFloat:
+            return of.template operator()<From, float>();
+        case DataType::kDouble:
+            return of.template operator()<From, double>();
+        case DataType::kInt:
+        case DataType::kLong:
+            return of.template operator()<From, std::int32_t>();
+        case DataType::kShort:
+            return of.template operator()<From, std::int16_t>();
+        default:
+            return nullptr;
+    }
+}
+
+/// The same for the types of a read format and a data type.
+template <typename Function, typename Of>
+Function OfTypes(int readFormat, int dataType, Of of) {
+    switch (readFormat) {
+        case ReadFormat::kInt32:
+            return OfStoredType<Function, std::int32_t>(dataType, of);
+        case ReadFormat::kFloat:
+            return OfStoredType<Function, float>(dataType, of);
+        case ReadFormat::kDouble:
+            return OfStoredType<Function, double>(dataType, of);
+        case ReadFormat::kInt16:
+            return OfStoredType<Function, std::int16_t>(dataType, of);
+        default:
+            return nullptr;
     }
 }
 

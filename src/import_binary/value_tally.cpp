@@ -49,23 +49,6 @@ void TallyAll(char const* in, std::size_t stride, std::size_t count, char const*
     }
 }
 
-template <typename From>
-TallyValues FindFrom(int dataType) {
-    switch (dataType) {
-        case DataType::kFloat:
-            return TallyAll<From, float>;
-        case DataType::kDouble:
-            return TallyAll<From, double>;
-        case DataType::kInt:
-        case DataType::kLong:
-            return TallyAll<From, std::int32_t>;
-        case DataType::kShort:
-            return TallyAll<From, std::int16_t>;
-        default:
-            return nullptr;
-    }
-}
-
 }  // namespace
 
 template <typename Value>
@@ -137,18 +120,8 @@ void ValueTally::Fill(ReportChannel& channel) const {
 }
 
 TallyValues FindTally(int readFormat, int dataType) {
-    switch (readFormat) {
-        case ReadFormat::kInt32:
-            return FindFrom<std::int32_t>(dataType);
-        case ReadFormat::kFloat:
-            return FindFrom<float>(dataType);
-        case ReadFormat::kDouble:
-            return FindFrom<double>(dataType);
-        case ReadFormat::kInt16:
-            return FindFrom<std::int16_t>(dataType);
-        default:
-            return nullptr;
-    }
+    return OfTypes<TallyValues>(readFormat, dataType,
+                                []<typename From, typename To>() -> TallyValues { return TallyAll<From, To>; });
 }
 
 }  // namespace norva
