@@ -101,7 +101,8 @@ fs::path UserFolder() {
 bool IsMarker(std::vector<std::string> const& row) {
     return std::ranges::any_of(row, [](std::string const& cell) {
         constexpr std::string_view word = "line";
-        return !std::ranges::search(cell, word, {}, [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; }).empty();
+        auto const isSame = [](char c, char of) { return c == of || c + ('a' - 'A') == of; };
+        return std::search(cell.begin(), cell.end(), word.begin(), word.end(), isSame) != cell.end();
     });
 }
 

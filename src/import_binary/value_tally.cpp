@@ -76,8 +76,8 @@ void TallyStored(char const* values, std::size_t count, ValueTally& tally) {
             std::memcpy(&value, at, sizeof value);
             Masks const isMarked = value == mark;
             marked -= isMarked;
-            low = ~isMarked & (value < low) ? value : low;
-            high = ~isMarked & (value > high) ? value : high;
+            low = (~isMarked & (value < low)) ? value : low;
+            high = (~isMarked & (value > high)) ? value : high;
         }
         for (std::size_t i = 0; i < kLanes; ++i) noData += static_cast<std::uint64_t>(marked[i]);
         rounds -= some;
