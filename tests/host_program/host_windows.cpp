@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
 
@@ -28,16 +29,18 @@ int main(int argc, char** argv) {
     if (argc != 3) return 2;
     QWidget mainWindow;
     mainWindow.show();
-    QStringList titles, files{argv[1], argv[2]};
+    QStringList titles;
     QTimer person;
     QObject::connect(&person, &QTimer::timeout, [&] {
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (dialog == nullptr) return;
-        titles << dialog->windowTitle();
-        if (auto* const chooser = qobject_cast<QFileDialog*>(dialog); chooser != nullptr && !files.isEmpty()) {
-            chooser->selectFile(files.takeFirst());
-        }
-        PressDefaultButton(*dialog);
+        if (titles.isEmpty() || titles.back() != dialog->windowTitle()) titles << dialog->windowTitle();
+        auto* const chooser = qobject_cast<QFileDialog*>(dialog);
+        if (chooser == nullptr) return PressDefaultButton(*dialog);
+        // As typed, which needs no list of the folder.
+        bool const opens = chooser->acceptMode() == QFileDialog::AcceptOpen;
+        chooser->findChild<QLineEdit*>()->setText(opens ? argv[1] : argv[2]);
+        QMetaObject::invokeMethod(chooser, "accept");
     });
     person.start(20);
     QTimer::singleShot(60'000, [&] {
