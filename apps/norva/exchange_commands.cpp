@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <set>
 
 namespace norva {
 
@@ -36,7 +37,7 @@ void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelect
 
 struct ConvertJob {
     std::vector<std::string> paths;
-    std::string extension = "xyz";
+    std::string extension;  ///< given by --to
     bool quiet = false;
     ImportOptions import;
     ExportOptions output;
@@ -59,16 +60,21 @@ int RunConvert(ConvertJob const& job) {
     std::vector<std::string> inputs = job.paths;
     std::string const target = inputs.back();
     inputs.pop_back();
-    bool const intoFolder = fs::is_directory(target) || inputs.size() > 1;
-    if (intoFolder && !fs::is_directory(target)) throw CommandError(target + ": is no folder", kExitUsage);
+    bool const intoFolder = fs::is_directory(target) || inputs.size() > 1 || !job.extension.empty();
+    std::error_code error;
+    if (intoFolder && !fs::is_directory(target) && !fs::create_directory(target, error)) {
+        throw CommandError(target + ": " + (error ? error.message() : "is no folder"), kExitUsage);
+    }
+    std::string const extension = "." + (job.extension.empty() ? "xyz" : job.extension);
 
     CScratchFolder const scratch;
     std::vector<std::string> failed;
+    std::set<std::string> outputs;
     for (std::string const& input : inputs) {
-        std::string const output = intoFolder
-                                       ? (fs::path(target) / fs::path(input).stem()).string() + "." + job.extension
-                                       : WrittenPath(target);
+        std::string const output =
+            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + extension : WrittenPath(target);
         try {
+            if (!outputs.insert(output).second) throw CommandError(input + ": another file became " + output);
             ConvertOne(input, output, job, scratch, console);
         } catch (CommandError const& error) {
             if (!intoFolder || error.Status() == kExitUsage) throw;
@@ -198,7 +204,8 @@ void AddConvertCommand(CCommands& commands) {
                      "norva convert survey.csv survey.xyz\n  norva convert *.gpx folder --to xyz",
                      [job] { return RunConvert(*job); });
     command.add_option("PATHS", job->paths, "INPUT OUTPUT, or INPUT... FOLDER")->required()->expected(2, -1);
-    command.add_option("--to", job->extension, "Extension of the files made in a folder (default: xyz)");
+    command.add_option("--to", job->extension,
+                       "Extension of the files made in FOLDER, which is made if it is missing (default: xyz)");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong");
     AddImportOptions(command, job->import);
     AddExportOptions(command, job->output, false);

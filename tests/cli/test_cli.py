@@ -261,13 +261,17 @@ class Export(Case):
         self.assertEqual((self.folder / "s.nvt").read_bytes(), original)
         self.assertEqual((self.folder / "old.xyz").read_text(), "old")
 
-    def test_convert_goes_on_after_a_bad_file(self):
-        (self.folder / "out").mkdir()
+    def test_convert_fills_a_folder_and_goes_on_after_a_bad_file(self):
         (self.folder / "bad.xyz").touch()
         done = self.norva("convert", XYZ, "bad.xyz", CSV, "out", "--to", "txt", "--force", status=1)
-        self.assertIn("2 of 3", done.stdout)
-        self.assertIn("bad.xyz", done.stdout)
-        self.assertEqual([path.name for path in (self.folder / "out").iterdir()], ["survey.txt"])
+        self.assertIn("1 of 3", done.stdout)
+        for part in ("bad.xyz: the file is empty", "another file became out/survey.txt"):
+            self.assertIn(part, done.stderr)
+        self.norva("convert", XYZ, "alone.txt")
+        self.assertEqual((self.folder / "out" / "survey.txt").read_bytes(), (self.folder / "alone.txt").read_bytes())
+        self.norva("convert", SAMPLES / "tracks.gpx", "one", "--to", "xyz")
+        self.assertEqual([path.name for path in (self.folder / "one").iterdir()], ["tracks.xyz"])
+        self.norva("convert", XYZ, CSV, "bad.xyz", status=2)
 
 
 class Store(Case):
