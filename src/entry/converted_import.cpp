@@ -45,6 +45,9 @@ void TellOfSource(ImportReport& report, ConvertedSource&& source) {
     report.moreValues.count += told.moreValues.count;
     report.moreValues.places.insert(report.moreValues.places.begin(), told.moreValues.places.begin(),
                                     told.moreValues.places.end());
+    if (report.moreValues.places.size() > ReportFinding::kMostPlaces) {
+        report.moreValues.places.resize(ReportFinding::kMostPlaces);
+    }
     // A row that did not come through as one.
     std::uint64_t const locations = report.LocationCount();
     report.leftOut.count += std::max(source.rows, locations) - std::min(source.rows, locations);

@@ -45,4 +45,16 @@ using ConvertToText =
 /// cannot be had or the conversion fails; what a failed conversion has left stays there.
 int RunConvertedImport(ImportJob const& job, std::string_view temporaryName, ConvertToText const& convert);
 
+/// The same with a converter, which has ConvertToXYZ and TakeSource.
+template <typename Converter>
+int ImportThroughText(ImportJob const& job, std::string_view temporaryName) {
+    auto const convert = [](std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
+        Converter converter;
+        int const result = converter.ConvertToXYZ(inputPath, textPath);
+        source = converter.TakeSource();
+        return result;
+    };
+    return RunConvertedImport(job, temporaryName, convert);
+}
+
 }  // namespace norva

@@ -401,13 +401,7 @@ int DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
 }
 
 int RunIpr12Import(ImportJob const& job) {
-    auto const convert = [](std::string const& input, std::string const& output, ConvertedSource& source) {
-        CIPR12DumpConverter converter;
-        int const result = converter.ConvertToXYZ(input, output);
-        source = converter.TakeSource();
-        return result;
-    };
-    return RunConvertedImport(job, "IPR_temp.xyz", convert);
+    return ImportThroughText<CIPR12DumpConverter>(job, "IPR_temp.xyz");
 }
 
 }  // namespace norva

@@ -301,13 +301,7 @@ void CGpxConverter::ResetPoint() {
 }
 
 int RunGpxImport(ImportJob const& job) {
-    auto const convert = [](std::string const& input, std::string const& output, ConvertedSource& source) {
-        CGpxConverter converter;
-        int const result = converter.ConvertToXYZ(input, output);
-        source = converter.TakeSource();
-        return result;
-    };
-    return RunConvertedImport(job, "GPX_temp.xyz", convert);
+    return ImportThroughText<CGpxConverter>(job, "GPX_temp.xyz");
 }
 
 }  // namespace norva
