@@ -1,0 +1,146 @@
+#pragma once
+
+#include "norva/api.h"
+#include "norva/values.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// What a person chooses in the windows of an import or an export, as plain data with defaults.
+namespace norva {
+
+/// How a text file is to be read where the first rows alone do not say it. Members that are not set leave the rules of
+/// the format list's text formats: separators by the file's extension, "." as decimal mark, "*" for a missing value.
+struct TextReading {
+    enum class Encoding { Utf8, Latin1, Utf16Little, Utf16Big };
+
+    Encoding encoding = Encoding::Utf8;
+    char separator = ' ';                     ///< ',', ';', '\t', '|', or ' ' for runs of blanks and tabs
+    char quote = '\0';                        ///< '"', '\'' or none
+    bool backslashQuote = false;              ///< a quote inside of quotes is written \" and not doubled
+    char decimalMark = '.';                   ///< '.' or ','
+    bool trailingSeparator = false;           ///< every row ends in a separator
+    std::vector<std::string> commentMarks{};  ///< lines that begin so are comments
+    std::vector<std::string> missing{};       ///< cells that stand for a missing value in every column, "" among them
+    std::uint64_t firstDataLine = 1;          ///< line of the file, from 1
+    std::vector<std::string> markerWords{};   ///< words that start a line of the survey, upper case; none: no markers
+
+    bool operator==(TextReading const&) const = default;
+};
+
+/// What one column of a text file needs beyond its channel.
+struct ColumnReading {
+    enum class Form {
+        Plain,     ///< as the channel's type and template say
+        DateTime,  ///< date and time in one cell; the channel takes the part that its display format names
+        DayOfYear,
+        NamedMonth,
+        CompactDate,   ///< YYYYMMDD
+        CompactTime,   ///< HHMMSS with or without a fraction
+        EpochSeconds,  ///< since 1970-01-01 UTC; the channel takes date or time
+        Degrees,       ///< degrees, or degrees and minutes, or all three, with signs or letters
+        PackedMinutes  ///< ddmm.mmmm
+    };
+
+    int source = 0;  ///< column of the file, from 0; two channels may read one column
+    Form form = Form::Plain;
+    std::string order{};                 ///< of a date's parts: "dmy", "mdy", "ymd"
+    std::vector<std::string> missing{};  ///< further cells of this column that stand for a missing value
+    std::string suffix{};                ///< taken off every number: a unit or a sign
+    std::int64_t epochDivisor = 1;       ///< 1000 for milliseconds
+
+    bool operator==(ColumnReading const&) const = default;
+};
+
+/// Column text: XYZ, CSV, GEM and CG-5 files, and GPX and IPR_12 files once they are rows.
+struct ColumnTextSettings {
+    int skip = 0;                               ///< lines with text that are left out at the start of the file
+    std::vector<NorvaChannelStruct> columns{};  ///< one per column; DataType::kSkipped for one that is not imported
+    int labelColumn = -1;                       ///< column whose changes start a new line of the survey; -1: by markers
+    std::optional<TextReading> reading{};       ///< none: as the text formats read
+    std::vector<ColumnReading> columnReadings{};  ///< one per column where `reading` is set
+
+    bool operator==(ColumnTextSettings const&) const = default;
+};
+
+/// A SeaSPY log.
+struct SeaSpySettings {
+    std::vector<NorvaChannelStruct> columns{};  ///< one per field; empty: all fields as the log has them
+    bool interpolated = false;                  ///< keep coordinates that the logger interpolated
+
+    bool operator==(SeaSpySettings const&) const = default;
+};
+
+/// A gravity meter dump (CG3).
+struct Cg3Settings {
+    /// Titles of the columns to import; none: the usual ones.
+    std::optional<std::vector<std::string>> columns{};
+    int dateFormat = 1;      ///< code of a date template
+    int timeFormat = 1;      ///< code of a time template
+    bool sortByTime = true;  ///< sort every line by its time channel
+
+    bool operator==(Cg3Settings const&) const = default;
+};
+
+/// One channel of a fixed-length binary record.
+struct RecordChannel {
+    enum class Format { Int32, Float, Double, Int16 };
+
+    std::string name{};
+    std::string units{};
+    Format format = Format::Float;    ///< in the file, little-endian
+    int dataType = DataType::kFloat;  ///< in the store
+
+    bool operator==(RecordChannel const&) const = default;
+};
+
+/// A file of fixed-length binary records.
+struct RecordSettings {
+    std::vector<RecordChannel> channels{};
+    std::optional<std::int64_t> records{};        ///< none: as many as the file holds
+    std::optional<std::int64_t> pointsPerLine{};  ///< none: all in one line
+    bool fiducial = true;                         ///< add a channel that counts the records
+    int frequency = 1;                            ///< records per second, for the fiducial
+
+    bool operator==(RecordSettings const&) const = default;
+};
+
+/// A GBN file. Lists that are not set mean all.
+struct GbnSettings {
+    struct Channel {
+        int number = 0;  ///< place in the file's channel list, from 0
+        std::optional<std::string> name{};
+        std::optional<std::string> units{};
+        std::optional<int> dataType{};
+
+        bool operator==(Channel const&) const = default;
+    };
+
+    std::optional<std::vector<int>> lines{};     ///< places in the file's line list, from 0
+    std::optional<std::vector<int>> channels{};  ///< places in the file's channel list, from 0
+    std::vector<Channel> changes{};              ///< what channels are called and become other than as they stand
+    bool fiducial = true;                        ///< add a channel of fiducials
+
+    bool operator==(GbnSettings const&) const = default;
+};
+
+/// Settings of one import. The empty state stands for what the format's window would open with.
+using ImportSettings =
+    std::variant<std::monostate, ColumnTextSettings, SeaSpySettings, Cg3Settings, RecordSettings, GbnSettings>;
+
+/// What an export writes, and how.
+struct ExportSettings {
+    std::optional<std::vector<int>> lines{};     ///< profile numbers of the store in output order; none: all shown ones
+    std::optional<std::vector<int>> channels{};  ///< places in the store's channel order, in output order; none: all
+    bool labelAsChannel = false;                 ///< the line's name in a column of its own
+    bool pointId = false;                        ///< a point number in a column of its own
+    bool units = true;                           ///< units in the column titles, where there are any
+    bool writeOversized = false;                 ///< write a sheet that its readers cannot hold whole
+
+    bool operator==(ExportSettings const&) const = default;
+};
+
+}  // namespace norva
