@@ -9,6 +9,7 @@ Status RunImport(ImportFormat const& format, ImportJob& job) {
     StartReport(job.inputPath, format.label);
     Status status = Guarded("Couldn't import the file", job.inputPath, [&] { return format.import(job); });
     if (status) {
+        if (!job.report.unit.empty()) FinishReport(std::move(job.report));
         if (ImportReport const* const report = FinishedReport()) job.report = *report;
         return status;
     }
