@@ -168,7 +168,11 @@ private:
         }
         static constexpr std::string_view kPlural[] = {"", "", "numbers", "dates", "times", "dates with times", "positions"};
         std::uint64_t const count = m_facts.Count(most);
-        if (count * 2 < present) return Text("the longest of " + Counted(present, "text"));
+        if (count * 2 < present) {
+            // Only an empty cell and stars are no text here: sodium is Na.
+            auto const marks = [&](MissingMark mark) { return m_facts.marks[static_cast<std::size_t>(mark)]; };
+            return Text("the longest of " + Counted(m_facts.rows - marks(MissingMark::Empty) - marks(MissingMark::Star), "text"));
+        }
         CellSeen other;
         for (std::size_t kind = 1; kind < m_facts.firsts.size(); ++kind) {
             CellSeen const& first = m_facts.firsts[kind];

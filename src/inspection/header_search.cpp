@@ -72,7 +72,9 @@ private:
         std::string_view const text = Trim(line);
         std::string_view label;
         if (text.empty() || IsRule(text) || IsMarker(text, m_reading.markerWords, label)) return true;
-        return IsComment(text, m_reading.commentMarks) && WithoutMark(text).empty();
+        if (!IsComment(text, m_reading.commentMarks)) return false;
+        std::string_view const rest = WithoutMark(text);
+        return rest.empty() || IsRule(rest);
     }
 
     std::string_view WithoutMark(std::string_view text) const {

@@ -59,12 +59,18 @@ public:
         FindLineMarks();
         std::vector<std::string_view> voters = Voters();
         if (!Attempt(voters, reason)) return false;
-        if (m_pass->OddLines() * 5 > m_pass->counts.rows + m_pass->OddLines() && !LookAgain(reason)) return false;
+        if (SuitsBadly() && !LookAgain(reason)) return false;
         Conclude();
         return true;
     }
 
 private:
+    /// More than a fifth of the lines agree with the table in no reading.
+    bool SuitsBadly() const {
+        std::uint64_t const odd = m_pass->OddLines();
+        return odd > 2 && odd * 5 > m_pass->counts.rows + odd;
+    }
+
     /// Comment marks, words of markers, quotes: what does not hang on the separator.
     void FindLineMarks() {
         m_reading.commentMarks = FindCommentMarks(m_sample, m_doubtfulMarks);
@@ -179,7 +185,8 @@ private:
         std::vector<std::string> const otherMarkers = m_otherMarkers;
         std::unique_ptr<CFilePass> first = std::move(m_pass);
         if (!Attempt(voters, reason)) return false;
-        m_isSecondLook = m_pass->counts.rows > first->counts.rows && m_looks.size() > 1;
+        auto const agreeing = [](CFilePass const& pass) { return pass.counts.rows - pass.counts.mended; };
+        m_isSecondLook = agreeing(*m_pass) > agreeing(*first) && m_looks.size() > 1;
         if (m_isSecondLook) return true;
         m_reading = reading;
         m_looks = looks;
@@ -211,6 +218,7 @@ private:
         m_result.unitLine = m_header.unitLine;
         m_result.counts = m_pass->counts;
         m_result.surveyLines = m_pass->labels;
+        ShowInUtf8();
         std::stable_sort(m_result.lines.begin(), m_result.lines.end(),
                          [](InspectedLine const& a, InspectedLine const& b) { return a.line < b.line; });
     }
@@ -286,6 +294,20 @@ private:
         return converted;
     }
 
+    /// What was taken from the file to be shown is as the file writes it up to here.
+    void ShowInUtf8() {
+        if (m_reading.encoding != TextReading::Encoding::Latin1) return;
+        auto const convert = [&](std::string& text) {
+            if (FindNoUtf8(text) != std::string_view::npos) text = InUtf8(text);
+        };
+        for (InspectionFinding& finding : m_result.findings) convert(finding.evidence);
+        for (std::string& label : m_result.surveyLines) convert(label);
+        for (InspectedLine& line : m_result.lines) {
+            convert(line.text);
+            convert(line.reason);
+        }
+    }
+
     /// Units off the names, then every name different and none empty.
     void NameColumns() {
         std::size_t const width = m_looks.size();
@@ -348,7 +370,7 @@ private:
         m_labelColumn = -1;
         if (pass.counts.markers > 0) {
             bool const hasRowsAbove = pass.rowsBeforeMarker > 0;
-            std::string evidence = Number(pass.counts.markers) + " lines start by rows such as \"" + pass.labels.front() + "\"";
+            std::string evidence = (pass.counts.markers == 1 ? "a row of its own starts line " : "rows of their own start them, the first line ") + pass.labels.front();
             if (hasRowsAbove) evidence += "; " + Number(pass.rowsBeforeMarker) + " rows stand above the first";
             Say("lines", Number(pass.counts.markers), std::move(evidence), hasRowsAbove);
             for (std::string const& word : m_otherMarkers) Say("lines", "", "\"" + word + "\" is taken to start a line", true, "--marker none");
@@ -381,10 +403,10 @@ private:
         InspectionCounts const& counts = m_pass->counts;
         std::uint64_t const odd = m_pass->OddLines();
         m_result.isTable = counts.rows > 0 && m_looks.size() > 0 && odd <= counts.rows;
-        if (odd > 2 && odd * 5 > counts.rows + odd) {
-            Say("table", "", Number(odd) + " of " + Number(odd + counts.rows) + " lines do not suit the table: this may be no table", true);
-        } else if (m_pass->otherTables > 0) {
+        if (m_pass->otherTables > 0) {
             Say("table", "", Number(counts.otherTable) + " lines have the width of another table", true);
+        } else if (SuitsBadly()) {
+            Say("table", "", Number(odd) + " of " + Number(odd + counts.rows) + " lines do not suit the table: this may be no table", true);
         }
         if (counts.rows == 0) Say("table", "", "there are no rows of data", true);
         if (counts.namesAgain > 0) {
