@@ -179,6 +179,15 @@ private:
         return {};
     }
 
+    /// A row of units leaves the places of columns without one empty.
+    std::optional<Names> UnitsIn(std::string_view line, std::size_t width) {
+        for (Names& names : Readings(line)) {
+            bool const isFilled = std::any_of(names.begin(), names.end(), [](std::string const& name) { return !name.empty(); });
+            if (names.size() == width && isFilled && AreUnits(names)) return std::move(names);
+        }
+        return {};
+    }
+
     static bool AreUnits(Names const& names) {
         return std::all_of(names.begin(), names.end(), [](std::string const& name) { return IsUnitLike(name); });
     }
@@ -190,6 +199,7 @@ private:
             std::string const& line = m_sample.lines[i].text;
             if (IsSkipped(line)) continue;
             std::optional<Names> found = NamesIn(line, width);
+            if (!found && !unitRow && width > 1) found = UnitsIn(line, width);
             // One column: every line of text would do, so only the nearest may.
             if (!found && width == 1) break;
             if (!found) continue;

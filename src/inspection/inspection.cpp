@@ -173,27 +173,54 @@ private:
         return false;
     }
 
-    /// Many lines do not agree: once more, with those as the ones that say how the file is read. What more lines agree
-    /// with is kept.
+    /// How the file is read, and what came of it.
+    struct Reading {
+        TextReading reading;
+        std::vector<ColumnLook> looks;
+        HeaderChoice header;
+        SeparatorChoice separators;
+        std::vector<std::string> otherMarkers;
+        std::unique_ptr<CFilePass> pass;
+
+        /// Rows that agree as they stand. Words alone agree easily: a text in sentences is a table of them.
+        double Worth() const {
+            auto const typed = std::count_if(looks.begin(), looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
+            double const share = static_cast<double>(typed) / static_cast<double>(std::max<std::size_t>(1, looks.size()));
+            return static_cast<double>(pass->counts.rows - pass->counts.mended) * (0.1 + 0.9 * share);
+        }
+    };
+
+    Reading TakeReading() {
+        return {m_reading, m_looks, m_header, m_separators, m_otherMarkers, std::move(m_pass)};
+    }
+
+    void PutReading(Reading& reading) {
+        m_reading = std::move(reading.reading);
+        m_looks = std::move(reading.looks);
+        m_header = std::move(reading.header);
+        m_separators = std::move(reading.separators);
+        m_otherMarkers = std::move(reading.otherMarkers);
+        m_pass = std::move(reading.pass);
+    }
+
+    /// Many lines do not agree: once more, with those as the ones that say how the file is read; in a short file also
+    /// with its last lines alone, since a long preamble may have outvoted the rows. The best is kept.
     bool LookAgain(std::string& reason) {
-        std::vector<std::string> const texts = m_pass->oddTexts;
-        std::vector<std::string_view> const voters(texts.begin(), texts.end());
-        TextReading const reading = m_reading;
-        std::vector<ColumnLook> const looks = m_looks;
-        HeaderChoice const header = m_header;
-        SeparatorChoice const separators = m_separators;
-        std::vector<std::string> const otherMarkers = m_otherMarkers;
-        std::unique_ptr<CFilePass> first = std::move(m_pass);
-        if (!Attempt(voters, reason)) return false;
-        auto const agreeing = [](CFilePass const& pass) { return pass.counts.rows - pass.counts.mended; };
-        m_isSecondLook = agreeing(*m_pass) > agreeing(*first) && m_looks.size() > 1;
-        if (m_isSecondLook) return true;
-        m_reading = reading;
-        m_looks = looks;
-        m_header = header;
-        m_separators = separators;
-        m_otherMarkers = otherMarkers;
-        m_pass = std::move(first);
+        std::vector<std::string> const odd = m_pass->oddTexts;
+        std::vector<std::string_view> const all = Voters();
+        std::vector<std::vector<std::string_view>> looks = {{odd.begin(), odd.end()}};
+        if (m_sample.isWhole) looks.emplace_back(all.end() - static_cast<std::ptrdiff_t>(std::max<std::size_t>(1, all.size() / 10)), all.end());
+        Reading best = TakeReading();
+        TextReading const marks = best.reading;
+        for (std::vector<std::string_view> const& voters : looks) {
+            m_reading = marks;
+            if (!Attempt(voters, reason)) return false;
+            Reading again = TakeReading();
+            if (again.looks.size() < 2 || again.Worth() <= best.Worth()) continue;
+            best = std::move(again);
+            m_isSecondLook = true;
+        }
+        PutReading(best);
         return true;
     }
 

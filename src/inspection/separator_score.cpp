@@ -12,11 +12,12 @@ namespace norva {
 namespace {
 
 constexpr char kCandidates[] = {'\t', ';', '|', ',', ' '};
-constexpr double kNearlyAsGood = 0.85;
 
+/// Words between tabs, semicolons and bars have blanks between them; between commas they may be prose.
 bool HoldsOtherCandidate(std::string_view text, char separator) {
     return std::any_of(std::begin(kCandidates), std::end(kCandidates), [&](char candidate) {
-        return candidate != separator && text.find(candidate) != std::string_view::npos;
+        if (candidate == separator || (candidate == ' ' && separator != ',')) return false;
+        return text.find(candidate) != std::string_view::npos;
     });
 }
 

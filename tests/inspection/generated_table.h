@@ -243,13 +243,14 @@ private:
     }
 
     void DayCell(std::size_t column, int i, std::vector<std::string>& row) {
-        // Days of one month and the next, so that the order shows: from the 10th on.
-        int const number = 9 + i * 40 / m_rows;
-        int const month = m_month + number / 31;
-        int const day = number % 31 + 1;
-        int const year = 2021;
-        static constexpr int kBefore[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
+        // From the 10th of a month into the next one or two.
+        static constexpr int kBefore[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365};
         static constexpr char const* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+        int const year = 2021;
+        int const ofYear = kBefore[m_month - 1] + 10 + i * 40 / m_rows;
+        int month = m_month;
+        while (kBefore[month] < ofYear) ++month;
+        int const day = ofYear - kBefore[month - 1];
         m_table.columns[column].cells.push_back({year + (kBefore[month - 1] + day) / 365.0, {}, false});
         char text[32];
         switch (m_dates == 2 ? 0 : m_dateStyle) {
@@ -364,7 +365,10 @@ private:
             lines.push_back(std::move(line));
             if (m_labelColumn) m_table.labels.push_back(LabelOf(i));
         }
-        if (m_oddRows) lines.push_back("Total: " + std::to_string(m_rows) + " readings");
+        if (m_oddRows) {
+            lines.push_back("Total: " + std::to_string(m_rows) + " readings");
+            ++m_table.rowsThatMayDiffer;
+        }
         if (!m_names) {
             for (std::size_t i = 0; i < m_table.columns.size(); ++i) m_table.columns[i].name = "Ch" + std::to_string(i + 1);
         }

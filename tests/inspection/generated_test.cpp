@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -23,11 +25,13 @@ struct StoredTable : IAdaptedSink {
     };
     std::vector<std::vector<Cell>> rows;
     std::vector<std::string> labels;
+    std::vector<std::uint64_t> numbers;  ///< lines of the file
     std::string marker;
 
     bool Row(AdaptedRow const& row) override {
         rows.emplace_back();
         for (AdaptedCell const& cell : row.cells) rows.back().push_back({cell.what, cell.value, std::string(cell.text)});
+        numbers.push_back(row.number);
         labels.emplace_back(row.label.empty() ? marker : std::string(row.label));
         return true;
     }
@@ -82,8 +86,8 @@ std::string WrongCell(test::TrueColumn const& truth, std::size_t row, NorvaChann
     return isSame ? "" : where + test::Fixed(*wanted.value, 9) + " became " + test::Fixed(cell.value, 9);
 }
 
-/// Empty where the file would be stored as it is; else the first thing that would not.
-std::string FirstWrong(test::GeneratedTable const& table, Inspection const& proposal, StoredTable const& stored) {
+/// Empty where the file would be stored as it is; else the first thing that would not. `line` is its line, 0 for none.
+std::string FirstWrong(test::GeneratedTable const& table, Inspection const& proposal, StoredTable const& stored, std::uint64_t& line) {
     std::vector<NorvaChannelStruct> const& channels = proposal.settings.columns;
     if (channels.size() != table.columns.size()) return std::to_string(channels.size()) + " columns";
     std::size_t const rows = table.columns[0].cells.size();
@@ -95,7 +99,9 @@ std::string FirstWrong(test::GeneratedTable const& table, Inspection const& prop
         if (!IsOfKind(channels[c], truth.kind)) return truth.name + " is a " + ValueTypeText(channels[c]);
         for (std::size_t row = 0; row < rows; ++row) {
             std::string wrong = WrongCell(truth, row, channels[c], stored.rows[row][c]);
-            if (!wrong.empty()) return wrong;
+            if (wrong.empty()) continue;
+            line = stored.numbers[row];
+            return wrong;
         }
     }
     for (std::size_t row = 0; row < rows && !table.labels.empty(); ++row) {
@@ -134,8 +140,10 @@ TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
         StoredTable stored;
         ReadByProposal(path, proposal, stored);
         ASSERT_EQ(stored.rows.size(), proposal.counts.rows) << "the adaptor takes other rows than the inspection counted\n" << table.bytes;
-        std::string const wrong = FirstWrong(table, proposal, stored);
-        bool const isTold = proposal.Doubts() > 0 || proposal.lines.size() > table.rowsThatMayDiffer;
+        std::uint64_t line = 0;
+        std::string const wrong = FirstWrong(table, proposal, stored, line);
+        bool const isListed = std::any_of(proposal.lines.begin(), proposal.lines.end(), [&](InspectedLine const& told) { return line != 0 && told.line == line; });
+        bool const isTold = isListed || proposal.Doubts() > 0 || proposal.lines.size() > table.rowsThatMayDiffer;
         Score& score = scores[table.layout];
         ++(wrong.empty() ? score.right : isTold ? score.told : score.silent);
         if (wrong.empty() && proposal.Doubts() > 0) ++score.doubted;
