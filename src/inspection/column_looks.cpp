@@ -3,6 +3,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <unordered_set>
 
 namespace norva {
 
@@ -66,7 +67,11 @@ std::vector<ColumnLook> FindColumnLooks(std::vector<std::string_view> const& lin
                                         CellRules const& cells, std::size_t width, bool& quotesEveryRow) {
     std::vector<CellPart> parts;
     std::vector<std::string_view> rows;
+    std::unordered_set<std::string_view> words;
     for (std::string_view const line : lines) {
+        // Names that come again further down, where two files were put together, say nothing of the cells.
+        bool const isWords = line.find_first_of("0123456789") == std::string_view::npos;
+        if (isWords && !words.insert(line).second) continue;
         if (!SplitLine(line, rule, parts) && parts.size() == width) rows.push_back(line);
     }
     std::vector<Tally> tallies(width);

@@ -140,6 +140,12 @@ private:
         }
     }
 
+    std::string NumbersText(std::string_view what) const {
+        std::uint64_t count = m_facts.Count(CellKind::Number);
+        for (DummySeen const& dummy : m_missing.missing) count -= dummy.count;
+        return Counted(count, what);
+    }
+
     void NoValues() {
         // Empty cells say nothing; marks that stand among numbers do.
         bool const hasMark = m_facts.Count(CellKind::Missing) > m_facts.marks[static_cast<std::size_t>(MissingMark::Empty)];
@@ -218,7 +224,7 @@ private:
         std::string evidence = m_facts.needsMostDigits.IsSet()
                                    ? SeenText(m_facts.needsMostDigits) + " needs " + Counted(digits, "digit") + "; "
                                    : std::string();
-        Say(isDouble ? "double" : "single", evidence + Counted(m_facts.Count(CellKind::Number), "number") + MissingText());
+        Say(isDouble ? "double" : "single", evidence + NumbersText("number") + MissingText());
         if (digits > kDoubleDigits) {
             Say("double", SeenText(m_facts.needsMostDigits) + " has more digits than a double holds", true);
         }
@@ -232,7 +238,7 @@ private:
         int const type = largest <= 32766 ? DataType::kShort : largest < 2147483647.0 ? DataType::kLong : DataType::kDouble;
         Add(type, ColumnReading::Form::Plain);
         AddMissing();
-        std::string evidence = Counted(m_facts.Count(CellKind::Number), "whole number") + ", ";
+        std::string evidence = NumbersText("whole number") + ", ";
         AppendShortest(evidence, range.low);
         evidence += " to ";
         AppendShortest(evidence, range.high);

@@ -12,7 +12,7 @@ constexpr std::size_t kShownLines = 20;
 
 void AppendField(std::string& out, std::string_view text, std::size_t width) {
     out += text;
-    out.append(text.size() < width ? width - text.size() : 1, ' ');
+    out.append(text.size() < width ? width - text.size() : 2, ' ');
 }
 
 }  // namespace

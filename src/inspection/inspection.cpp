@@ -25,6 +25,8 @@ namespace norva {
 namespace {
 
 constexpr double kRivalIsNear = 0.85;
+/// So many rows of numbers are no accident.
+constexpr std::uint64_t kRowsOfTable = 3;
 /// Every column has facts of its own: a line of millions of parts is taken for no table.
 constexpr std::size_t kMostColumns = 32767;
 
@@ -182,11 +184,11 @@ private:
         std::vector<std::string> otherMarkers;
         std::unique_ptr<CFilePass> pass;
 
-        /// Rows that agree as they stand. Words alone agree easily: a text in sentences is a table of them.
+        /// Cells that agree as they stand. Words alone agree easily: a text in sentences is a table of them.
         double Worth() const {
             auto const typed = std::count_if(looks.begin(), looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
-            double const share = static_cast<double>(typed) / static_cast<double>(std::max<std::size_t>(1, looks.size()));
-            return static_cast<double>(pass->counts.rows - pass->counts.mended) * (0.1 + 0.9 * share);
+            auto const others = static_cast<std::ptrdiff_t>(looks.size()) - typed;
+            return static_cast<double>(pass->counts.rows - pass->counts.mended) * (static_cast<double>(typed) + 0.1 * static_cast<double>(others));
         }
     };
 
@@ -233,8 +235,8 @@ private:
         TellBytes();
         TellSeparator();
         TellDecimalMark();
-        NameColumns();
         TellHeader();
+        NameColumns();
         TellLines();
         PlanColumns();
         TellTable();
@@ -371,12 +373,12 @@ private:
             } else if (m_header.byTextsAlone) {
                 Say("header line", "none", "no column holds numbers or dates, and the first row looks like the others", true, "--header-line 1");
             } else {
-                Say("header line", "none", "the first line of text above the data would be it");
+                Say("header line", "none", "no line of text stands above the data");
             }
             return;
         }
         std::string const line = Number(m_header.nameLines.back());
-        std::string evidence = "the last line above the data with " + Number(m_looks.size()) + " parts and no number";
+        std::string evidence = "the last line above the data with " + Number(m_looks.size()) + (m_looks.size() == 1 ? " part" : " parts") + " and no number";
         bool isDoubt = false;
         if (m_header.isUneven) {
             evidence = "it has not as many names as there are columns; they name the columns from the left";
@@ -426,10 +428,36 @@ private:
         }
     }
 
+    /// Rows of numbers above the names: a table that is left out.
+    void TellTableAbove() {
+        std::vector<CellPart> parts;
+        CellRead read;
+        std::uint64_t first = 0;
+        std::uint64_t last = 0;
+        std::uint64_t rows = 0;
+        for (std::size_t i = 0; i < m_sample.headLines && m_sample.lines[i].number < m_reading.firstDataLine; ++i) {
+            std::string const& line = m_sample.lines[i].text;
+            if (IsComment(line, m_reading.commentMarks) || SplitLine(line, SplitRuleOf(m_reading), parts) || parts.size() < 2) continue;
+            auto const typed = std::count_if(parts.begin(), parts.end(), [&](CellPart const& part) {
+                ReadCell(part.text, CellRulesOf(m_reading), CellKind::Number, {}, read);
+                return IsTyped(read.kind);
+            });
+            if (static_cast<std::size_t>(typed) * 2 <= parts.size()) continue;
+            last = m_sample.lines[i].number;
+            if (rows++ == 0) first = last;
+        }
+        if (rows < kRowsOfTable) return;
+        Say("table", "", Number(rows) + " rows of numbers from line " + Number(first) + " to " + Number(last) + " stand above the names and are not stored", true);
+    }
+
     void TellTable() {
+        TellTableAbove();
         InspectionCounts const& counts = m_pass->counts;
         std::uint64_t const odd = m_pass->OddLines();
-        m_result.isTable = counts.rows > 0 && m_looks.size() > 0 && odd <= counts.rows;
+        // Words between blanks are prose.
+        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
+        bool const isProse = !isTyped && (m_reading.separator == ' ' || m_reading.separator == '\0');
+        m_result.isTable = counts.rows > 0 && odd <= counts.rows && !isProse;
         if (m_pass->otherTables > 0) {
             Say("table", "", Number(counts.otherTable) + " lines have the width of another table", true);
         } else if (SuitsBadly()) {
