@@ -20,7 +20,8 @@ constexpr std::size_t kMostMendedInRow = 1000;
 
 }  // namespace
 
-CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts, IRowSink& sink)
+CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts,
+                           IRowSink& sink)
     : m_reading(reading),
       m_looks(looks),
       m_sink(sink),
@@ -56,9 +57,10 @@ void CTableReader::FeedTable(std::string_view line, std::uint64_t number, bool c
     bool const isOpen = SplitLine(line, m_rule, m_parts);
     std::size_t const width = m_looks.size();
     if (m_reading.trailingSeparator && m_parts.size() == width + 1 && m_parts.back().text.empty()) m_parts.pop_back();
-    char const first = line.empty() ? '\0' : line[line.find_first_not_of(" \t") == std::string_view::npos
-                                                      ? 0
-                                                      : line.find_first_not_of(" \t")];
+    char const first =
+        line.empty()
+            ? '\0'
+            : line[line.find_first_not_of(" \t") == std::string_view::npos ? 0 : line.find_first_not_of(" \t")];
     bool const mayBeRule = !IsDigit(first) && std::string_view("=-_*~+").find(first) != std::string_view::npos;
     if (mayBeRule && IsRule(line) && !IsRowOfMarks()) return GiveLine(TableLine::Rule, line, number);
     if (m_parts.size() == width && !isOpen) {
@@ -105,8 +107,8 @@ void CTableReader::FeedTable(std::string_view line, std::uint64_t number, bool c
     HoldOdd(line, number, m_parts.size());
 }
 
-/// Whether the line belongs to the row whose quoted text is still open. When it does not, the lines so far are taken one
-/// by one.
+/// Whether the line belongs to the row whose quoted text is still open. When it does not, the lines so far are taken
+/// one by one.
 bool CTableReader::GoesOnWith(std::string_view line, std::uint64_t number) {
     std::size_t const width = m_looks.size();
     bool const isRow = !SplitLine(line, m_rule, m_parts) && m_parts.size() == width && ReadRow();
@@ -160,7 +162,8 @@ bool CTableReader::ReadRow() {
 }
 
 bool CTableReader::IsNothing() const {
-    return std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) { return part.text.empty() && !part.isQuoted; });
+    return std::all_of(m_parts.begin(), m_parts.end(),
+                       [](CellPart const& part) { return part.text.empty() && !part.isQuoted; });
 }
 
 bool CTableReader::HasStrayQuote() const {
@@ -173,7 +176,8 @@ bool CTableReader::HasStrayQuote() const {
 bool CTableReader::IsRowOfMarks() {
     if (m_parts.size() != m_looks.size() || m_parts.size() < 2) return false;
     MissingMark mark{};
-    return std::all_of(m_parts.begin(), m_parts.end(), [&](CellPart const& part) { return IsMissingMark(part.text, mark); });
+    return std::all_of(m_parts.begin(), m_parts.end(),
+                       [&](CellPart const& part) { return IsMissingMark(part.text, mark); });
 }
 
 void CTableReader::HoldOdd(std::string_view line, std::uint64_t number, std::size_t parts) {

@@ -6,6 +6,7 @@
 #include "formats/column_text/ascii_import_dlg.h"
 #include "formats/column_text/column_store.h"
 #include "formats/column_text/column_text_format.h"
+#include "formats/column_text/proposed_import.h"
 #include "formats/column_text/row_converter.h"
 #include "formats/column_text/text_line.h"
 #include "formats/column_text/text_preview.h"
@@ -148,6 +149,8 @@ std::uint64_t CAsciiFileImport::CountSkippedLines() {
 }
 
 Status ImportTextFile(ImportJob& job) {
+    auto const* const settings = std::get_if<ColumnTextSettings>(&job.settings);
+    if (!job.asks && settings != nullptr && settings->reading) return ImportByReading(job, job.inputPath);
     return CAsciiFileImport(job).Run(job.inputPath);
 }
 

@@ -129,6 +129,33 @@ bool CRowConverter::Absent(int column) {
     return PutAbsent(m_plans[static_cast<std::size_t>(column)]);
 }
 
+bool CRowConverter::Number(int column, double value, std::string_view token) {
+    Plan& plan = m_plans[static_cast<std::size_t>(column)];
+    if (IsNumber(plan.kind)) return PutNumber(plan, value, token);
+    return plan.kind == Kind::Skipped || PutConverted(plan, true, value, token);
+}
+
+bool CRowConverter::Text(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    if (token.size() > plan.width) m_report.Note(m_report.Channel(column).cut, token);
+    return PutText(plan, token);
+}
+
+bool CRowConverter::Missing(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(column).noData, token);
+    return PutMissing(plan);
+}
+
+bool CRowConverter::Unreadable(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(column).unreadable, token);
+    return PutMissing(plan);
+}
+
 void CRowConverter::StartLine() {
     for (Plan& plan : m_plans) plan.previous = -std::numeric_limits<double>::infinity();
 }
@@ -146,6 +173,10 @@ void CRowConverter::Finish() {
 bool CRowConverter::PutAbsent(Plan& plan) {
     if (plan.kind == Kind::Skipped) return true;
     m_report.Note(m_report.Channel(plan.column).missing, {});
+    return PutMissing(plan);
+}
+
+bool CRowConverter::PutMissing(Plan const& plan) {
     return plan.kind == Kind::Text ? PutText(plan, "*") : StoreMissing(plan);
 }
 

@@ -36,6 +36,17 @@ public:
     bool Value(int column, std::string_view token);
     /// The row has no value for the column.
     bool Absent(int column);
+
+    // What was read already; `token` is how the row writes it. False after a write failure.
+
+    /// A number, a date in years, a time in hours, degrees.
+    bool Number(int column, double value, std::string_view token);
+    bool Text(int column, std::string_view token);
+    /// A mark for a missing value.
+    bool Missing(int column, std::string_view token);
+    /// Stored as missing, and reported.
+    bool Unreadable(int column, std::string_view token);
+
     /// The rows from now on belong to another survey line.
     void StartLine();
     /// Completes the report's channels by their ranges.
@@ -71,6 +82,7 @@ private:
     bool PutDouble(Plan const& plan, double value);
     bool StoreMissing(Plan const& plan);
     bool PutText(Plan const& plan, std::string_view token);
+    bool PutMissing(Plan const& plan);
     bool PutAbsent(Plan& plan);
     /// Notes what is to be said of a value outside what was seen so far.
     void Examine(Plan& plan, double value, std::string_view token);
