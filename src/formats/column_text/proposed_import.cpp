@@ -112,8 +112,8 @@ private:
         if (m_startsLine || m_profiles.empty()) StartProfile(row.number);
         ++m_profiles.back().rows;
         m_report.StartRow(row.source, row.number);
-        if (row.mend.how != RowMend::How::None) m_report.NoteRow(&ImportReport::mended);
         bool const isJoined = row.mend.how == RowMend::How::NextLines;
+        if (!isJoined && row.mend.how != RowMend::How::None) m_report.NoteRow(&ImportReport::mended);
         auto const more = isJoined ? std::ranges::count(row.source, '\n') : 0;
         Count(kRows, row.number, 1 + static_cast<std::uint64_t>(more));
         for (std::size_t i = 0; i < row.cells.size(); ++i) {

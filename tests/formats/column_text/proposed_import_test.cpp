@@ -19,17 +19,20 @@ namespace fs = std::filesystem;
 
 /// What the reader of rows hands out, as texts: the value of each channel, and the line of the survey.
 struct ReadRows : IAdaptedSink {
-    std::vector<std::string> rows;
-    std::string label;
+    std::vector<NorvaChannelStruct> channels;
+    std::vector<std::string> rows{};
+    std::string label{};
 
     bool Row(AdaptedRow const& row) override {
         std::string text = "[" + (row.label.empty() ? label : std::string(row.label)) + "]";
         if (!row.label.empty()) label = row.label;
-        for (AdaptedCell const& cell : row.cells) {
+        for (std::size_t i = 0; i < row.cells.size(); ++i) {
+            AdaptedCell const& cell = row.cells[i];
             using What = AdaptedCell::What;
+            bool const isSingle = channels[i].dataType == DataType::kFloat;
             text += ' ';
             if (cell.what == What::Text) text += cell.text;
-            if (cell.what == What::Value) text += Fixed(cell.value, 3);
+            if (cell.what == What::Value) text += Fixed(isSingle ? static_cast<float>(cell.value) : cell.value, 3);
             if (cell.what == What::Missing || cell.what == What::Unreadable) text += '*';
         }
         rows.push_back(text);
@@ -79,6 +82,7 @@ ImportResult ExpectStoredAsRead(std::string const& path, std::string const& stor
     std::string reason;
     EXPECT_TRUE(InspectTextFile(path, {}, proposal, reason)) << path << reason;
     ReadRows read;
+    read.channels = proposal.settings.columns;
     CSourceLines source;
     EXPECT_TRUE(source.Open(path));
     CRowAdaptor adaptor(proposal.settings, read);
