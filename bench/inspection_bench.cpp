@@ -18,7 +18,10 @@ enum Layout { kSurvey, kCommas, kTexts, kDates };
 std::string Table(Layout layout, int rows) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> draw(0, 1);
-    std::string text = layout == kSurvey ? "" : layout == kDates ? "Date,Time,X,Y,Mag\n" : layout == kTexts ? "Fid,Remark,X,Mag\n" : "X,Y,Mag,Grad,Alt,Sats,Fid,Cond\n";
+    std::string text = layout == kSurvey  ? ""
+                       : layout == kDates ? "Date,Time,X,Y,Mag\n"
+                       : layout == kTexts ? "Fid,Remark,X,Mag\n"
+                                          : "X,Y,Mag,Grad,Alt,Sats,Fid,Cond\n";
     char row[200];
     for (int i = 0; i < rows; ++i) {
         if (layout == kSurvey && i % 5000 == 0) text += "LINE " + std::to_string(1000 + i / 5000) + "\n";
@@ -26,16 +29,18 @@ std::string Table(Layout layout, int rows) {
         double const mag = 54000 + draw(random) * 200;
         switch (layout) {
             case kDates:
-                std::snprintf(row, sizeof row, "%02d/%02d/2024,%02d:%02d:%02d.%d,%.2f,%.2f,%.3f\n", 1 + i / 40000 % 28, 1 + i / 1200000 % 12,
-                              i / 3600 % 24, i / 60 % 60, i % 60, i % 10, x, x + 3e6, mag);
+                std::snprintf(row, sizeof row, "%02d/%02d/2024,%02d:%02d:%02d.%d,%.2f,%.2f,%.3f\n", 1 + i / 40000 % 28,
+                              1 + i / 1200000 % 12, i / 3600 % 24, i / 60 % 60, i % 60, i % 10, x, x + 3e6, mag);
                 break;
             case kTexts:
-                std::snprintf(row, sizeof row, "%d,\"%s, gate %d\",%.2f,%.3f\n", i, i % 3 == 0 ? "fence" : "power line", i % 50, x, mag);
+                std::snprintf(row, sizeof row, "%d,\"%s, gate %d\",%.2f,%.3f\n", i, i % 3 == 0 ? "fence" : "power line",
+                              i % 50, x, mag);
                 break;
             default: {
-                char const* const format = layout == kSurvey ? "%.2f %.2f %.3f %.4f %.2f %d %d %.6f\n" : "%.2f,%.2f,%.3f,%.4f,%.2f,%d,%d,%.6f\n";
-                std::snprintf(row, sizeof row, format, x, 4100000 + draw(random) * 900, mag, draw(random) * 8 - 4, 80 + draw(random),
-                              static_cast<int>(draw(random) * 32000), i, draw(random));
+                char const* const format = layout == kSurvey ? "%.2f %.2f %.3f %.4f %.2f %d %d %.6f\n"
+                                                             : "%.2f,%.2f,%.3f,%.4f,%.2f,%d,%d,%.6f\n";
+                std::snprintf(row, sizeof row, format, x, 4100000 + draw(random) * 900, mag, draw(random) * 8 - 4,
+                              80 + draw(random), static_cast<int>(draw(random) * 32000), i, draw(random));
             }
         }
         text += row;
@@ -54,7 +59,8 @@ struct Sum : IAdaptedSink {
 
 void Report(benchmark::State& state, std::size_t bytes) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
-    state.counters["ns/byte"] = benchmark::Counter(static_cast<double>(bytes) * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["ns/byte"] = benchmark::Counter(
+        static_cast<double>(bytes) * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void BM_Inspection(benchmark::State& state) {

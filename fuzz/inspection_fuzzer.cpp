@@ -22,9 +22,11 @@ public:
         m_last = row.number;
         if (row.cells.size() != m_settings.columns.size()) fuzz::Broken("a cell for every column");
         for (AdaptedCell const& cell : row.cells) {
-            if (cell.what == AdaptedCell::What::Value && std::isnan(cell.value)) fuzz::Broken("a value that is a number");
+            if (cell.what == AdaptedCell::What::Value && std::isnan(cell.value))
+                fuzz::Broken("a value that is a number");
         }
-        bool const isPlain = row.mend.how == RowMend::How::None && row.source.find_first_of("\"'") == std::string_view::npos;
+        bool const isPlain =
+            row.mend.how == RowMend::How::None && row.source.find_first_of("\"'") == std::string_view::npos;
         if (isPlain && m_settings.reading->encoding != TextReading::Encoding::Latin1) Compare(row);
         return true;
     }
@@ -66,8 +68,9 @@ NORVA_FUZZ_TARGET(inspection) {
         return fuzz::CleanUp({"in.txt"});
     }
     InspectionCounts const& counts = found.counts;
-    std::uint64_t const told = counts.rows + counts.continued + counts.leftOut + counts.otherTable + counts.above + counts.markers +
-                               counts.comments + counts.rules + counts.blank + counts.namesAgain + counts.nothingAtEnd;
+    std::uint64_t const told = counts.rows + counts.continued + counts.leftOut + counts.otherTable + counts.above +
+                               counts.markers + counts.comments + counts.rules + counts.blank + counts.namesAgain +
+                               counts.nothingAtEnd;
     if (told != counts.lines) fuzz::Broken("every line is accounted for");
     if (found.Text().empty()) fuzz::Broken("a proposal without evidence");
     if (!CRowAdaptor::CanRead(found.settings)) fuzz::Broken("a proposal that can be read by");

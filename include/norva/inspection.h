@@ -13,12 +13,12 @@ namespace norva {
 
 /// What a person settles beforehand; all else is found out.
 struct InspectionOptions {
-    std::optional<std::string> dates{};        ///< "dmy", "mdy" or "ymd" where dates allow it
-    std::vector<double> noData{};              ///< numbers that stand for a missing value, however rare
-    std::vector<double> keep{};                ///< numbers that do not
-    std::vector<std::string> markerWords{};    ///< further words that start a line of the survey
-    std::optional<int> labelColumn{};          ///< column of the file whose changes start a line, from 0; -1: none
-    std::optional<char> separator{};           ///< as in TextReading
+    std::optional<std::string> dates{};      ///< "dmy", "mdy" or "ymd" where dates allow it
+    std::vector<double> noData{};            ///< numbers that stand for a missing value, however rare
+    std::vector<double> keep{};              ///< numbers that do not
+    std::vector<std::string> markerWords{};  ///< further words that start a line of the survey
+    std::optional<int> labelColumn{};        ///< column of the file whose changes start a line, from 0; -1: none
+    std::optional<char> separator{};         ///< as in TextReading
 };
 
 /// One choice and why it was made.
@@ -53,10 +53,10 @@ struct InspectedLine {
 /// Lines of the file, and what they are. They sum up to all lines.
 struct InspectionCounts {
     std::uint64_t lines = 0;
-    std::uint64_t rows = 0;      ///< that an import stores, in one or more lines each
-    std::uint64_t mended = 0;    ///< of the rows
-    std::uint64_t continued = 0; ///< lines that go on with a quoted text
-    std::uint64_t leftOut = 0;   ///< lines that suit the table in no reading
+    std::uint64_t rows = 0;       ///< that an import stores, in one or more lines each
+    std::uint64_t mended = 0;     ///< of the rows
+    std::uint64_t continued = 0;  ///< lines that go on with a quoted text
+    std::uint64_t leftOut = 0;    ///< lines that suit the table in no reading
     std::uint64_t otherTable = 0;
     std::uint64_t above = 0;  ///< names, units and text above the data
     std::uint64_t markers = 0;
@@ -74,8 +74,8 @@ struct Inspection {
     std::uint64_t headerLine = 0;  ///< line of the names, the last of them; 0: none
     std::uint64_t unitLine = 0;    ///< 0: none
     std::vector<InspectionFinding> findings{};
-    std::vector<InspectedLine> lines{};         ///< in the order of the file, the first thousand
-    std::vector<std::string> surveyLines{};     ///< labels of the first lines of the survey
+    std::vector<InspectedLine> lines{};      ///< in the order of the file, the first thousand
+    std::vector<std::string> surveyLines{};  ///< labels of the first lines of the survey
     InspectionCounts counts{};
     bool isTable = false;  ///< the file reads as rows of one table
 

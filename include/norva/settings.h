@@ -18,13 +18,13 @@ struct TextReading {
     enum class Encoding { Utf8, Latin1, Utf16Little, Utf16Big };
 
     Encoding encoding = Encoding::Utf8;
-    char separator = ' ';                     ///< ',', ';', '\t', '|', ' ' for runs of blanks and tabs, '\0' for one column
-    char quote = '\0';                        ///< '"', '\'' or none
-    bool backslashQuote = false;              ///< a quote inside of quotes is written \" and not doubled
-    bool quotesEveryRow = false;              ///< texts are quoted in nearly every row, so that a row without is odd
-    char decimalMark = '.';                   ///< '.' or ',' where most numbers have it; both are read but with ','
-    int width = 0;                            ///< cells of a row
-    bool trailingSeparator = false;           ///< every row ends in a separator
+    char separator = ' ';            ///< ',', ';', '\t', '|', ' ' for runs of blanks and tabs, '\0' for one column
+    char quote = '\0';               ///< '"', '\'' or none
+    bool backslashQuote = false;     ///< a quote inside of quotes is written \" and not doubled
+    bool quotesEveryRow = false;     ///< texts are quoted in nearly every row, so that a row without is odd
+    char decimalMark = '.';          ///< '.' or ',' where most numbers have it; both are read but with ','
+    int width = 0;                   ///< cells of a row
+    bool trailingSeparator = false;  ///< every row ends in a separator
     std::vector<std::string> commentMarks{};  ///< lines that begin so are comments
     std::vector<std::string> missing{};       ///< cells that stand for a missing value in every column, "" among them
     std::uint64_t firstDataLine = 1;          ///< line of the file, from 1

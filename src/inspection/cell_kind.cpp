@@ -22,7 +22,8 @@ bool TryNumber(std::string_view text, CellRules const& rules, std::string_view s
     char const c = text.front();
     if (!IsDigit(c) && c != '-' && c != '.' && c != '+' && c != ',') return false;
     if (!ScanNumberText(text, rules.marks, read.number)) return false;
-    if (read.number.length != text.size() && (suffix.empty() || text.substr(read.number.length) != suffix)) return false;
+    if (read.number.length != text.size() && (suffix.empty() || text.substr(read.number.length) != suffix))
+        return false;
     read.kind = CellKind::Number;
     return true;
 }
@@ -72,17 +73,22 @@ bool IsMissingMark(std::string_view text, MissingMark& mark) {
         std::string_view upper;
         MissingMark mark;
     };
-    static constexpr Word kWords[] = {{"NAN", MissingMark::NaN},     {"N/A", MissingMark::NSlashA},
-                                      {"NA", MissingMark::NA},       {"#N/A", MissingMark::HashNA},
-                                      {"NULL", MissingMark::Null},   {"NONE", MissingMark::None},
-                                      {"-", MissingMark::Dash},      {"--", MissingMark::TwoDashes},
-                                      {"---", MissingMark::ThreeDashes}, {"?", MissingMark::Question},
-                                      {"INF", MissingMark::Inf}};
+    static constexpr Word kWords[] = {
+        {"NAN", MissingMark::NaN},     {"N/A", MissingMark::NSlashA},  {"NA", MissingMark::NA},
+        {"#N/A", MissingMark::HashNA}, {"NULL", MissingMark::Null},    {"NONE", MissingMark::None},
+        {"-", MissingMark::Dash},      {"--", MissingMark::TwoDashes}, {"---", MissingMark::ThreeDashes},
+        {"?", MissingMark::Question},  {"INF", MissingMark::Inf}};
     switch (text.front()) {
         case '*':
             mark = MissingMark::Star;
             return text.find_first_not_of('*') == std::string_view::npos;
-        case 'n': case 'N': case '#': case '-': case '?': case 'i': case 'I':
+        case 'n':
+        case 'N':
+        case '#':
+        case '-':
+        case '?':
+        case 'i':
+        case 'I':
             for (Word const& word : kWords) {
                 if (!EqualsWord(text, word.upper)) continue;
                 mark = word.mark;
@@ -132,7 +138,7 @@ bool IsNumberSuffix(std::string_view text) {
 }
 
 CellKind KindOf(ColumnLook::Kind kind) {
-    static constexpr std::array kKinds = {CellKind::Missing, CellKind::Text, CellKind::Number,  CellKind::Date,
+    static constexpr std::array kKinds = {CellKind::Missing, CellKind::Text,     CellKind::Number,  CellKind::Date,
                                           CellKind::Time,    CellKind::DateTime, CellKind::Position};
     return kKinds[static_cast<std::size_t>(kind)];
 }

@@ -15,7 +15,20 @@ inline constexpr int kCellKinds = 7;
 
 /// How a missing value is written; numbers that stand for one are not among these.
 enum class MissingMark : unsigned char {
-    Empty, Star, NaN, NSlashA, NA, HashNA, Null, None, Dash, TwoDashes, ThreeDashes, Question, Inf, Count
+    Empty,
+    Star,
+    NaN,
+    NSlashA,
+    NA,
+    HashNA,
+    Null,
+    None,
+    Dash,
+    TwoDashes,
+    ThreeDashes,
+    Question,
+    Inf,
+    Count
 };
 
 struct CellRead {
@@ -35,7 +48,8 @@ struct CellRules {
 };
 
 /// What the cell reads as; the reading that `expected` names is tried first. `suffix` may stand behind a number.
-void ReadCell(std::string_view text, CellRules const& rules, CellKind expected, std::string_view suffix, CellRead& read);
+void ReadCell(std::string_view text, CellRules const& rules, CellKind expected, std::string_view suffix,
+              CellRead& read);
 
 /// Whether the text is a sign or a unit that may stand behind every number of a column.
 bool IsNumberSuffix(std::string_view text);
@@ -43,6 +57,8 @@ bool IsNumberSuffix(std::string_view text);
 /// The kind of cell that a column is made of; Missing for an empty column.
 CellKind KindOf(ColumnLook::Kind kind);
 ColumnLook::Kind LookOf(CellKind kind);
-inline bool IsTyped(CellKind kind) { return kind >= CellKind::Number; }
+inline bool IsTyped(CellKind kind) {
+    return kind >= CellKind::Number;
+}
 
 }  // namespace norva

@@ -12,9 +12,8 @@ namespace norva {
 namespace {
 
 constexpr std::size_t kShownText = 60;
-constexpr std::uint64_t kNines[] = {0,         9,          99,          999,          9999,          99999,
-                                    999999,    9999999,    99999999,    999999999,    9999999999,    99999999999,
-                                    999999999999};
+constexpr std::uint64_t kNines[] = {0,       9,        99,        999,        9999,        99999,       999999,
+                                    9999999, 99999999, 999999999, 9999999999, 99999999999, 999999999999};
 constexpr std::uint64_t kTens[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
 
 bool IsCompactDay(NumberText const& number, Day& day) {
@@ -68,7 +67,9 @@ bool HasDummyShape(NumberText const& number) {
         if (isNines) return number.isNegative || number.count - decimals >= 4;
     }
     // "9.9" and "0.99" are ordinary; "99.99" and "999" with a sign are not.
-    if (isNines) return decimals == 0 ? number.isNegative || number.count >= 4 : number.count >= 4 && number.count - decimals >= 2;
+    if (isNines)
+        return decimals == 0 ? number.isNegative || number.count >= 4
+                             : number.count >= 4 && number.count - decimals >= 2;
     if (!number.isNegative) return false;
     if (number.digits == 99925 && decimals == 2) return true;
     return decimals == 0 && (number.digits == 32768 || number.digits == 2147483648U);
@@ -208,8 +209,8 @@ bool CColumnFacts::AddDummy(std::string_view text, NumberText const& number, std
         return true;
     }
     if (dummies.size() == kMostDummies) return false;
-    dummies.push_back({value, std::string(text.substr(0, number.length)), 1, line, number.SignificantDigits(), number.decimals,
-                       number.IsWhole()});
+    dummies.push_back({value, std::string(text.substr(0, number.length)), 1, line, number.SignificantDigits(),
+                       number.decimals, number.IsWhole()});
     return true;
 }
 
@@ -235,7 +236,11 @@ void CColumnFacts::AddDate(DateText const& date, std::string_view text, std::uin
         OrderFacts& facts = byOrder[i];
         if (facts.days++ > 0) {
             std::int64_t const step = day - facts.previous;
-            ++(step < 0 ? facts.back : step == 0 ? facts.same : step <= 3 ? facts.near : step >= 27 ? facts.far : facts.other);
+            ++(step < 0     ? facts.back
+               : step == 0  ? facts.same
+               : step <= 3  ? facts.near
+               : step >= 27 ? facts.far
+                            : facts.other);
         }
         facts.previous = day;
     }

@@ -57,8 +57,8 @@ struct OrderFacts {
     std::int64_t previous = 0;
     std::uint64_t days = 0;
     std::uint64_t same = 0;
-    std::uint64_t near = 0;   ///< 1 to 3 days
-    std::uint64_t far = 0;    ///< 27 days and more
+    std::uint64_t near = 0;  ///< 1 to 3 days
+    std::uint64_t far = 0;   ///< 27 days and more
     std::uint64_t other = 0;
     std::uint64_t back = 0;
 };
@@ -100,8 +100,8 @@ public:
     bool hasExponent = false;
     CellSeen needsMostDigits;
     CellSeen firstDecimal;
-    CellSeen leadingZero;         ///< of whole numbers
-    bool padsDecimals = false;    ///< "000142.5"
+    CellSeen leadingZero;       ///< of whole numbers
+    bool padsDecimals = false;  ///< "000142.5"
     std::vector<DummySeen> dummies;
     bool isCompactDate = true;    ///< every number is YYYYMMDD
     bool isCompactTime = true;    ///< every number is HHMMSS

@@ -48,7 +48,8 @@ struct Tally {
         if (present == 0) return look;
         look.kind = ColumnLook::Kind::Text;
         for (int kind = static_cast<int>(CellKind::Number); kind < kCellKinds; ++kind) {
-            if (kinds[static_cast<std::size_t>(kind)] * 5 >= present * 4) look.kind = LookOf(static_cast<CellKind>(kind));
+            if (kinds[static_cast<std::size_t>(kind)] * 5 >= present * 4)
+                look.kind = LookOf(static_cast<CellKind>(kind));
         }
         if (look.kind != ColumnLook::Kind::Text) return look;
         std::size_t const numbers = kinds[static_cast<std::size_t>(CellKind::Number)];

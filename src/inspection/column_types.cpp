@@ -42,7 +42,13 @@ class CColumnPlanner {
 public:
     CColumnPlanner(CColumnFacts const& facts, ColumnLook const& look, int source, ColumnNaming const& naming,
                    MissingNumbers const& missing, TextReading const& reading, InspectionOptions const& options)
-        : m_facts(facts), m_look(look), m_source(source), m_naming(naming), m_missing(missing), m_reading(reading), m_options(options) {}
+        : m_facts(facts),
+          m_look(look),
+          m_source(source),
+          m_naming(naming),
+          m_missing(missing),
+          m_reading(reading),
+          m_options(options) {}
 
     ColumnPlan Run() {
         Decide();
@@ -55,14 +61,20 @@ private:
         std::uint64_t const present = m_facts.Present();
         if (present == 0) return NoValues();
         if (m_naming.isLabel) return Text("names the lines of the survey");
-        for (CellKind const kind : {CellKind::Number, CellKind::Date, CellKind::Time, CellKind::DateTime, CellKind::Position}) {
+        for (CellKind const kind :
+             {CellKind::Number, CellKind::Date, CellKind::Time, CellKind::DateTime, CellKind::Position}) {
             if (!IsMadeOf(kind)) continue;
             switch (kind) {
-                case CellKind::Number: return Numbers();
-                case CellKind::Date: return Dates(false);
-                case CellKind::Time: return Times();
-                case CellKind::DateTime: return Dates(true);
-                default: return Positions();
+                case CellKind::Number:
+                    return Numbers();
+                case CellKind::Date:
+                    return Dates(false);
+                case CellKind::Time:
+                    return Times();
+                case CellKind::DateTime:
+                    return Dates(true);
+                default:
+                    return Positions();
             }
         }
         Texts();
@@ -128,7 +140,8 @@ private:
 
     void TellSpoilt(CellKind kind) {
         for (std::size_t other = 0; other < m_facts.odd.size(); ++other) {
-            if (other == static_cast<std::size_t>(kind) || other == static_cast<std::size_t>(CellKind::Missing)) continue;
+            if (other == static_cast<std::size_t>(kind) || other == static_cast<std::size_t>(CellKind::Missing))
+                continue;
             for (CellSeen const& seen : m_facts.odd[other]) {
                 m_plan.spoilt.push_back({seen.line, seen.line, InspectedLine::What::SpoiltCell, seen.text,
                                          m_naming.name + ": \"" + seen.text + "\" is read as a missing value"});
@@ -136,7 +149,8 @@ private:
         }
         std::uint64_t const others = m_facts.Present() - m_facts.Count(kind);
         if (others > m_plan.spoilt.size()) {
-            Say("", Counted(others, "cell") + " read as missing values, the first " + std::to_string(m_plan.spoilt.size()) + " listed");
+            Say("", Counted(others, "cell") + " read as missing values, the first " +
+                        std::to_string(m_plan.spoilt.size()) + " listed");
         }
     }
 
@@ -148,7 +162,8 @@ private:
 
     void NoValues() {
         // Empty cells say nothing; marks that stand among numbers do.
-        bool const hasMark = m_facts.Count(CellKind::Missing) > m_facts.marks[static_cast<std::size_t>(MissingMark::Empty)];
+        bool const hasMark =
+            m_facts.Count(CellKind::Missing) > m_facts.marks[static_cast<std::size_t>(MissingMark::Empty)];
         if (hasMark) {
             Add(DataType::kFloat, ColumnReading::Form::Plain);
             return Say("single", "no value in any row" + MissingText());
@@ -172,20 +187,23 @@ private:
         for (int kind = static_cast<int>(CellKind::Number); kind < kCellKinds; ++kind) {
             if (m_facts.Count(static_cast<CellKind>(kind)) > m_facts.Count(most)) most = static_cast<CellKind>(kind);
         }
-        static constexpr std::string_view kPlural[] = {"", "", "numbers", "dates", "times", "dates with times", "positions"};
+        static constexpr std::string_view kPlural[] = {"",         "", "numbers", "dates", "times", "dates with times",
+                                                       "positions"};
         std::uint64_t const count = m_facts.Count(most);
         if (count * 2 < present) {
             // Only an empty cell and stars are no text here: sodium is Na.
             auto const marks = [&](MissingMark mark) { return m_facts.marks[static_cast<std::size_t>(mark)]; };
-            return Text("the longest of " + Counted(m_facts.rows - marks(MissingMark::Empty) - marks(MissingMark::Star), "text"));
+            return Text("the longest of " +
+                        Counted(m_facts.rows - marks(MissingMark::Empty) - marks(MissingMark::Star), "text"));
         }
         CellSeen other;
         for (std::size_t kind = 1; kind < m_facts.firsts.size(); ++kind) {
             CellSeen const& first = m_facts.firsts[kind];
-            if (kind != static_cast<std::size_t>(most) && first.IsSet() && (!other.IsSet() || first.line < other.line)) other = first;
+            if (kind != static_cast<std::size_t>(most) && first.IsSet() && (!other.IsSet() || first.line < other.line))
+                other = first;
         }
-        Text(std::to_string(count) + " of " + std::to_string(present) + " are " + std::string(kPlural[static_cast<std::size_t>(most)]) + ", " +
-                 SeenText(other) + " is none",
+        Text(std::to_string(count) + " of " + std::to_string(present) + " are " +
+                 std::string(kPlural[static_cast<std::size_t>(most)]) + ", " + SeenText(other) + " is none",
              true);
     }
 
@@ -235,7 +253,9 @@ private:
     void WholeNumbers(ValueRange const& range) {
         double const largest = std::max(std::fabs(range.low), std::fabs(range.high));
         if (largest >= kMostWhole) return Text("whole numbers of more digits than a double holds");
-        int const type = largest <= 32766 ? DataType::kShort : largest < 2147483647.0 ? DataType::kLong : DataType::kDouble;
+        int const type = largest <= 32766         ? DataType::kShort
+                         : largest < 2147483647.0 ? DataType::kLong
+                                                  : DataType::kDouble;
         Add(type, ColumnReading::Form::Plain);
         AddMissing();
         std::string evidence = NumbersText("whole number") + ", ";
@@ -271,7 +291,8 @@ private:
             Say("", "every number reads as a date YYYYMMDD as well", true, "--column '" + name + ":type=date'");
             return true;
         }
-        if (m_facts.isCompactTime && NameHas(name, {"TIME", "HHMMSS", "HMS", "UTC", "GMT", "CLOCK", "HORA"}) && range.high > 86400) {
+        if (m_facts.isCompactTime && NameHas(name, {"TIME", "HHMMSS", "HMS", "UTC", "GMT", "CLOCK", "HORA"}) &&
+            range.high > 86400) {
             AddTime(ColumnReading::Form::CompactTime, static_cast<int>(m_facts.mostDecimals), true);
             Say("time", "HHMMSS by the name of the column; every minute and second is below 60" + MissingText());
             AddMissing();
@@ -288,7 +309,8 @@ private:
         bool const isLatitude = NameHas(name, {"LAT"});
         bool const isLongitude = NameHas(name, {"LON"});
         double const largest = std::max(std::fabs(range.low), std::fabs(range.high));
-        if ((isLatitude || isLongitude) && m_facts.isPackedMinutes && largest > 180 && largest <= (isLatitude ? 9000 : 18000)) {
+        if ((isLatitude || isLongitude) && m_facts.isPackedMinutes && largest > 180 &&
+            largest <= (isLatitude ? 9000 : 18000)) {
             Geographic(ColumnReading::Form::PackedMinutes, static_cast<int>(m_facts.mostDecimals));
             Say("degrees", "ddmm.mmmm by the name of the column; all minutes are below 60" + MissingText(), true,
                 "--column '" + name + ":type=double'");
@@ -303,8 +325,10 @@ private:
 
     void CompactDates(bool isDoubt) {
         AddDate(ColumnReading::Form::CompactDate, kYearFirst, '-', false);
-        Say("YYYYMMDD", std::string(isDoubt ? "every number is a day within three years" : "by the name of the column; every number is a day") +
-                            MissingText(),
+        Say("YYYYMMDD",
+            std::string(isDoubt ? "every number is a day within three years"
+                                : "by the name of the column; every number is a day") +
+                MissingText(),
             isDoubt, isDoubt ? "--column '" + m_naming.name + ":type=long'" : "");
         AddMissing();
     }
@@ -318,7 +342,8 @@ private:
         m_plan.channels.back().channel.name += "_time";
         m_plan.channels.back().reading.epochDivisor = divisor;
         AddMissing();
-        Say("date, time", std::string(divisor == 1000 ? "milliseconds" : "seconds") + " since 1970 by the name of the column, in UTC" + MissingText());
+        Say("date, time", std::string(divisor == 1000 ? "milliseconds" : "seconds") +
+                              " since 1970 by the name of the column, in UTC" + MissingText());
     }
 
     void AddDate(ColumnReading::Form form, unsigned order, char separator, bool isShortYear) {
@@ -338,15 +363,17 @@ private:
     void Dates(bool hasTime) {
         DateOrder const order = FindDateOrder(m_facts, m_options.dates);
         if (order.order == 0) {
-            return Text("dates in different orders: " + SeenText(m_facts.byOrder[0].excludedBy) + " has no day first, " +
-                            SeenText(m_facts.byOrder[1].excludedBy) + " no month first",
+            return Text("dates in different orders: " + SeenText(m_facts.byOrder[0].excludedBy) +
+                            " has no day first, " + SeenText(m_facts.byOrder[1].excludedBy) + " no month first",
                         true);
         }
         using Form = ColumnReading::Form;
         bool const isNamed = m_facts.dateForms[0] == 0 && m_facts.dateForms[1] > 0;
         bool const isDayOfYear = m_facts.dateForms[0] == 0 && !isNamed;
         char const separator = isNamed || isDayOfYear ? '-' : m_facts.dateSeparator;
-        AddDate(hasTime ? Form::DateTime : isDayOfYear ? Form::DayOfYear : Form::Date,
+        AddDate(hasTime       ? Form::DateTime
+                : isDayOfYear ? Form::DayOfYear
+                              : Form::Date,
                 isDayOfYear ? kYearFirst : order.order, separator, m_facts.hasShortYear && !isNamed);
         if (hasTime) {
             m_plan.channels.back().channel.name += "_date";
@@ -354,8 +381,12 @@ private:
             m_plan.channels.back().channel.name += "_time";
             m_plan.channels.back().reading.order = OrderName(order.order);
         }
-        std::string choice = isNamed ? "DD-MMM-YYYY" : isDayOfYear ? "YYYY-DDD" : DateFormText(order.order, separator, m_facts.hasShortYear);
-        if (isNamed && m_facts.First(hasTime ? CellKind::DateTime : CellKind::Date).text.find_first_of("0123456789") != 0) choice = "MMM DD YYYY";
+        std::string choice = isNamed       ? "DD-MMM-YYYY"
+                             : isDayOfYear ? "YYYY-DDD"
+                                           : DateFormText(order.order, separator, m_facts.hasShortYear);
+        if (isNamed &&
+            m_facts.First(hasTime ? CellKind::DateTime : CellKind::Date).text.find_first_of("0123456789") != 0)
+            choice = "MMM DD YYYY";
         if (hasTime) choice += " time";
         std::string evidence = order.evidence + MissingText();
         if (hasTime) evidence += "; a date and a time channel";
@@ -370,7 +401,10 @@ private:
         Say(std::move(choice), std::move(evidence), order.isDoubt, std::move(option));
         std::uint64_t const cells = m_facts.Count(CellKind::DateTime);
         if (hasTime && m_facts.zoned > 0 && m_facts.zoned < cells) {
-            Say("", "only " + std::to_string(m_facts.zoned) + " of " + std::to_string(cells) + " have a zone; the others are taken for UTC", true);
+            Say("",
+                "only " + std::to_string(m_facts.zoned) + " of " + std::to_string(cells) +
+                    " have a zone; the others are taken for UTC",
+                true);
         }
         TellSpoilt(hasTime ? CellKind::DateTime : CellKind::Date);
     }
@@ -405,7 +439,8 @@ private:
         for (MissingNumbers::Doubt const& doubt : m_missing.doubts) {
             std::string option;
             option = "--no-data " + doubt.dummy.text;
-            Say(doubt.dummy.text, "line " + std::to_string(doubt.dummy.line) + ": " + doubt.reason + "; kept", true, std::move(option));
+            Say(doubt.dummy.text, "line " + std::to_string(doubt.dummy.line) + ": " + doubt.reason + "; kept", true,
+                std::move(option));
         }
     }
 

@@ -87,16 +87,19 @@ DateOrder FindDateOrder(CColumnFacts const& facts, std::optional<std::string> co
         if ((orders & order) == 0 || !GoesOnSteadily(facts.byOrder[IndexOf(order)])) continue;
         bool othersJump = true;
         for (unsigned const other : kDateOrderBits) {
-            if (other != order && (orders & other) != 0) othersJump = othersJump && Jumps(facts.byOrder[IndexOf(other)]);
+            if (other != order && (orders & other) != 0)
+                othersJump = othersJump && Jumps(facts.byOrder[IndexOf(other)]);
         }
         if (!othersJump) continue;
         OrderFacts const& steps = facts.byOrder[IndexOf(order)];
         found.order = order;
-        found.evidence = "days go on from row to row: " + std::to_string(steps.near) + " steps of 1 to 3 days, none back; otherwise";
+        found.evidence =
+            "days go on from row to row: " + std::to_string(steps.near) + " steps of 1 to 3 days, none back; otherwise";
         for (unsigned const other : kDateOrderBits) {
             if (other == order || (orders & other) == 0) continue;
             OrderFacts const& rival = facts.byOrder[IndexOf(other)];
-            found.evidence += " " + std::to_string(rival.far) + " steps of 27 days and more, " + std::to_string(rival.back) + " back";
+            found.evidence +=
+                " " + std::to_string(rival.far) + " steps of 27 days and more, " + std::to_string(rival.back) + " back";
         }
         return found;
     }
@@ -105,10 +108,11 @@ DateOrder FindDateOrder(CColumnFacts const& facts, std::optional<std::string> co
     found.isDoubt = true;
     unsigned const rival = found.rivals & (~found.rivals + 1);
     DateText date;
-    ReadDateText(std::string_view(facts.differsFirst.text).substr(0, facts.differsFirst.text.find_first_of(" T")), date);
-    found.evidence = "every row fits " + DateFormText(rival, facts.dateSeparator, facts.hasShortYear) + " as well; line " +
-                     std::to_string(facts.differsFirst.line) + ": " + LongDate(DayOf(date, found.order)) + " or " +
-                     LongDate(DayOf(date, rival));
+    ReadDateText(std::string_view(facts.differsFirst.text).substr(0, facts.differsFirst.text.find_first_of(" T")),
+                 date);
+    found.evidence = "every row fits " + DateFormText(rival, facts.dateSeparator, facts.hasShortYear) +
+                     " as well; line " + std::to_string(facts.differsFirst.line) + ": " +
+                     LongDate(DayOf(date, found.order)) + " or " + LongDate(DayOf(date, rival));
     return found;
 }
 

@@ -33,8 +33,9 @@ std::size_t TakeDigits(std::string_view& text, std::size_t most, int& number) {
 
 /// A month's name, three letters or whole; 0 for none.
 int TakeMonth(std::string_view& text) {
-    static constexpr std::string_view kMonths[] = {"JANUARY", "FEBRUARY", "MARCH",     "APRIL",   "MAY",      "JUNE",
-                                                   "JULY",    "AUGUST",   "SEPTEMBER", "OCTOBER", "NOVEMBER", "DECEMBER"};
+    static constexpr std::string_view kMonths[] = {"JANUARY",   "FEBRUARY", "MARCH",    "APRIL",
+                                                   "MAY",       "JUNE",     "JULY",     "AUGUST",
+                                                   "SEPTEMBER", "OCTOBER",  "NOVEMBER", "DECEMBER"};
     std::size_t letters = 0;
     while (letters < text.size() && ((text[letters] | 0x20) >= 'a' && (text[letters] | 0x20) <= 'z')) ++letters;
     if (letters < 3 || letters > 9) return 0;

@@ -41,11 +41,21 @@ void CFilePass::Line(LineView const& line) {
             ++counts.markers;
             if (labels.size() < kMostLabels) labels.emplace_back(line.label);
             return;
-        case TableLine::Comment: ++counts.comments; return;
-        case TableLine::Rule: ++counts.rules; return;
-        case TableLine::Blank: ++counts.blank; return;
-        case TableLine::Above: ++counts.above; return;
-        case TableLine::NothingAtEnd: ++counts.nothingAtEnd; return;
+        case TableLine::Comment:
+            ++counts.comments;
+            return;
+        case TableLine::Rule:
+            ++counts.rules;
+            return;
+        case TableLine::Blank:
+            ++counts.blank;
+            return;
+        case TableLine::Above:
+            ++counts.above;
+            return;
+        case TableLine::NothingAtEnd:
+            ++counts.nothingAtEnd;
+            return;
         case TableLine::NamesAgain:
             if (counts.namesAgain++ == 0) firstNamesAgain = line.number;
             return;
@@ -64,7 +74,8 @@ void CFilePass::Line(LineView const& line) {
                 lines.back().last = line.number;
             } else {
                 ++otherTables;
-                List({line.number, line.number, InspectedLine::What::OtherTable, std::string(line.text.substr(0, kShownText)),
+                List({line.number, line.number, InspectedLine::What::OtherTable,
+                      std::string(line.text.substr(0, kShownText)),
                       "another table of " + std::to_string(line.parts) + (line.parts == 1 ? " column" : " columns")});
             }
             m_lastOfOtherTable = line.number;

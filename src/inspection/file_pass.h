@@ -20,9 +20,9 @@ public:
 
     std::vector<CColumnFacts> columns;
     InspectionCounts counts;
-    std::vector<InspectedLine> lines;       ///< the first ones
-    std::vector<std::string> labels;        ///< the first ones
-    std::vector<std::string> oddTexts;      ///< lines that were left out, for a second look at the file
+    std::vector<InspectedLine> lines;   ///< the first ones
+    std::vector<std::string> labels;    ///< the first ones
+    std::vector<std::string> oddTexts;  ///< lines that were left out, for a second look at the file
     std::uint64_t rowsBeforeMarker = 0;
     std::uint64_t otherTables = 0;
     std::uint64_t firstNamesAgain = 0;

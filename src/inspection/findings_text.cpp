@@ -18,7 +18,8 @@ void AppendField(std::string& out, std::string_view text, std::size_t width) {
 }  // namespace
 
 std::size_t Inspection::Doubts() const {
-    return static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), [](auto const& finding) { return finding.isDoubt; }));
+    return static_cast<std::size_t>(
+        std::count_if(findings.begin(), findings.end(), [](auto const& finding) { return finding.isDoubt; }));
 }
 
 std::string Inspection::Text() const {
@@ -32,11 +33,13 @@ std::string Inspection::Text() const {
     }
     for (std::size_t i = 0; i < lines.size() && i < kShownLines; ++i) {
         InspectedLine const& line = lines[i];
-        std::string subject = line.last > line.line ? "? lines " + std::to_string(line.line) + " to " + std::to_string(line.last)
-                                                    : "? line " + std::to_string(line.line);
+        std::string subject = line.last > line.line
+                                  ? "? lines " + std::to_string(line.line) + " to " + std::to_string(line.last)
+                                  : "? line " + std::to_string(line.line);
         AppendField(text, subject, kSubjectWidth + kChoiceWidth);
         text += line.reason;
-        if (line.what == InspectedLine::What::LeftOut || line.what == InspectedLine::What::OtherTable) text += "; not stored";
+        if (line.what == InspectedLine::What::LeftOut || line.what == InspectedLine::What::OtherTable)
+            text += "; not stored";
         text += '\n';
     }
     std::uint64_t const more = lines.size() > kShownLines ? lines.size() - kShownLines : 0;

@@ -57,10 +57,15 @@ bool LooksTyped(std::string_view text) {
 class CHeaderSearch {
 public:
     CHeaderSearch(Sample const& sample, TextReading const& reading, std::vector<ColumnLook>& looks)
-        : m_sample(sample), m_reading(reading), m_looks(looks), m_rule(SplitRuleOf(reading)), m_cells(CellRulesOf(reading)) {}
+        : m_sample(sample),
+          m_reading(reading),
+          m_looks(looks),
+          m_rule(SplitRuleOf(reading)),
+          m_cells(CellRulesOf(reading)) {}
 
     HeaderChoice Run() {
-        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
+        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(),
+                                         [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
         std::size_t const first = isTyped ? FirstTypedRow() : FirstRowOfTexts();
         FindNames(first);
         PlaceData(first);
@@ -83,7 +88,8 @@ private:
     }
 
     bool IsData(std::string_view line) {
-        if (IsComment(line, m_reading.commentMarks) || SplitLine(line, m_rule, m_parts) || m_parts.size() != m_looks.size()) {
+        if (IsComment(line, m_reading.commentMarks) || SplitLine(line, m_rule, m_parts) ||
+            m_parts.size() != m_looks.size()) {
             return false;
         }
         std::size_t typed = 0;
@@ -156,7 +162,8 @@ private:
         }
         if (isComment) readings.push_back(SplitAtHyphens(text));
         std::stable_partition(readings.begin(), readings.end(), [](Names const& names) {
-            return std::none_of(names.begin(), names.end(), [](std::string const& name) { return name.ends_with(','); });
+            return std::none_of(names.begin(), names.end(),
+                                [](std::string const& name) { return name.ends_with(','); });
         });
         return readings;
     }
@@ -182,7 +189,8 @@ private:
     /// A row of units leaves the places of columns without one empty.
     std::optional<Names> UnitsIn(std::string_view line, std::size_t width) {
         for (Names& names : Readings(line)) {
-            bool const isFilled = std::any_of(names.begin(), names.end(), [](std::string const& name) { return !name.empty(); });
+            bool const isFilled =
+                std::any_of(names.begin(), names.end(), [](std::string const& name) { return !name.empty(); });
             if (names.size() == width && isFilled && AreUnits(names)) return std::move(names);
         }
         return {};
@@ -244,8 +252,10 @@ private:
             // Names over groups of columns leave most places empty.
             SplitLine(m_sample.lines[index - 1].text, m_rule, m_parts);
             Names const texts = TextsOf(m_parts);
-            bool const isText = std::none_of(texts.begin(), texts.end(), [](std::string const& text) { return LooksTyped(text); });
-            bool const isFilled = std::count_if(texts.begin(), texts.end(), [](auto const& text) { return !text.empty(); }) >= 2;
+            bool const isText =
+                std::none_of(texts.begin(), texts.end(), [](std::string const& text) { return LooksTyped(text); });
+            bool const isFilled =
+                std::count_if(texts.begin(), texts.end(), [](auto const& text) { return !text.empty(); }) >= 2;
             if (texts.size() == names.size() && isText && isFilled && m_reading.separator != ' ') upper = texts;
         }
         if (!upper || AreUnits(*upper)) return;
@@ -263,7 +273,8 @@ private:
         m_below = first;
         m_top = first;
         std::size_t const width = m_looks.size();
-        bool const endsEmpty = width > 1 && m_looks.back().kind == ColumnLook::Kind::Empty && m_reading.separator != ' ';
+        bool const endsEmpty =
+            width > 1 && m_looks.back().kind == ColumnLook::Kind::Empty && m_reading.separator != ' ';
         if (Search(first, width)) {
             if (endsEmpty && m_choice.names.back().empty()) DropLast();
         } else if (endsEmpty && Search(first, width - 1)) {
@@ -306,7 +317,8 @@ private:
         std::size_t begin = m_choice.nameLines.empty() ? first : m_below;
         while (begin < first) {
             SplitLine(m_sample.lines[begin].text, m_rule, m_parts);
-            bool const isNothing = std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) { return part.text.empty(); });
+            bool const isNothing =
+                std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) { return part.text.empty(); });
             if (!isNothing && !IsSkipped(m_sample.lines[begin].text)) break;
             ++begin;
         }

@@ -112,11 +112,13 @@ private:
             m_reading.separator = '\0';
         }
         if (width > kMostColumns) {
-            reason = "Couldn't read the file : " + m_path + "\nIts lines have more than " + Number(kMostColumns) + " columns.";
+            reason = "Couldn't read the file : " + m_path + "\nIts lines have more than " + Number(kMostColumns) +
+                     " columns.";
             return false;
         }
         FindOtherMarkers(width);
-        m_looks = FindColumnLooks(voters, SplitRuleOf(m_reading), CellRulesOf(m_reading), width, m_reading.quotesEveryRow);
+        m_looks =
+            FindColumnLooks(voters, SplitRuleOf(m_reading), CellRulesOf(m_reading), width, m_reading.quotesEveryRow);
         m_header = FindHeader(m_sample, m_reading, m_looks);
         m_reading.trailingSeparator = m_header.trailingSeparator;
         m_reading.firstDataLine = m_header.firstDataLine;
@@ -134,7 +136,8 @@ private:
         std::string_view word;
         std::string_view label;
         for (SampleLine const& line : m_sample.lines) {
-            if (IsComment(line.text, m_reading.commentMarks) || IsMarker(line.text, m_reading.markerWords, label)) continue;
+            if (IsComment(line.text, m_reading.commentMarks) || IsMarker(line.text, m_reading.markerWords, label))
+                continue;
             if (!LooksLikeMarker(line.text, word, label)) continue;
             SplitLine(line.text, SplitRuleOf(m_reading), parts);
             if (parts.size() == width) continue;
@@ -150,7 +153,8 @@ private:
 
     bool Pass(std::string& reason) {
         m_pass = std::make_unique<CFilePass>(m_looks.size(), m_options);
-        for (std::size_t const candidate : FindLabelCandidates(m_header.names)) m_pass->columns[candidate].TrackLabels();
+        for (std::size_t const candidate : FindLabelCandidates(m_header.names))
+            m_pass->columns[candidate].TrackLabels();
         if (m_options.labelColumn && *m_options.labelColumn >= 0 &&
             static_cast<std::size_t>(*m_options.labelColumn) < m_pass->columns.size()) {
             m_pass->columns[static_cast<std::size_t>(*m_options.labelColumn)].TrackLabels();
@@ -186,15 +190,15 @@ private:
 
         /// Cells that agree as they stand. Words alone agree easily: a text in sentences is a table of them.
         double Worth() const {
-            auto const typed = std::count_if(looks.begin(), looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
+            auto const typed = std::count_if(looks.begin(), looks.end(),
+                                             [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
             auto const others = static_cast<std::ptrdiff_t>(looks.size()) - typed;
-            return static_cast<double>(pass->counts.rows - pass->counts.mended) * (static_cast<double>(typed) + 0.1 * static_cast<double>(others));
+            return static_cast<double>(pass->counts.rows - pass->counts.mended) *
+                   (static_cast<double>(typed) + 0.1 * static_cast<double>(others));
         }
     };
 
-    Reading TakeReading() {
-        return {m_reading, m_looks, m_header, m_separators, m_otherMarkers, std::move(m_pass)};
-    }
+    Reading TakeReading() { return {m_reading, m_looks, m_header, m_separators, m_otherMarkers, std::move(m_pass)}; }
 
     void PutReading(Reading& reading) {
         m_reading = std::move(reading.reading);
@@ -211,7 +215,9 @@ private:
         std::vector<std::string> const odd = m_pass->oddTexts;
         std::vector<std::string_view> const all = Voters();
         std::vector<std::vector<std::string_view>> looks = {{odd.begin(), odd.end()}};
-        if (m_sample.isWhole) looks.emplace_back(all.end() - static_cast<std::ptrdiff_t>(std::max<std::size_t>(1, all.size() / 10)), all.end());
+        if (m_sample.isWhole)
+            looks.emplace_back(all.end() - static_cast<std::ptrdiff_t>(std::max<std::size_t>(1, all.size() / 10)),
+                               all.end());
         Reading best = TakeReading();
         TextReading const marks = best.reading;
         for (std::vector<std::string_view> const& voters : looks) {
@@ -226,12 +232,15 @@ private:
         return true;
     }
 
-    void Say(std::string subject, std::string choice, std::string evidence, bool isDoubt = false, std::string option = {}) {
-        m_result.findings.push_back({std::move(subject), std::move(choice), std::move(evidence), isDoubt, std::move(option)});
+    void Say(std::string subject, std::string choice, std::string evidence, bool isDoubt = false,
+             std::string option = {}) {
+        m_result.findings.push_back(
+            {std::move(subject), std::move(choice), std::move(evidence), isDoubt, std::move(option)});
     }
 
     void Conclude() {
-        if (m_reading.encoding == TextReading::Encoding::Utf8 && m_noUtf8.IsSet()) m_reading.encoding = TextReading::Encoding::Latin1;
+        if (m_reading.encoding == TextReading::Encoding::Utf8 && m_noUtf8.IsSet())
+            m_reading.encoding = TextReading::Encoding::Latin1;
         TellBytes();
         TellSeparator();
         TellDecimalMark();
@@ -257,12 +266,19 @@ private:
             case TextReading::Encoding::Latin1: {
                 static constexpr char kHex[] = "0123456789ABCDEF";
                 auto const byte = static_cast<unsigned char>(m_noUtf8.text.front());
-                Say("encoding", "Latin-1", std::string("byte ") + kHex[byte >> 4] + kHex[byte & 15] + " in line " + Number(m_noUtf8.line) + " is no UTF-8");
+                Say("encoding", "Latin-1",
+                    std::string("byte ") + kHex[byte >> 4] + kHex[byte & 15] + " in line " + Number(m_noUtf8.line) +
+                        " is no UTF-8");
                 break;
             }
-            case TextReading::Encoding::Utf16Little: Say("encoding", "UTF-16", "by its mark, low byte first"); break;
-            case TextReading::Encoding::Utf16Big: Say("encoding", "UTF-16", "by its mark, high byte first"); break;
-            default: break;
+            case TextReading::Encoding::Utf16Little:
+                Say("encoding", "UTF-16", "by its mark, low byte first");
+                break;
+            case TextReading::Encoding::Utf16Big:
+                Say("encoding", "UTF-16", "by its mark, high byte first");
+                break;
+            default:
+                break;
         }
         if (m_nulLine != 0) Say("encoding", "", "line " + Number(m_nulLine) + " holds a NUL byte", true);
     }
@@ -273,7 +289,8 @@ private:
             Say("separator", "none", "no character separates the lines into parts that read");
             return;
         }
-        std::string evidence = Number(best.parts) + " parts in " + Number(best.rows) + " of " + Number(m_separators.voters) + " lines";
+        std::string evidence =
+            Number(best.parts) + " parts in " + Number(best.rows) + " of " + Number(m_separators.voters) + " lines";
         SeparatorScore const* const rival = m_separators.Rival();
         bool isNear = false;
         if (rival != nullptr) {
@@ -281,11 +298,13 @@ private:
             isNear = rival->parts != best.parts && rival->score > kRivalIsNear * best.score;
         }
         if (m_isSecondLook) evidence += "; found in a second pass, by the lines that did not agree in the first";
-        Say("separator", std::string(SeparatorName(m_reading.separator)), std::move(evidence), isNear && !m_options.separator,
+        Say("separator", std::string(SeparatorName(m_reading.separator)), std::move(evidence),
+            isNear && !m_options.separator,
             isNear ? "--separator " + std::string(SeparatorName(rival->separator)) : "");
         if (m_reading.trailingSeparator) {
-            Say("separator", "", "one more at the end of each row is passed over" +
-                                     std::string(m_header.lacksEnd ? "; the names have none there: a name may be missing" : ""),
+            Say("separator", "",
+                "one more at the end of each row is passed over" +
+                    std::string(m_header.lacksEnd ? "; the names have none there: a name may be missing" : ""),
                 m_header.lacksEnd);
         }
         for (std::string const& mark : m_doubtfulMarks) {
@@ -360,7 +379,8 @@ private:
             std::string const wanted = naming.name;
             for (int n = 2; !taken.insert(naming.name).second; ++n) naming.name = wanted + "_" + std::to_string(n);
             if (m_header.nameLines.empty()) continue;
-            if (m_header.names[i].empty() && !m_header.isUneven) Say(naming.name, "", "column " + Number(i + 1) + " has no name", true);
+            if (m_header.names[i].empty() && !m_header.isUneven)
+                Say(naming.name, "", "column " + Number(i + 1) + " has no name", true);
             if (naming.name != wanted) Say(naming.name, "", "the name " + wanted + " stands twice in the header", true);
         }
     }
@@ -368,17 +388,21 @@ private:
     void TellHeader() {
         if (m_header.nameLines.empty()) {
             if (m_header.textAbove != 0) {
-                Say("header line", "none", "line " + Number(m_header.textAbove) + " above the data is text, but has no names for " +
-                                               Number(m_looks.size()) + " columns", true, "--header-line " + Number(m_header.textAbove));
+                Say("header line", "none",
+                    "line " + Number(m_header.textAbove) + " above the data is text, but has no names for " +
+                        Number(m_looks.size()) + " columns",
+                    true, "--header-line " + Number(m_header.textAbove));
             } else if (m_header.byTextsAlone) {
-                Say("header line", "none", "no column holds numbers or dates, and the first row looks like the others", true, "--header-line 1");
+                Say("header line", "none", "no column holds numbers or dates, and the first row looks like the others",
+                    true, "--header-line 1");
             } else {
                 Say("header line", "none", "no line of text stands above the data");
             }
             return;
         }
         std::string const line = Number(m_header.nameLines.back());
-        std::string evidence = "the last line above the data with " + Number(m_looks.size()) + (m_looks.size() == 1 ? " part" : " parts") + " and no number";
+        std::string evidence = "the last line above the data with " + Number(m_looks.size()) +
+                               (m_looks.size() == 1 ? " part" : " parts") + " and no number";
         bool isDoubt = false;
         if (m_header.isUneven) {
             evidence = "it has not as many names as there are columns; they name the columns from the left";
@@ -399,10 +423,13 @@ private:
         m_labelColumn = -1;
         if (pass.counts.markers > 0) {
             bool const hasRowsAbove = pass.rowsBeforeMarker > 0;
-            std::string evidence = (pass.counts.markers == 1 ? "a row of its own starts line " : "rows of their own start them, the first line ") + pass.labels.front();
+            std::string evidence = (pass.counts.markers == 1 ? "a row of its own starts line "
+                                                             : "rows of their own start them, the first line ") +
+                                   pass.labels.front();
             if (hasRowsAbove) evidence += "; " + Number(pass.rowsBeforeMarker) + " rows stand above the first";
             Say("lines", Number(pass.counts.markers), std::move(evidence), hasRowsAbove);
-            for (std::string const& word : m_otherMarkers) Say("lines", "", "\"" + word + "\" is taken to start a line", true, "--marker none");
+            for (std::string const& word : m_otherMarkers)
+                Say("lines", "", "\"" + word + "\" is taken to start a line", true, "--marker none");
         } else if (m_options.labelColumn) {
             m_labelColumn = *m_options.labelColumn < static_cast<int>(m_looks.size()) ? *m_options.labelColumn : -1;
             Say("lines", m_labelColumn < 0 ? "one" : "by column " + std::to_string(m_labelColumn + 1), "as told");
@@ -417,8 +444,10 @@ private:
         m_result.lines = m_pass->lines;
         for (std::size_t i = 0; i < m_looks.size(); ++i) {
             m_naming[i].isLabel = m_isLabelNamed && static_cast<int>(i) == m_labelColumn;
-            ColumnPlan plan = PlanColumn(m_pass->columns[i], m_looks[i], static_cast<int>(i), m_naming[i], missing[i], m_reading, m_options);
-            if (static_cast<int>(i) == m_labelColumn) m_result.settings.labelColumn = static_cast<int>(m_result.settings.columns.size());
+            ColumnPlan plan = PlanColumn(m_pass->columns[i], m_looks[i], static_cast<int>(i), m_naming[i], missing[i],
+                                         m_reading, m_options);
+            if (static_cast<int>(i) == m_labelColumn)
+                m_result.settings.labelColumn = static_cast<int>(m_result.settings.columns.size());
             for (ColumnPlan::Channel& channel : plan.channels) {
                 m_result.settings.columns.push_back(std::move(channel.channel));
                 m_result.settings.columnReadings.push_back(std::move(channel.reading));
@@ -437,7 +466,9 @@ private:
         std::uint64_t rows = 0;
         for (std::size_t i = 0; i < m_sample.headLines && m_sample.lines[i].number < m_reading.firstDataLine; ++i) {
             std::string const& line = m_sample.lines[i].text;
-            if (IsComment(line, m_reading.commentMarks) || SplitLine(line, SplitRuleOf(m_reading), parts) || parts.size() < 2) continue;
+            if (IsComment(line, m_reading.commentMarks) || SplitLine(line, SplitRuleOf(m_reading), parts) ||
+                parts.size() < 2)
+                continue;
             auto const typed = std::count_if(parts.begin(), parts.end(), [&](CellPart const& part) {
                 ReadCell(part.text, CellRulesOf(m_reading), CellKind::Number, {}, read);
                 return IsTyped(read.kind);
@@ -447,7 +478,10 @@ private:
             if (rows++ == 0) first = last;
         }
         if (rows < kRowsOfTable) return;
-        Say("table", "", Number(rows) + " rows of numbers from line " + Number(first) + " to " + Number(last) + " stand above the names and are not stored", true);
+        Say("table", "",
+            Number(rows) + " rows of numbers from line " + Number(first) + " to " + Number(last) +
+                " stand above the names and are not stored",
+            true);
     }
 
     void TellTable() {
@@ -455,19 +489,24 @@ private:
         InspectionCounts const& counts = m_pass->counts;
         std::uint64_t const odd = m_pass->OddLines();
         // Words between blanks are prose.
-        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(), [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
+        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(),
+                                         [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
         bool const isProse = !isTyped && (m_reading.separator == ' ' || m_reading.separator == '\0');
         m_result.isTable = counts.rows > 0 && odd <= counts.rows && !isProse;
         if (m_pass->otherTables > 0) {
             Say("table", "", Number(counts.otherTable) + " lines have the width of another table", true);
         } else if (SuitsBadly()) {
-            Say("table", "", Number(odd) + " of " + Number(odd + counts.rows) + " lines do not suit the table: this may be no table", true);
+            Say("table", "",
+                Number(odd) + " of " + Number(odd + counts.rows) + " lines do not suit the table: this may be no table",
+                true);
         }
         if (counts.rows == 0) Say("table", "", "there are no rows of data", true);
         if (counts.namesAgain > 0) {
-            Say("table", "", "the names come again in line " + Number(m_pass->firstNamesAgain) + "; the table goes on there", true);
+            Say("table", "",
+                "the names come again in line " + Number(m_pass->firstNamesAgain) + "; the table goes on there", true);
         }
-        if (counts.nothingAtEnd > 0) Say("table", "", Number(counts.nothingAtEnd) + " rows of empty cells at the end are left out");
+        if (counts.nothingAtEnd > 0)
+            Say("table", "", Number(counts.nothingAtEnd) + " rows of empty cells at the end are left out");
     }
 
     std::string const& m_path;
@@ -493,7 +532,8 @@ private:
 
 }  // namespace
 
-bool InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection, std::string& reason) {
+bool InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection,
+                     std::string& reason) {
     inspection = {};
     Inspection found;
     if (!CInspector(path, options, found).Run(reason)) return false;

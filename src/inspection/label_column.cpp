@@ -19,7 +19,8 @@ int RankOf(std::string_view name) {
     auto const is = [&](std::string_view word) {
         if (!plain.starts_with(word)) return false;
         std::string_view const rest = std::string_view(plain).substr(word.size());
-        return rest.empty() || rest == "NO" || rest == "NUM" || rest == "NUMBER" || rest == "ID" || rest == "NAME" || rest == "NR";
+        return rest.empty() || rest == "NO" || rest == "NUM" || rest == "NUMBER" || rest == "ID" || rest == "NAME" ||
+               rest == "NR";
     };
     if (is("LINE")) return 0;
     if (is("PROFILE")) return 1;
@@ -60,11 +61,13 @@ int FindLabelColumn(std::vector<std::string> const& names, std::vector<CColumnFa
         bool const isRun = first.labelRuns >= 2 && first.rows >= kRowsOfRun * first.labelRuns && !first.hasLabelTwice &&
                            !first.hasOddLabel && first.Count(CellKind::Missing) == 0;
         if (!isRun) return -1;
-        findings.push_back({"lines", "by column 1", std::to_string(first.labelRuns) + " lines: the column keeps its value over runs of rows",
+        findings.push_back({"lines", "by column 1",
+                            std::to_string(first.labelRuns) + " lines: the column keeps its value over runs of rows",
                             true, "--label-column none"});
         return 0;
     }
-    std::stable_sort(named.begin(), named.end(), [&](std::size_t a, std::size_t b) { return RankOf(names[a]) < RankOf(names[b]); });
+    std::stable_sort(named.begin(), named.end(),
+                     [&](std::size_t a, std::size_t b) { return RankOf(names[a]) < RankOf(names[b]); });
     std::size_t const best = named.front();
     CColumnFacts const& column = columns[best];
     if (column.rows > 10 && column.labelRuns * 2 > column.rows) {
@@ -72,7 +75,8 @@ int FindLabelColumn(std::vector<std::string> const& names, std::vector<CColumnFa
                             "--label-column " + std::to_string(best + 1)});
         return -1;
     }
-    std::string evidence = std::to_string(column.labelRuns) + (column.labelRuns == 1 ? " line" : " lines") + ", by the name of column " + std::to_string(best + 1);
+    std::string evidence = std::to_string(column.labelRuns) + (column.labelRuns == 1 ? " line" : " lines") +
+                           ", by the name of column " + std::to_string(best + 1);
     bool isDoubt = false;
     if (named.size() > 1 && RankOf(names[named[1]]) == RankOf(names[best])) {
         isDoubt = true;
@@ -82,7 +86,8 @@ int FindLabelColumn(std::vector<std::string> const& names, std::vector<CColumnFa
         isDoubt = true;
         evidence += "; " + column.labelTwice.text + " comes again in line " + std::to_string(column.labelTwice.line);
     }
-    findings.push_back({"lines", "by " + names[best], std::move(evidence), isDoubt, isDoubt ? "--label-column none" : ""});
+    findings.push_back(
+        {"lines", "by " + names[best], std::move(evidence), isDoubt, isDoubt ? "--label-column none" : ""});
     return static_cast<int>(best);
 }
 

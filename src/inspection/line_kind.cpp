@@ -55,11 +55,17 @@ bool IsRule(std::string_view line) {
     char previous = '\0';
     for (char const c : line) {
         switch (c) {
-            case '=': case '-': case '_': case '*': case '~': case '+':
+            case '=':
+            case '-':
+            case '_':
+            case '*':
+            case '~':
+            case '+':
                 run = c == previous ? run + 1 : 1;
                 longest = std::max(longest, run);
                 break;
-            case ' ': case '\t':
+            case ' ':
+            case '\t':
                 break;
             default:
                 return false;
@@ -78,9 +84,9 @@ bool IsComment(std::string_view line, std::span<std::string const> marks) {
 
 std::span<std::string_view const> UsualMarkerWords() {
     // What begins another word stands behind it.
-    static constexpr std::string_view kWords[] = {"LINE",    "LINEA",  "LINHA",    "TIE",   "FLIGHT",  "LI",      "LN",    "L",
-                                                  "PROFILE", "PROFIL", "PERFIL",   "T",     "TRAVERSE", "LIGNE", "SECTION", "SEGMENT",
-                                                  "TRACE"};
+    static constexpr std::string_view kWords[] = {"LINE",     "LINEA", "LINHA",   "TIE",     "FLIGHT", "LI",
+                                                  "LN",       "L",     "PROFILE", "PROFIL",  "PERFIL", "T",
+                                                  "TRAVERSE", "LIGNE", "SECTION", "SEGMENT", "TRACE"};
     return kWords;
 }
 

@@ -17,13 +17,13 @@ struct SplitRule {
 };
 
 struct CellPart {
-    std::string_view text;   ///< without the quotes around it and the blanks outside of them
+    std::string_view text;  ///< without the quotes around it and the blanks outside of them
     bool isQuoted = false;
     bool isEscaped = false;  ///< quotes inside are still doubled or behind a backslash
 };
 
-/// Replaces `parts`; the views last as long as `line`. True when a quote opens the last part and none closes it. A quote
-/// that no separator and no end of the line follows is an ordinary character.
+/// Replaces `parts`; the views last as long as `line`. True when a quote opens the last part and none closes it. A
+/// quote that no separator and no end of the line follows is an ordinary character.
 bool SplitLine(std::string_view line, SplitRule const& rule, std::vector<CellPart>& parts);
 
 /// The text of a part with its quotes as they are meant; `buffer` holds it where it differs.

@@ -43,7 +43,8 @@ bool IsAmong(double value, std::vector<double> const& values) {
 
 }  // namespace
 
-std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& columns, InspectionOptions const& options) {
+std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& columns,
+                                               InspectionOptions const& options) {
     std::map<double, std::uint64_t> inTable;
     for (CColumnFacts const& column : columns) {
         for (DummySeen const& dummy : column.dummies) inTable[dummy.value] += dummy.count;
@@ -56,7 +57,8 @@ std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& 
         ValueRange others = column.Range();
         // Numbers of that shape that are ordinary values of the column stand among the others.
         std::vector<DummySeen> sorted = column.dummies;
-        std::sort(sorted.begin(), sorted.end(), [](DummySeen const& a, DummySeen const& b) { return std::fabs(a.value) < std::fabs(b.value); });
+        std::sort(sorted.begin(), sorted.end(),
+                  [](DummySeen const& a, DummySeen const& b) { return std::fabs(a.value) < std::fabs(b.value); });
         for (DummySeen const& dummy : sorted) {
             if (IsAmong(dummy.value, options.noData)) {
                 found[i].missing.push_back(dummy);
@@ -72,7 +74,8 @@ std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& 
             } else {
                 found[i].kept.push_back(dummy);
                 if (place == Place::Apart || place == Place::Outside) {
-                    found[i].doubts.push_back({dummy, (isRepeated ? "comes " + std::to_string(dummy.count) + " times, " : "once in the table, ") +
+                    found[i].doubts.push_back({dummy, (isRepeated ? "comes " + std::to_string(dummy.count) + " times, "
+                                                                  : "once in the table, ") +
                                                           std::string("outside of the ") + RangeText(others) +
                                                           ": it looks like a mark of missing values"});
                 }

@@ -21,6 +21,7 @@ struct MissingNumbers {
 
 /// A number of that shape is missing when it comes twice or more in the table and stands apart in its column: of the
 /// other sign than all other values, or far outside, or 1e30 and beyond.
-std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& columns, InspectionOptions const& options);
+std::vector<MissingNumbers> FindMissingNumbers(std::vector<CColumnFacts> const& columns,
+                                               InspectionOptions const& options);
 
 }  // namespace norva

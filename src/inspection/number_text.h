@@ -10,12 +10,12 @@ namespace norva {
 enum class DecimalMarks : unsigned char { None = 0, Point = 1, Comma = 2, Both = 3 };
 
 struct NumberText {
-    std::uint64_t digits = 0;     ///< the digits as one whole number; of the first 18 only
-    std::uint32_t decimals = 0;   ///< digits behind the mark
-    std::uint32_t count = 0;      ///< digits from the first that is not 0
-    std::uint32_t length = 0;     ///< characters of the number
+    std::uint64_t digits = 0;    ///< the digits as one whole number; of the first 18 only
+    std::uint32_t decimals = 0;  ///< digits behind the mark
+    std::uint32_t count = 0;     ///< digits from the first that is not 0
+    std::uint32_t length = 0;    ///< characters of the number
     std::int32_t exponent = 0;
-    char mark = '\0';             ///< '.', ',' or none
+    char mark = '\0';  ///< '.', ',' or none
     bool isNegative = false;
     bool hasExponent = false;
     bool hasLeadingZero = false;  ///< more than one digit before the mark, the first of them 0

@@ -10,11 +10,20 @@ namespace {
 
 char LetterOf(char c) {
     switch (c) {
-        case 'N': case 'n': return 'N';
-        case 'S': case 's': return 'S';
-        case 'E': case 'e': return 'E';
-        case 'W': case 'w': return 'W';
-        default: return '\0';
+        case 'N':
+        case 'n':
+            return 'N';
+        case 'S':
+        case 's':
+            return 'S';
+        case 'E':
+        case 'e':
+            return 'E';
+        case 'W':
+        case 'w':
+            return 'W';
+        default:
+            return '\0';
     }
 }
 
@@ -24,9 +33,18 @@ struct Sign {
 };
 
 /// Longer ones first; the degree sign and ordinal also as Latin-1 writes them.
-constexpr Sign kSigns[] = {{"\xE2\x80\xB3", 3}, {"\xE2\x80\x9D", 3}, {"\xE2\x80\xB2", 2}, {"\xE2\x80\x99", 2},
-                           {"\xC2\xB0", 1},     {"\xC2\xBA", 1},     {"''", 3},           {"\xB0", 1},
-                           {"\xBA", 1},         {"\"", 3},           {"'", 2},            {"d", 1}};
+constexpr Sign kSigns[] = {{"\xE2\x80\xB3", 3},
+                           {"\xE2\x80\x9D", 3},
+                           {"\xE2\x80\xB2", 2},
+                           {"\xE2\x80\x99", 2},
+                           {"\xC2\xB0", 1},
+                           {"\xC2\xBA", 1},
+                           {"''", 3},
+                           {"\xB0", 1},
+                           {"\xBA", 1},
+                           {"\"", 3},
+                           {"'", 2},
+                           {"d", 1}};
 
 int TakeSign(std::string_view& text) {
     for (Sign const& sign : kSigns) {

@@ -17,11 +17,16 @@ CellKind KindOfForm(NorvaChannelStruct const& channel, ColumnReading::Form form)
     if (channel.dataType == DataType::kText) return CellKind::Text;
     switch (form) {
         case Form::Date:
-        case Form::DayOfYear: return CellKind::Date;
-        case Form::Time: return CellKind::Time;
-        case Form::DateTime: return CellKind::DateTime;
-        case Form::Degrees: return CellKind::Position;
-        default: return CellKind::Number;
+        case Form::DayOfYear:
+            return CellKind::Date;
+        case Form::Time:
+            return CellKind::Time;
+        case Form::DateTime:
+            return CellKind::DateTime;
+        case Form::Degrees:
+            return CellKind::Position;
+        default:
+            return CellKind::Number;
     }
 }
 
@@ -37,11 +42,13 @@ bool HasHighByte(std::string_view text) {
 
 bool CRowAdaptor::CanRead(ColumnTextSettings const& settings) {
     if (!settings.reading || settings.columnReadings.size() != settings.columns.size()) return false;
-    if (settings.reading->width < 1 || settings.looks.size() != static_cast<std::size_t>(settings.reading->width)) return false;
+    if (settings.reading->width < 1 || settings.looks.size() != static_cast<std::size_t>(settings.reading->width))
+        return false;
     if (settings.labelColumn >= static_cast<int>(settings.columns.size())) return false;
-    return std::all_of(settings.columnReadings.begin(), settings.columnReadings.end(), [&](ColumnReading const& reading) {
-        return reading.source >= 0 && reading.source < settings.reading->width && reading.epochDivisor > 0;
-    });
+    return std::all_of(
+        settings.columnReadings.begin(), settings.columnReadings.end(), [&](ColumnReading const& reading) {
+            return reading.source >= 0 && reading.source < settings.reading->width && reading.epochDivisor > 0;
+        });
 }
 
 CRowAdaptor::CRowAdaptor(ColumnTextSettings const& settings, IAdaptedSink& sink)
@@ -143,7 +150,8 @@ double CRowAdaptor::NumberAs(Plan const& plan, double number, bool& isRead) cons
             double const days = std::floor(seconds / kSecondsOfDay);
             isRead = std::fabs(days) < 3e6;
             if (!isRead) return 0;
-            return plan.isDate ? DecimalYear(DayOfNumber(static_cast<std::int64_t>(days))) : (seconds - days * kSecondsOfDay) / 3600;
+            return plan.isDate ? DecimalYear(DayOfNumber(static_cast<std::int64_t>(days)))
+                               : (seconds - days * kSecondsOfDay) / 3600;
         }
         case Form::PackedMinutes: {
             double degrees = 0;

@@ -16,9 +16,9 @@ namespace norva {
 struct AdaptedCell {
     enum class What : unsigned char {
         Missing,
-        Value,     ///< `value`: a number, a date in years, a time in hours, degrees
-        Text,      ///< UTF-8, without quotes
-        Unreadable ///< neither a value of the channel nor a mark: to be stored as missing, and reported
+        Value,      ///< `value`: a number, a date in years, a time in hours, degrees
+        Text,       ///< UTF-8, without quotes
+        Unreadable  ///< neither a value of the channel nor a mark: to be stored as missing, and reported
     };
     What what = What::Missing;
     double value = 0;
@@ -26,10 +26,10 @@ struct AdaptedCell {
 };
 
 struct AdaptedRow {
-    std::uint64_t number = 0;             ///< line of the file, from 1; the first of a row over several lines
-    std::string_view source;              ///< the line as it stands
-    std::span<AdaptedCell const> cells;   ///< one per entry of the settings' columns; skipped ones are Missing
-    std::string_view label;               ///< of the label column; empty without one
+    std::uint64_t number = 0;            ///< line of the file, from 1; the first of a row over several lines
+    std::string_view source;             ///< the line as it stands
+    std::span<AdaptedCell const> cells;  ///< one per entry of the settings' columns; skipped ones are Missing
+    std::string_view label;              ///< of the label column; empty without one
     RowMend mend;
 };
 
@@ -42,8 +42,8 @@ public:
 };
 
 /// Turns the lines of a text file, by settings whose `reading` is set, into cells that a text importer stores: split,
-/// odd rows mended or left out, missing values told from values, dates, times and positions converted. What is a row and
-/// how it is split is decided by the reader that inspections use.
+/// odd rows mended or left out, missing values told from values, dates, times and positions converted. What is a row
+/// and how it is split is decided by the reader that inspections use.
 class CRowAdaptor : private IRowSink {
 public:
     /// Both have to outlive the adaptor. The settings need `reading`, one column reading per column and their looks.

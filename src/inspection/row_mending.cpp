@@ -22,15 +22,24 @@ std::string MendText(RowMend const& mend, std::size_t width) {
     std::string const place = std::to_string(mend.place);
     std::string const counts = std::to_string(width) + " parts needed, " + std::to_string(mend.found) + " found: ";
     switch (mend.how) {
-        case RowMend::How::QuotesNotDoubled: return "quotes inside of a quoted text are not doubled";
-        case RowMend::How::PlainQuote: return "a quote without its partner is read as it stands";
-        case RowMend::How::PlainQuotes: return "quotes without partners are read as they stand";
-        case RowMend::How::OtherSeparator: return counts + "read with another separator";
-        case RowMend::How::SurplusSeparator: return counts + "one separator too many before part " + place + ", read without it";
-        case RowMend::How::LackingPart: return counts + "part " + place + " is missing";
-        case RowMend::How::Shorter: return counts + "the last ones are missing";
-        case RowMend::How::NextLines: return "a quoted text goes on in the next line";
-        default: return {};
+        case RowMend::How::QuotesNotDoubled:
+            return "quotes inside of a quoted text are not doubled";
+        case RowMend::How::PlainQuote:
+            return "a quote without its partner is read as it stands";
+        case RowMend::How::PlainQuotes:
+            return "quotes without partners are read as they stand";
+        case RowMend::How::OtherSeparator:
+            return counts + "read with another separator";
+        case RowMend::How::SurplusSeparator:
+            return counts + "one separator too many before part " + place + ", read without it";
+        case RowMend::How::LackingPart:
+            return counts + "part " + place + " is missing";
+        case RowMend::How::Shorter:
+            return counts + "the last ones are missing";
+        case RowMend::How::NextLines:
+            return "a quoted text goes on in the next line";
+        default:
+            return {};
     }
 }
 
@@ -71,7 +80,8 @@ double CRowMender::FitOfText(CellPart const& part, ColumnLook const& look) const
     fit += 0.2 * std::min(length, usual) / std::max(length, usual);
     if (HasAny(part.text, " ") == look.hasBlanks) fit += 0.1;
     if (HasAny(part.text, "0123456789") == look.hasDigits) fit += 0.1;
-    bool const strayQuote = !part.isQuoted && m_rule.quote != '\0' && part.text.find(m_rule.quote) != std::string_view::npos;
+    bool const strayQuote =
+        !part.isQuoted && m_rule.quote != '\0' && part.text.find(m_rule.quote) != std::string_view::npos;
     if (part.isQuoted == look.isQuoted && !strayQuote) fit += 0.1;
     return fit;
 }
@@ -114,7 +124,8 @@ void CRowMender::TryWithoutEmpty() {
     m_left.assign(m_width + 1, 0);
     m_right.assign(m_width + 2, 0);
     for (std::size_t i = 0; i < m_width; ++i) m_left[i + 1] = m_left[i] + FitOf(all[i], i);
-    for (std::size_t i = m_width + 1; i-- > 1;) m_right[i] = m_right[i + 1 > m_width ? m_width + 1 : i + 1] + FitOf(all[i], i - 1);
+    for (std::size_t i = m_width + 1; i-- > 1;)
+        m_right[i] = m_right[i + 1 > m_width ? m_width + 1 : i + 1] + FitOf(all[i], i - 1);
     std::size_t best = all.size();
     for (std::size_t i = 0; i < all.size(); ++i) {
         if (!all[i].text.empty() || all[i].isQuoted) continue;

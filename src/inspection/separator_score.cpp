@@ -75,12 +75,18 @@ SeparatorScore const* SeparatorChoice::Rival() const {
 
 std::string_view SeparatorName(char separator) {
     switch (separator) {
-        case '\t': return "tab";
-        case ';': return "semicolon";
-        case '|': return "bar";
-        case ',': return "comma";
-        case ' ': return "blanks";
-        default: return "none";
+        case '\t':
+            return "tab";
+        case ';':
+            return "semicolon";
+        case '|':
+            return "bar";
+        case ',':
+            return "comma";
+        case ' ':
+            return "blanks";
+        default:
+            return "none";
     }
 }
 
@@ -118,14 +124,16 @@ QuoteChoice FindQuote(Sample const& sample) {
     for (SampleLine const& line : sample.lines) {
         std::string_view const text = line.text;
         for (Count& count : counts) {
-            for (std::size_t at = text.find(count.quote); at != std::string_view::npos; at = text.find(count.quote, at + 1)) {
+            for (std::size_t at = text.find(count.quote); at != std::string_view::npos;
+                 at = text.find(count.quote, at + 1)) {
                 bool const atStart = at == 0 || kSeparators.find(text[at - 1]) != std::string_view::npos;
                 bool const atEnd = at + 1 == text.size() || kSeparators.find(text[at + 1]) != std::string_view::npos;
                 if (at > 0 && text[at - 1] == '\\') ++count.backslash;
                 if (atStart && !atEnd) ++count.opens;
                 if (atEnd && !atStart) ++count.closes;
                 if (!atEnd && text[at + 1] == count.quote) {
-                    if (atStart && (at + 2 == text.size() || kSeparators.find(text[at + 2]) != std::string_view::npos)) {
+                    if (atStart &&
+                        (at + 2 == text.size() || kSeparators.find(text[at + 2]) != std::string_view::npos)) {
                         ++count.opens;
                         ++count.closes;
                     } else {

@@ -57,7 +57,9 @@ bool CSourceLines::Open(std::string const& path) {
         m_reason = FileErrorText("read", path, m_wide.Error());
         return false;
     }
-    auto const begins = [&](std::string_view mark) { return got >= mark.size() && std::memcmp(head, mark.data(), mark.size()) == 0; };
+    auto const begins = [&](std::string_view mark) {
+        return got >= mark.size() && std::memcmp(head, mark.data(), mark.size()) == 0;
+    };
     if (begins("\x1F\x8B") || begins("PK\x03\x04")) {
         m_reason = "Couldn't read the file : " + path + "\nIt is packed (" + (head[0] == 'P' ? "zip" : "gzip") +
                    "); unpack it first.";

@@ -20,7 +20,8 @@ constexpr std::size_t kMostMendedInRow = 1000;
 
 }  // namespace
 
-CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts, IRowSink& sink)
+CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts,
+                           IRowSink& sink)
     : m_reading(reading),
       m_looks(looks),
       m_sink(sink),
@@ -104,8 +105,8 @@ void CTableReader::FeedTable(std::string_view line, std::uint64_t number, bool c
     HoldOdd(line, number, m_parts.size());
 }
 
-/// Whether the line belongs to the row whose quoted text is still open. When it does not, the lines so far are taken one
-/// by one.
+/// Whether the line belongs to the row whose quoted text is still open. When it does not, the lines so far are taken
+/// one by one.
 bool CTableReader::GoesOnWith(std::string_view line, std::uint64_t number) {
     std::size_t const width = m_looks.size();
     bool const isRow = !SplitLine(line, m_rule, m_parts) && m_parts.size() == width && ReadRow();
@@ -152,7 +153,8 @@ bool CTableReader::ReadRow() {
     for (std::size_t i = 0; i < m_parts.size(); ++i) {
         CellKind const kind = m_kinds[i];
         CellRead& read = m_reads[i];
-        if (kind == CellKind::Number && m_looks[i].suffix.empty() && ScanNumberText(m_parts[i].text, m_cells.marks, read.number) &&
+        if (kind == CellKind::Number && m_looks[i].suffix.empty() &&
+            ScanNumberText(m_parts[i].text, m_cells.marks, read.number) &&
             read.number.length == m_parts[i].text.size()) {
             // Most cells of most files.
             read.kind = CellKind::Number;
@@ -169,8 +171,9 @@ bool CTableReader::ReadRow() {
 }
 
 bool CTableReader::IsNothing() const {
-    return m_parts.front().text.empty() &&
-           std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) { return part.text.empty() && !part.isQuoted; });
+    return m_parts.front().text.empty() && std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) {
+               return part.text.empty() && !part.isQuoted;
+           });
 }
 
 bool CTableReader::HasStrayQuote() const {
@@ -183,7 +186,8 @@ bool CTableReader::HasStrayQuote() const {
 bool CTableReader::IsRowOfMarks() {
     if (m_parts.size() != m_looks.size() || m_parts.size() < 2) return false;
     MissingMark mark{};
-    return std::all_of(m_parts.begin(), m_parts.end(), [&](CellPart const& part) { return IsMissingMark(part.text, mark); });
+    return std::all_of(m_parts.begin(), m_parts.end(),
+                       [&](CellPart const& part) { return IsMissingMark(part.text, mark); });
 }
 
 void CTableReader::HoldOdd(std::string_view line, std::uint64_t number, std::size_t parts) {

@@ -12,15 +12,15 @@
 namespace norva {
 
 enum class TableLine : unsigned char {
-    Marker,       ///< starts a line of the survey
+    Marker,  ///< starts a line of the survey
     Comment,
     Rule,
     Blank,
-    Above,        ///< stands above the data: names, units, preamble
-    NamesAgain,   ///< the line of the names once more
-    NothingAtEnd, ///< a row of empty cells that no row follows
-    Odd,          ///< suits the table in no reading
-    OtherTable,   ///< one of many in a row that have another width in common
+    Above,         ///< stands above the data: names, units, preamble
+    NamesAgain,    ///< the line of the names once more
+    NothingAtEnd,  ///< a row of empty cells that no row follows
+    Odd,           ///< suits the table in no reading
+    OtherTable,    ///< one of many in a row that have another width in common
 };
 
 struct LineView {

@@ -21,7 +21,9 @@ public:
         return z ^ (z >> 31);
     }
     /// From `low` to `high`, both included.
-    int Between(int low, int high) { return low + static_cast<int>(Next() % static_cast<std::uint64_t>(high - low + 1)); }
+    int Between(int low, int high) {
+        return low + static_cast<int>(Next() % static_cast<std::uint64_t>(high - low + 1));
+    }
     bool Chance(int percent) { return Between(1, 100) <= percent; }
     double Uniform() { return static_cast<double>(Next() >> 11) / 9007199254740992.0; }
     template <typename Choices>
@@ -73,28 +75,79 @@ public:
         m_table = {};
         m_rows = m_dice.Chance(20) ? m_dice.Between(3, 8) : m_dice.Between(12, 300);
         switch (layout) {
-            case 0: return Csv("csv");
-            case 1: m_unitRow = true; return Csv("csv, row of units");
-            case 2: m_separator = ";"; m_mark = ','; return Csv("semicolon, decimal comma");
-            case 3: m_separator = "\t"; m_extension = ".txt"; return Csv("tab");
-            case 4: m_separator = "|"; m_extension = ".txt"; return Csv("bar");
-            case 5: m_separator = ", "; m_quotesNames = true; return Csv("comma and blank, quoted names");
-            case 6: return Xyz("blanks with marker rows", true, true);
-            case 7: return Xyz("blanks without header", false, false);
-            case 8: m_comment = m_dice.Chance(50) ? "/" : "#"; return Xyz("blanks, names in a comment", true, m_dice.Chance(50));
-            case 9: m_preamble = m_dice.Between(1, 60); return Csv("preamble");
-            case 10: m_names = false; return Csv("csv without header");
-            case 11: m_labelColumn = true; return Csv("line column");
-            case 12: m_dummy = m_dice.Of(kDummies); return Csv("dummies");
-            case 13: m_texts = 2; return Csv("texts with separators");
-            case 14: m_dates = 1; return Csv("dates and times");
-            case 15: m_dates = 2; return Csv("date-times");
-            case 16: m_positions = true; return Csv("positions");
-            case 17: m_late = true; m_rows = m_dice.Between(200, 2500); return Csv("decimals late in the file");
-            case 18: m_trailing = true; m_separator = ";"; return Csv("separator at the end of rows");
-            case 19: m_oddRows = true; m_table.isHard = true; m_texts = 1; m_rows += 40; return Csv("odd rows");
-            case 20: m_latin = true; m_texts = 1; return Csv("Latin-1");
-            default: m_wide = true; return Csv("UTF-16");
+            case 0:
+                return Csv("csv");
+            case 1:
+                m_unitRow = true;
+                return Csv("csv, row of units");
+            case 2:
+                m_separator = ";";
+                m_mark = ',';
+                return Csv("semicolon, decimal comma");
+            case 3:
+                m_separator = "\t";
+                m_extension = ".txt";
+                return Csv("tab");
+            case 4:
+                m_separator = "|";
+                m_extension = ".txt";
+                return Csv("bar");
+            case 5:
+                m_separator = ", ";
+                m_quotesNames = true;
+                return Csv("comma and blank, quoted names");
+            case 6:
+                return Xyz("blanks with marker rows", true, true);
+            case 7:
+                return Xyz("blanks without header", false, false);
+            case 8:
+                m_comment = m_dice.Chance(50) ? "/" : "#";
+                return Xyz("blanks, names in a comment", true, m_dice.Chance(50));
+            case 9:
+                m_preamble = m_dice.Between(1, 60);
+                return Csv("preamble");
+            case 10:
+                m_names = false;
+                return Csv("csv without header");
+            case 11:
+                m_labelColumn = true;
+                return Csv("line column");
+            case 12:
+                m_dummy = m_dice.Of(kDummies);
+                return Csv("dummies");
+            case 13:
+                m_texts = 2;
+                return Csv("texts with separators");
+            case 14:
+                m_dates = 1;
+                return Csv("dates and times");
+            case 15:
+                m_dates = 2;
+                return Csv("date-times");
+            case 16:
+                m_positions = true;
+                return Csv("positions");
+            case 17:
+                m_late = true;
+                m_rows = m_dice.Between(200, 2500);
+                return Csv("decimals late in the file");
+            case 18:
+                m_trailing = true;
+                m_separator = ";";
+                return Csv("separator at the end of rows");
+            case 19:
+                m_oddRows = true;
+                m_table.isHard = true;
+                m_texts = 1;
+                m_rows += 40;
+                return Csv("odd rows");
+            case 20:
+                m_latin = true;
+                m_texts = 1;
+                return Csv("Latin-1");
+            default:
+                m_wide = true;
+                return Csv("UTF-16");
         }
     }
 
@@ -136,10 +189,14 @@ private:
     }
 
     std::string SomeText() {
-        static constexpr char const* kWords[] = {"fence", "power line", "ok", "gate, open", "road 12", "noise \"high\"", "sand; wet",
-                                                 "NA", "-", "Line 7 start", "near 5,5", "rock", "see note 3", ""};
+        static constexpr char const* kWords[] = {
+            "fence", "power line", "ok",           "gate, open", "road 12", "noise \"high\"", "sand; wet",
+            "NA",    "-",          "Line 7 start", "near 5,5",   "rock",    "see note 3",     ""};
         if (m_latin) {
-            static constexpr char const* kLatin[] = {"caf\xE9", "\xD6l", "ok", "Stra\xDF" "e 5", "ni\xF1o"};
+            static constexpr char const* kLatin[] = {"caf\xE9", "\xD6l", "ok",
+                                                     "Stra\xDF"
+                                                     "e 5",
+                                                     "ni\xF1o"};
             return m_dice.Of(kLatin);
         }
         std::string text = m_dice.Of(kWords);
@@ -150,7 +207,23 @@ private:
     }
 
     struct Source {
-        enum What { Fid, Easting, Northing, Mag, Alt, Grav, Text, Station, DayCell, Clock, Stamp, Lat, Lon, Line, Flag } what;
+        enum What {
+            Fid,
+            Easting,
+            Northing,
+            Mag,
+            Alt,
+            Grav,
+            Text,
+            Station,
+            DayCell,
+            Clock,
+            Stamp,
+            Lat,
+            Lon,
+            Line,
+            Flag
+        } what;
         int decimals = 0;
     };
 
@@ -207,31 +280,57 @@ private:
             Source const source = m_sources[c];
             double const wave = std::sin(i * 0.05 + m_phase);
             switch (source.what) {
-                case Source::Fid: Number(c, m_firstFid + i, 0, row); break;
-                case Source::Easting: Number(c, 450000 + i * 2.5 + wave, isLate ? 0 : source.decimals, row); break;
-                case Source::Northing: Number(c, 6200000 - i * 1.25 + wave * 3, isLate ? 0 : source.decimals, row); break;
-                case Source::Mag: Number(c, 48000 + 900 * wave + m_dice.Uniform() * 10, isLate ? 0 : source.decimals, row); break;
-                case Source::Alt: Number(c, 30 + 5 * wave, source.decimals, row); break;
-                case Source::Grav: Number(c, 978600 + 20 * wave, source.decimals, row); break;
-                case Source::Flag: Number(c, m_dice.Between(4, 12), 0, row); break;
-                case Source::Text: Word(c, SomeText(), row); break;
+                case Source::Fid:
+                    Number(c, m_firstFid + i, 0, row);
+                    break;
+                case Source::Easting:
+                    Number(c, 450000 + i * 2.5 + wave, isLate ? 0 : source.decimals, row);
+                    break;
+                case Source::Northing:
+                    Number(c, 6200000 - i * 1.25 + wave * 3, isLate ? 0 : source.decimals, row);
+                    break;
+                case Source::Mag:
+                    Number(c, 48000 + 900 * wave + m_dice.Uniform() * 10, isLate ? 0 : source.decimals, row);
+                    break;
+                case Source::Alt:
+                    Number(c, 30 + 5 * wave, source.decimals, row);
+                    break;
+                case Source::Grav:
+                    Number(c, 978600 + 20 * wave, source.decimals, row);
+                    break;
+                case Source::Flag:
+                    Number(c, m_dice.Between(4, 12), 0, row);
+                    break;
+                case Source::Text:
+                    Word(c, SomeText(), row);
+                    break;
                 case Source::Station: {
                     char text[16];
                     std::snprintf(text, sizeof text, "%05d", 100 + i * 25);
                     Word(c, text, row);
                     break;
                 }
-                case Source::Line: Word(c, LabelOf(i), row); break;
-                case Source::DayCell: DayCell(c, i, row); break;
-                case Source::Clock: Clock(c, source.decimals, row); break;
+                case Source::Line:
+                    Word(c, LabelOf(i), row);
+                    break;
+                case Source::DayCell:
+                    DayCell(c, i, row);
+                    break;
+                case Source::Clock:
+                    Clock(c, source.decimals, row);
+                    break;
                 case Source::Stamp: {
                     std::vector<std::string> clock;
                     Clock(c, source.decimals, clock);
                     row.back() += (m_joint == 0 ? "T" : " ") + clock[0] + (m_joint == 0 && m_zone ? "Z" : "");
                     break;
                 }
-                case Source::Lat: Position(c, -35.25 + i * 0.0013, 'N', 'S', row); break;
-                case Source::Lon: Position(c, 18.5 + i * 0.0021, 'E', 'W', row); break;
+                case Source::Lat:
+                    Position(c, -35.25 + i * 0.0013, 'N', 'S', row);
+                    break;
+                case Source::Lon:
+                    Position(c, 18.5 + i * 0.0021, 'E', 'W', row);
+                    break;
             }
         }
         return row;
@@ -245,7 +344,8 @@ private:
     void DayCell(std::size_t column, int i, std::vector<std::string>& row) {
         // From the 10th of a month into the next one or two.
         static constexpr int kBefore[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365};
-        static constexpr char const* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+        static constexpr char const* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
         int const year = 2021;
         int const ofYear = kBefore[m_month - 1] + 10 + i * 40 / m_rows;
         int month = m_month;
@@ -254,14 +354,30 @@ private:
         m_table.columns[column].cells.push_back({year + (kBefore[month - 1] + day) / 365.0, {}, false});
         char text[32];
         switch (m_dates == 2 ? 0 : m_dateStyle) {
-            case 0: std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day); break;
-            case 1: std::snprintf(text, sizeof text, "%02d/%02d/%04d", day, month, year); break;
-            case 2: std::snprintf(text, sizeof text, "%02d/%02d/%04d", month, day, year); break;
-            case 3: std::snprintf(text, sizeof text, "%02d-%s-%04d", day, kMonths[month - 1], year); break;
-            case 4: std::snprintf(text, sizeof text, "%04d%02d%02d", year, month, day); break;
-            case 5: std::snprintf(text, sizeof text, "%d.%d.%04d", day, month, year); break;
-            case 6: std::snprintf(text, sizeof text, "%s %02d %04d", kMonths[month - 1], day, year); break;
-            default: std::snprintf(text, sizeof text, "%04d-%03d", year, kBefore[month - 1] + day); break;
+            case 0:
+                std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
+                break;
+            case 1:
+                std::snprintf(text, sizeof text, "%02d/%02d/%04d", day, month, year);
+                break;
+            case 2:
+                std::snprintf(text, sizeof text, "%02d/%02d/%04d", month, day, year);
+                break;
+            case 3:
+                std::snprintf(text, sizeof text, "%02d-%s-%04d", day, kMonths[month - 1], year);
+                break;
+            case 4:
+                std::snprintf(text, sizeof text, "%04d%02d%02d", year, month, day);
+                break;
+            case 5:
+                std::snprintf(text, sizeof text, "%d.%d.%04d", day, month, year);
+                break;
+            case 6:
+                std::snprintf(text, sizeof text, "%s %02d %04d", kMonths[month - 1], day, year);
+                break;
+            default:
+                std::snprintf(text, sizeof text, "%04d-%03d", year, kBefore[month - 1] + day);
+                break;
         }
         row.emplace_back(text);
     }
@@ -286,9 +402,15 @@ private:
         char text[64];
         double value = whole + minutes / 60.0 + rest / 3600;
         switch (m_positionStyle) {
-            case 0: std::snprintf(text, sizeof text, "%d\xC2\xB0%02d'%05.2f\"%c", whole, minutes, rest, letter); break;
-            case 1: std::snprintf(text, sizeof text, "%c%d %02d %05.2f", letter, whole, minutes, rest); break;
-            case 2: std::snprintf(text, sizeof text, "%s%d.%02d.%05.2f", degrees < 0 ? "-" : "", whole, minutes, rest); break;
+            case 0:
+                std::snprintf(text, sizeof text, "%d\xC2\xB0%02d'%05.2f\"%c", whole, minutes, rest, letter);
+                break;
+            case 1:
+                std::snprintf(text, sizeof text, "%c%d %02d %05.2f", letter, whole, minutes, rest);
+                break;
+            case 2:
+                std::snprintf(text, sizeof text, "%s%d.%02d.%05.2f", degrees < 0 ? "-" : "", whole, minutes, rest);
+                break;
             default:
                 value = whole + restMinutes / 60;
                 std::snprintf(text, sizeof text, "%d\xC2\xB0 %07.4f'%c", whole, restMinutes, letter);
@@ -313,7 +435,8 @@ private:
             if (m_sources[i].what == Source::Stamp) continue;
             TrueColumn const& column = m_table.columns[i];
             std::string name = m_dates == 2 && m_sources[i].what == Source::DayCell ? "Stamp" : column.name;
-            if (withUnits && !column.units.empty()) name += m_unitStyle == 1 ? " (" + column.units + ")" : "[" + column.units + "]";
+            if (withUnits && !column.units.empty())
+                name += m_unitStyle == 1 ? " (" + column.units + ")" : "[" + column.units + "]";
             if (m_quotesNames) name = "\"" + name + "\"";
             names.push_back(std::move(name));
         }
@@ -341,8 +464,13 @@ private:
         ChooseColumns();
         std::vector<std::string> lines;
         for (int i = 0; i < m_preamble; ++i) {
-            static constexpr char const* kLines[] = {"Instrument log", "Operator: J. Smith", "Date: 23.10.2020", "========", "",
-                                                     "Base station at 450000 6200000", "Sensor height, 2.1 m"};
+            static constexpr char const* kLines[] = {"Instrument log",
+                                                     "Operator: J. Smith",
+                                                     "Date: 23.10.2020",
+                                                     "========",
+                                                     "",
+                                                     "Base station at 450000 6200000",
+                                                     "Sensor height, 2.1 m"};
             lines.emplace_back(m_dice.Of(kLines));
         }
         if (m_names) lines.push_back(Joined(Names(!m_unitRow)));
@@ -370,7 +498,8 @@ private:
             ++m_table.rowsThatMayDiffer;
         }
         if (!m_names) {
-            for (std::size_t i = 0; i < m_table.columns.size(); ++i) m_table.columns[i].name = "Ch" + std::to_string(i + 1);
+            for (std::size_t i = 0; i < m_table.columns.size(); ++i)
+                m_table.columns[i].name = "Ch" + std::to_string(i + 1);
         }
         return Finish(lines);
     }
@@ -385,7 +514,8 @@ private:
         ChooseColumns();
         std::vector<std::string> lines;
         if (hasNames) lines.push_back((m_comment.empty() ? "" : m_comment + " ") + Aligned(Names(false)));
-        if (hasNames && m_dice.Chance(40)) lines.push_back((m_comment.empty() ? "" : m_comment) + "======== ======== ========");
+        if (hasNames && m_dice.Chance(40))
+            lines.push_back((m_comment.empty() ? "" : m_comment) + "======== ======== ========");
         static constexpr char const* kWords[] = {"Line", "LINE", "TIE", "L", "Flight"};
         std::string const word = m_dice.Of(kWords);
         for (int i = 0; i < m_rows; ++i) {
@@ -394,7 +524,8 @@ private:
             if (hasMarkers) m_table.labels.push_back(LabelOf(i));
         }
         if (!hasNames) {
-            for (std::size_t i = 0; i < m_table.columns.size(); ++i) m_table.columns[i].name = "Ch" + std::to_string(i + 1);
+            for (std::size_t i = 0; i < m_table.columns.size(); ++i)
+                m_table.columns[i].name = "Ch" + std::to_string(i + 1);
         }
         return Finish(lines);
     }

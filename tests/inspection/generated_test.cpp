@@ -30,7 +30,8 @@ struct StoredTable : IAdaptedSink {
 
     bool Row(AdaptedRow const& row) override {
         rows.emplace_back();
-        for (AdaptedCell const& cell : row.cells) rows.back().push_back({cell.what, cell.value, std::string(cell.text)});
+        for (AdaptedCell const& cell : row.cells)
+            rows.back().push_back({cell.what, cell.value, std::string(cell.text)});
         numbers.push_back(row.number);
         labels.emplace_back(row.label.empty() ? marker : std::string(row.label));
         return true;
@@ -63,15 +64,21 @@ bool IsOfKind(NorvaChannelStruct const& channel, test::TrueColumn::Kind kind) {
     using Kind = test::TrueColumn::Kind;
     bool const isText = channel.dataType == DataType::kText;
     switch (kind) {
-        case Kind::Text: return isText;
-        case Kind::Date: return channel.displayFormat == DisplayFormat::kDate;
-        case Kind::Time: return channel.displayFormat == DisplayFormat::kTime;
-        case Kind::Position: return channel.displayFormat == DisplayFormat::kGeographic;
-        default: return !isText && channel.displayFormat <= DisplayFormat::kExponent;
+        case Kind::Text:
+            return isText;
+        case Kind::Date:
+            return channel.displayFormat == DisplayFormat::kDate;
+        case Kind::Time:
+            return channel.displayFormat == DisplayFormat::kTime;
+        case Kind::Position:
+            return channel.displayFormat == DisplayFormat::kGeographic;
+        default:
+            return !isText && channel.displayFormat <= DisplayFormat::kExponent;
     }
 }
 
-std::string WrongCell(test::TrueColumn const& truth, std::size_t row, NorvaChannelStruct const& channel, StoredTable::Cell const& cell) {
+std::string WrongCell(test::TrueColumn const& truth, std::size_t row, NorvaChannelStruct const& channel,
+                      StoredTable::Cell const& cell) {
     using What = AdaptedCell::What;
     test::TrueCell const& wanted = truth.cells[row];
     std::string const where = truth.name + " in row " + std::to_string(row + 1) + ": ";
@@ -82,12 +89,14 @@ std::string WrongCell(test::TrueColumn const& truth, std::size_t row, NorvaChann
     }
     if (cell.what != What::Value) return where + "is not missing";
     bool const isExact = truth.kind == test::TrueColumn::Kind::Number;
-    bool const isSame = isExact ? IsKept(cell.value, *wanted.value, channel.dataType) : std::fabs(cell.value - *wanted.value) < 1e-9;
+    bool const isSame =
+        isExact ? IsKept(cell.value, *wanted.value, channel.dataType) : std::fabs(cell.value - *wanted.value) < 1e-9;
     return isSame ? "" : where + test::Fixed(*wanted.value, 9) + " became " + test::Fixed(cell.value, 9);
 }
 
 /// Empty where the file would be stored as it is; else the first thing that would not. `line` is its line, 0 for none.
-std::string FirstWrong(test::GeneratedTable const& table, Inspection const& proposal, StoredTable const& stored, std::uint64_t& line) {
+std::string FirstWrong(test::GeneratedTable const& table, Inspection const& proposal, StoredTable const& stored,
+                       std::uint64_t& line) {
     std::vector<NorvaChannelStruct> const& channels = proposal.settings.columns;
     if (channels.size() != table.columns.size()) return std::to_string(channels.size()) + " columns";
     std::size_t const rows = table.columns[0].cells.size();
@@ -95,7 +104,8 @@ std::string FirstWrong(test::GeneratedTable const& table, Inspection const& prop
     for (std::size_t c = 0; c < channels.size(); ++c) {
         test::TrueColumn const& truth = table.columns[c];
         if (channels[c].name != truth.name) return "name " + channels[c].name + " of " + truth.name;
-        if (channels[c].units != truth.units) return truth.name + " has units " + channels[c].units + ", not " + truth.units;
+        if (channels[c].units != truth.units)
+            return truth.name + " has units " + channels[c].units + ", not " + truth.units;
         if (!IsOfKind(channels[c], truth.kind)) return truth.name + " is a " + ValueTypeText(channels[c]);
         for (std::size_t row = 0; row < rows; ++row) {
             std::string wrong = WrongCell(truth, row, channels[c], stored.rows[row][c]);
@@ -105,7 +115,8 @@ std::string FirstWrong(test::GeneratedTable const& table, Inspection const& prop
         }
     }
     for (std::size_t row = 0; row < rows && !table.labels.empty(); ++row) {
-        if (stored.labels[row] != table.labels[row]) return "row " + std::to_string(row + 1) + " is of line " + stored.labels[row];
+        if (stored.labels[row] != table.labels[row])
+            return "row " + std::to_string(row + 1) + " is of line " + stored.labels[row];
     }
     return {};
 }
@@ -131,7 +142,8 @@ TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
     Score all;
     int shown = 0;
     for (int i = 0; i < tables; ++i) {
-        test::GeneratedTable const table = test::CTableMaker(seed * 1000003 + static_cast<std::uint64_t>(i)).Make(i % test::CTableMaker::kLayouts);
+        test::GeneratedTable const table =
+            test::CTableMaker(seed * 1000003 + static_cast<std::uint64_t>(i)).Make(i % test::CTableMaker::kLayouts);
         std::string const path = folder / ("table" + table.extension);
         test::WriteWholeFile(path, table.bytes);
         Inspection proposal;
@@ -139,28 +151,34 @@ TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
         ASSERT_TRUE(InspectTextFile(path, {}, proposal, reason)) << reason;
         StoredTable stored;
         ReadByProposal(path, proposal, stored);
-        ASSERT_EQ(stored.rows.size(), proposal.counts.rows) << "the adaptor takes other rows than the inspection counted\n" << table.bytes;
+        ASSERT_EQ(stored.rows.size(), proposal.counts.rows)
+            << "the adaptor takes other rows than the inspection counted\n"
+            << table.bytes;
         std::uint64_t line = 0;
         std::string const wrong = FirstWrong(table, proposal, stored, line);
-        bool const isListed = std::any_of(proposal.lines.begin(), proposal.lines.end(), [&](InspectedLine const& told) { return line != 0 && told.line == line; });
+        bool const isListed = std::any_of(proposal.lines.begin(), proposal.lines.end(),
+                                          [&](InspectedLine const& told) { return line != 0 && told.line == line; });
         bool const isTold = isListed || proposal.Doubts() > 0 || proposal.lines.size() > table.rowsThatMayDiffer;
         Score& score = scores[table.layout];
         ++(wrong.empty() ? score.right : isTold ? score.told : score.silent);
         if (wrong.empty() && proposal.Doubts() > 0) ++score.doubted;
         if (!wrong.empty() && shown++ < 10) {
             std::cout << table.layout << ", table " << i << (isTold ? ", told: " : ", SILENT: ") << wrong << "\n"
-                      << (std::getenv("NORVA_TEST_SHOW") != nullptr ? table.bytes.substr(0, 1500) + "\n" + proposal.Text() : "");
+                      << (std::getenv("NORVA_TEST_SHOW") != nullptr
+                              ? table.bytes.substr(0, 1500) + "\n" + proposal.Text()
+                              : "");
         }
     }
     for (auto const& [layout, score] : scores) {
-        std::cout << layout << ": right " << score.right << ", told " << score.told << ", silent " << score.silent << ", doubts where right "
-                  << score.doubted << "\n";
+        std::cout << layout << ": right " << score.right << ", told " << score.told << ", silent " << score.silent
+                  << ", doubts where right " << score.doubted << "\n";
         all.right += score.right;
         all.told += score.told;
         all.silent += score.silent;
         all.doubted += score.doubted;
     }
-    std::cout << "all: right " << all.right << ", told " << all.told << ", silent " << all.silent << ", doubts where right " << all.doubted << "\n";
+    std::cout << "all: right " << all.right << ", told " << all.told << ", silent " << all.silent
+              << ", doubts where right " << all.doubted << "\n";
     EXPECT_EQ(all.silent, 0);
     EXPECT_GE(all.right * 100, tables * 97);
 }

@@ -79,8 +79,9 @@ TEST(InspectionGolden, EveryFileGetsItsProposal) {
         std::string reason;
         ASSERT_TRUE(InspectTextFile(path.string(), {}, found, reason)) << reason;
         InspectionCounts const& counts = found.counts;
-        EXPECT_EQ(counts.lines, counts.rows + counts.continued + counts.leftOut + counts.otherTable + counts.above + counts.markers +
-                                    counts.comments + counts.rules + counts.blank + counts.namesAgain + counts.nothingAtEnd)
+        EXPECT_EQ(counts.lines, counts.rows + counts.continued + counts.leftOut + counts.otherTable + counts.above +
+                                    counts.markers + counts.comments + counts.rules + counts.blank + counts.namesAgain +
+                                    counts.nothingAtEnd)
             << "every line is accounted for";
         std::string const golden = path.string() + ".golden";
         if (writes) test::WriteWholeFile(golden, Described(found));
