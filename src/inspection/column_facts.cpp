@@ -156,7 +156,10 @@ void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, st
     }
     if (isCompactTime) isCompactTime = IsCompactTime(number);
     if (isPackedMinutes) isPackedMinutes = IsPackedMinutes(number);
-    if (AddDummy(text, number, line)) return;
+    // Ordinary numbers are told from those by their first digit.
+    bool const mayBeDummy = text[0] == '9' || number.isNegative || number.hasExponent || number.count > 18 ||
+                            (m_noData != nullptr && !m_noData->empty());
+    if (mayBeDummy && AddDummy(text, number, line)) return;
 
     bool const isWhole = number.IsWhole();
     if (!isWhole) {

@@ -11,6 +11,31 @@ namespace {
 
 constexpr std::uint32_t kExactDigits = 18;
 
+/// The digits are only looked at to compare values, and the first ones do for that.
+std::uint64_t FirstDigits(char const* at) {
+    std::uint64_t digits = 0;
+    for (std::uint32_t kept = 0; kept < kExactDigits; ++at) {
+        if (!IsDigit(*at)) continue;
+        digits = digits * 10 + static_cast<unsigned>(*at - '0');
+        ++kept;
+    }
+    return digits;
+}
+
+/// Where the number ends: behind the exponent when there is one.
+char const* ScanExponent(char const* next, char const* end, NumberText& number) {
+    if (*next != 'E' && *next != 'e' && *next != 'D' && *next != 'd') return next;
+    char const* at = next + 1;
+    bool const isNegative = at != end && *at == '-';
+    if (at != end && (*at == '-' || *at == '+')) ++at;
+    if (at == end || !IsDigit(*at)) return next;
+    int exponent = 0;
+    for (; at != end && IsDigit(*at); ++at) exponent = std::min(exponent * 10 + (*at - '0'), 9999);
+    number.exponent = isNegative ? -exponent : exponent;
+    number.hasExponent = true;
+    return at;
+}
+
 }  // namespace
 
 std::uint32_t NumberText::SignificantDigits() const {
@@ -25,49 +50,35 @@ bool ScanNumberText(std::string_view text, DecimalMarks marks, NumberText& numbe
     char const* const begin = text.data();
     char const* const end = begin + text.size();
     char const* next = begin;
-    number = {};
-    if (next != end && (*next == '-' || *next == '+')) number.isNegative = *next++ == '-';
+    bool isNegative = false;
+    if (next != end && (*next == '-' || *next == '+')) isNegative = *next++ == '-';
     char const* const first = next;
     std::uint64_t digits = 0;
     unsigned digit = 0;
     for (; next != end && (digit = static_cast<unsigned>(*next - '0')) < 10; ++next) digits = digits * 10 + digit;
     auto const whole = static_cast<std::uint32_t>(next - first);
-    number.hasLeadingZero = whole > 1 && *first == '0';
+    char mark = '\0';
+    std::uint32_t decimals = 0;
     if (next != end && ((*next == '.' && (static_cast<int>(marks) & 1) != 0) ||
                         (*next == ',' && (static_cast<int>(marks) & 2) != 0))) {
-        number.mark = *next;
+        mark = *next;
         char const* const fraction = ++next;
         for (; next != end && (digit = static_cast<unsigned>(*next - '0')) < 10; ++next) digits = digits * 10 + digit;
-        number.decimals = static_cast<std::uint32_t>(next - fraction);
+        decimals = static_cast<std::uint32_t>(next - fraction);
     }
-    std::uint32_t count = whole + number.decimals;
+    std::uint32_t count = whole + decimals;
     if (count == 0) return false;
     char const* zero = first;
-    while (count > 0 && (*zero == '0' || *zero == number.mark)) count -= *zero++ == '0' ? 1 : 0;
-    if (count > kExactDigits) {
-        // The digits are only looked at to compare values: the first ones do.
-        digits = 0;
-        char const* at = zero;
-        for (std::uint32_t kept = 0; kept < kExactDigits; ++at) {
-            if (!IsDigit(*at)) continue;
-            digits = digits * 10 + static_cast<unsigned>(*at - '0');
-            ++kept;
-        }
-    }
-    number.digits = digits;
+    while (count > 0 && (*zero == '0' || *zero == mark)) count -= *zero++ == '0' ? 1 : 0;
+    number.digits = count > kExactDigits ? FirstDigits(zero) : digits;
     number.count = count;
-    if (next != end && (*next == 'E' || *next == 'e' || *next == 'D' || *next == 'd')) {
-        char const* at = next + 1;
-        bool const isNegative = at != end && *at == '-';
-        if (at != end && (*at == '-' || *at == '+')) ++at;
-        if (at != end && IsDigit(*at)) {
-            int exponent = 0;
-            for (; at != end && IsDigit(*at); ++at) exponent = std::min(exponent * 10 + (*at - '0'), 9999);
-            number.exponent = isNegative ? -exponent : exponent;
-            number.hasExponent = true;
-            next = at;
-        }
-    }
+    number.decimals = decimals;
+    number.mark = mark;
+    number.isNegative = isNegative;
+    number.hasLeadingZero = whole > 1 && *first == '0';
+    number.exponent = 0;
+    number.hasExponent = false;
+    if (next != end) next = ScanExponent(next, end, number);
     number.length = static_cast<std::uint32_t>(next - begin);
     return true;
 }

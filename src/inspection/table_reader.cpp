@@ -57,10 +57,8 @@ void CTableReader::FeedTable(std::string_view line, std::uint64_t number, bool c
     bool const isOpen = SplitLine(line, m_rule, m_parts);
     std::size_t const width = m_looks.size();
     if (m_reading.trailingSeparator && m_parts.size() == width + 1 && m_parts.back().text.empty()) m_parts.pop_back();
-    char const first =
-        line.empty()
-            ? '\0'
-            : line[line.find_first_not_of(" \t") == std::string_view::npos ? 0 : line.find_first_not_of(" \t")];
+    // Lines of blanks alone do not come here.
+    char const first = line[std::min(line.find_first_not_of(" \t"), line.size() - 1)];
     bool const mayBeRule = !IsDigit(first) && std::string_view("=-_*~+").find(first) != std::string_view::npos;
     if (mayBeRule && IsRule(line) && !IsRowOfMarks()) return GiveLine(TableLine::Rule, line, number);
     if (m_parts.size() == width && !isOpen) {
@@ -140,7 +138,13 @@ bool CTableReader::GoesOnWith(std::string_view line, std::uint64_t number) {
 void CTableReader::GiveUpJoining() {
     std::vector<Held> const lines = std::move(m_open);
     m_open.clear();
-    for (Held const& line : lines) FeedTable(line.text, line.number, false);
+    for (Held const& line : lines) {
+        if (Trim(line.text).empty()) {
+            GiveLine(TableLine::Blank, line.text, line.number);
+        } else {
+            FeedTable(line.text, line.number, false);
+        }
+    }
 }
 
 /// Reads m_parts; false when too many do not fit their columns.
@@ -149,7 +153,12 @@ bool CTableReader::ReadRow() {
     for (std::size_t i = 0; i < m_parts.size(); ++i) {
         CellKind const kind = m_kinds[i];
         CellRead& read = m_reads[i];
-        if (IsTyped(kind)) {
+        if (kind == CellKind::Number && m_looks[i].suffix.empty() &&
+            ScanNumberText(m_parts[i].text, m_cells.marks, read.number) &&
+            read.number.length == m_parts[i].text.size()) {
+            // Most cells of most files.
+            read.kind = CellKind::Number;
+        } else if (IsTyped(kind)) {
             ReadCell(m_parts[i].text, m_cells, kind, m_looks[i].suffix, read);
             if (read.kind != kind && read.kind != CellKind::Missing) ++m_misfits;
         } else if (m_readsTexts) {
@@ -162,8 +171,9 @@ bool CTableReader::ReadRow() {
 }
 
 bool CTableReader::IsNothing() const {
-    return std::all_of(m_parts.begin(), m_parts.end(),
-                       [](CellPart const& part) { return part.text.empty() && !part.isQuoted; });
+    return m_parts.front().text.empty() && std::all_of(m_parts.begin(), m_parts.end(), [](CellPart const& part) {
+               return part.text.empty() && !part.isQuoted;
+           });
 }
 
 bool CTableReader::HasStrayQuote() const {
