@@ -12,6 +12,8 @@
 
 namespace norva {
 
+struct TextPreview;
+
 /// Fixed numbers of the import formats; they never change, and none is given twice.
 enum class ImportFormatCode {
     None = 0,
@@ -85,6 +87,8 @@ struct ImportFormat {
     std::string_view signs;  ///< what `sniff` has seen when it says yes: "it begins with the GBN signature"
     Status (*import)(ImportJob& job) = nullptr;
     Status (*describe)(DescribeJob const& job, FileDescription& description) = nullptr;
+    /// Of a format whose files become column text: its first lines.
+    Status (*preview)(std::string const& path, TextPreview& preview) = nullptr;
 };
 
 }  // namespace norva

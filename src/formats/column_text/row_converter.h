@@ -17,13 +17,16 @@ namespace norva {
 /// Turns the values of data rows into packed store values, one column file a column.
 class CRowConverter {
 public:
-    enum class Source {
-        Text,    ///< dates and times by the store's converters; texts are upper-cased
-        SeaSpy,  ///< dates and times in the log's own form; texts keep their case
+    /// How a source writes what is no number.
+    struct Forms {
+        // A date as a decimal year and a time in hours; null: by the store's converters and the column's template.
+        double (*date)(std::string_view text) = nullptr;
+        double (*time)(std::string_view text) = nullptr;
+        bool upperCase = true;  ///< texts are stored in upper case
     };
 
     /// What is referred to has to outlive the converter. `columns` are the settings of all columns, skipped ones too.
-    CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Source source,
+    CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Forms const& forms,
                   CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files,
                   CRowReport& report);
 
@@ -39,7 +42,7 @@ public:
     void Finish();
 
 private:
-    enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, SeaSpyDate, SeaSpyTime, Geographic };
+    enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, OwnDate, OwnTime, Geographic };
     struct Plan {
         Kind kind = Kind::Skipped;
         int column = 0;
@@ -56,7 +59,7 @@ private:
     };
 
     static bool IsNumber(Kind kind) { return kind >= Kind::Float && kind <= Kind::Short; }
-    static Plan PlanFor(NorvaChannelStruct const& settings, int column, Source source);
+    static Plan PlanFor(NorvaChannelStruct const& settings, int column, Forms const& forms);
 
     static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
 
@@ -76,7 +79,7 @@ private:
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
     CDelimiters const& m_delimiters;
-    bool m_upperCase;
+    Forms m_forms;
     CNorvaDateTime const& m_dateTime;
     CNorvaGeographic const& m_geographic;
     CColumnFiles& m_files;
