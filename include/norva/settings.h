@@ -95,23 +95,23 @@ struct SeaSpySettings {
 
 /// A gravity meter dump (CG3).
 struct Cg3Settings {
-    /// Titles of the columns to import; none: the usual ones.
-    std::optional<std::vector<std::string>> columns{};
+    /// Places of the columns to import in the dump's column list, from 0, see ListCg3File(); none: the usual ones.
+    std::optional<std::vector<int>> columns{};
     int dateFormat = 1;      ///< code of a date template
     int timeFormat = 1;      ///< code of a time template
-    bool sortByTime = true;  ///< sort every line by its time channel
+    bool sortByTime = true;  ///< sort every line by its time channel, where one is imported
 
     bool operator==(Cg3Settings const&) const = default;
 };
 
 /// One channel of a fixed-length binary record.
 struct RecordChannel {
-    enum class Format { Int32, Float, Double, Int16 };
+    enum class Format { None, Int32, Float, Double, Int16 };
 
     std::string name{};
     std::string units{};
-    Format format = Format::Float;    ///< in the file, little-endian
-    int dataType = DataType::kFloat;  ///< in the store
+    Format format = Format::None;     ///< in the file, little-endian; None: not said yet
+    int dataType = DataType::kFloat;  ///< in the store: float, double, long or short
 
     bool operator==(RecordChannel const&) const = default;
 };
@@ -119,28 +119,37 @@ struct RecordChannel {
 /// A file of fixed-length binary records.
 struct RecordSettings {
     std::vector<RecordChannel> channels{};
-    std::optional<std::int64_t> records{};        ///< none: as many as the file holds
+    /// None: as many as the file holds, a partial last one included. More than that are filled with missing values.
+    std::optional<std::int64_t> records{};
     std::optional<std::int64_t> pointsPerLine{};  ///< none: all in one line
-    bool fiducial = true;                         ///< add a channel that counts the records
+    bool fiducial = true;                         ///< add a channel of the time since the first record, in seconds
     int frequency = 1;                            ///< records per second, for the fiducial
 
     bool operator==(RecordSettings const&) const = default;
 };
 
-/// A GBN file. Lists that are not set mean all.
+/// A GBN file. Places are those of ListGbnFile(), from 0; lists that are not set mean all. The store takes lines and
+/// channels in the order of the file.
 struct GbnSettings {
     struct Channel {
-        int number = 0;  ///< place in the file's channel list, from 0
+        int number = 0;  ///< place in the file's channel list
         std::optional<std::string> name{};
         std::optional<std::string> units{};
         std::optional<int> dataType{};
 
         bool operator==(Channel const&) const = default;
     };
+    struct Line {
+        int number = 0;  ///< place in the file's line list
+        std::string name{};
 
-    std::optional<std::vector<int>> lines{};     ///< places in the file's line list, from 0
-    std::optional<std::vector<int>> channels{};  ///< places in the file's channel list, from 0
+        bool operator==(Line const&) const = default;
+    };
+
+    std::optional<std::vector<int>> lines{};     ///< places in the file's line list
+    std::optional<std::vector<int>> channels{};  ///< places in the file's channel list
     std::vector<Channel> changes{};              ///< what channels are called and become other than as they stand
+    std::vector<Line> lineNames{};               ///< lines that are called other than in the file
     bool fiducial = true;                        ///< add a channel of fiducials
 
     bool operator==(GbnSettings const&) const = default;

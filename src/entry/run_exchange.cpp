@@ -2,6 +2,9 @@
 
 #include "exchange/exception_guard.h"
 #include "exchange/report_draft.h"
+#include "platform/last_error.h"
+
+#include <utility>
 
 namespace norva {
 
@@ -13,6 +16,8 @@ Status RunImport(ImportFormat const& format, ImportJob& job) {
         if (ImportReport const* const report = FinishedReport()) job.report = *report;
         return status;
     }
+    // A warning that was shown before is not why the import failed.
+    if (!status.Text().empty()) ClearLastErrorText();
     Conclude(status);
     ForgetReport();
     job.store->CloseCurFile();

@@ -41,6 +41,18 @@ struct ImportJob {
     ImportSettings settings{};  ///< given where nobody is asked; in the end, what the import ran by
     ImportReport report{};      ///< what became of the source, filled by an import that succeeded
 
+    /// Takes settings of a format's own kind over those that its window would open with, when there are any. Fails for
+    /// those of another format.
+    template <typename Settings>
+    Status TakeSettings(Settings& taken) const {
+        if (Settings const* const given = std::get_if<Settings>(&settings)) {
+            taken = *given;
+        } else if (!std::holds_alternative<std::monostate>(settings)) {
+            return Status::Failure("Couldn't import the file", inputPath, "The settings are those of another format.");
+        }
+        return {};
+    }
+
     /// The settings of a format's own kind: as given, or the defaults.
     template <typename Settings>
     Settings SettingsOr(Settings defaults) const {
