@@ -62,9 +62,8 @@ NORVA_FUZZ_TARGET(inspection) {
     std::string const path = fuzz::Folder() / "in.txt";
     test::WriteWholeFile(path, bytes);
     Inspection found;
-    std::string reason;
-    if (!InspectTextFile(path, {}, found, reason)) {
-        if (reason.empty()) fuzz::Broken("a refusal in silence");
+    if (Status const status = InspectTextFile(path, {}, found); !status) {
+        if (status.Text().empty()) fuzz::Broken("a refusal in silence");
         return fuzz::CleanUp({"in.txt"});
     }
     InspectionCounts const& counts = found.counts;

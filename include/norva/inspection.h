@@ -2,6 +2,7 @@
 
 #include "norva/api.h"
 #include "norva/settings.h"
+#include "norva/status.h"
 
 #include <cstdint>
 #include <optional>
@@ -85,9 +86,8 @@ struct Inspection {
     NORVA_API std::string Text() const;
 };
 
-/// Reads the file once, in bounded memory, and proposes how to import it. False when the file cannot be read or is no
-/// text; `reason` then says why, and `inspection` holds nothing.
-NORVA_API bool InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection,
-                               std::string& reason);
+/// Reads the file once, in bounded memory, and proposes how to import it. Fails, with nothing in `inspection`, when the
+/// file cannot be read or is no text.
+NORVA_API Status InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection);
 
 }  // namespace norva

@@ -44,26 +44,19 @@ public:
     CInspector(std::string const& path, InspectionOptions const& options, Inspection& result)
         : m_path(path), m_options(options), m_result(result) {}
 
-    bool Run(std::string& reason) {
-        if (!m_source.Open(m_path)) {
-            reason = m_source.Reason();
-            return false;
-        }
+    Status Run() {
+        if (Status status = m_source.Open(m_path); !status) return status;
         m_reading.encoding = m_source.Encoding();
-        if (!TakeSample(m_source, m_sample)) {
-            reason = FileErrorText("read", m_path, m_source.Error());
-            return false;
-        }
-        if (m_sample.lines.empty()) {
-            reason = "There is no text in the file : " + m_path;
-            return false;
-        }
+        if (!TakeSample(m_source, m_sample)) return Status::FileFailure("read", m_path, m_source.Error());
+        if (m_sample.lines.empty()) return Status::Failure("There is no text in the file", m_path);
         FindLineMarks();
         std::vector<std::string_view> voters = Voters();
-        if (!Attempt(voters, reason)) return false;
-        if (SuitsBadly() && !LookAgain(reason)) return false;
+        if (Status status = Attempt(voters); !status) return status;
+        if (SuitsBadly()) {
+            if (Status status = LookAgain(); !status) return status;
+        }
         Conclude();
-        return true;
+        return {};
     }
 
 private:
@@ -96,7 +89,7 @@ private:
     }
 
     /// Splits, looks for the header and passes over the file, with the lines that vote for the separator.
-    bool Attempt(std::vector<std::string_view> const& voters, std::string& reason) {
+    Status Attempt(std::vector<std::string_view> const& voters) {
         m_separators = ScoreSeparators(voters, m_quote);
         std::size_t width = m_separators.Best().parts;
         m_reading.separator = m_separators.Best().separator;
@@ -112,9 +105,8 @@ private:
             m_reading.separator = '\0';
         }
         if (width > kMostColumns) {
-            reason = "Couldn't read the file : " + m_path + "\nIts lines have more than " + Number(kMostColumns) +
-                     " columns.";
-            return false;
+            return Status::Failure("Couldn't read the file", m_path,
+                                   "Its lines have more than " + Number(kMostColumns) + " columns.");
         }
         FindOtherMarkers(width);
         m_looks =
@@ -125,7 +117,7 @@ private:
         m_reading.firstMarkerLine = m_header.firstMarkerLine;
         m_reading.headerText = m_header.headerText;
         m_reading.width = static_cast<int>(m_looks.size());
-        return Pass(reason);
+        return Pass();
     }
 
     /// Words that nobody told of, which come twice or more with a label, alone in lines that are no rows.
@@ -151,7 +143,7 @@ private:
         }
     }
 
-    bool Pass(std::string& reason) {
+    Status Pass() {
         m_pass = std::make_unique<CFilePass>(m_looks.size(), m_options);
         for (std::size_t const candidate : FindLabelCandidates(m_header.names))
             m_pass->columns[candidate].TrackLabels();
@@ -174,9 +166,7 @@ private:
         }
         reader.Finish();
         m_pass->counts.lines = m_source.Number();
-        if (m_source.Error() == 0) return true;
-        reason = FileErrorText("read", m_path, m_source.Error());
-        return false;
+        return m_source.Error() == 0 ? Status() : Status::FileFailure("read", m_path, m_source.Error());
     }
 
     /// How the file is read, and what came of it.
@@ -211,7 +201,7 @@ private:
 
     /// Many lines do not agree: once more, with those as the ones that say how the file is read; in a short file also
     /// with its last lines alone, since a long preamble may have outvoted the rows. The best is kept.
-    bool LookAgain(std::string& reason) {
+    Status LookAgain() {
         std::vector<std::string> const odd = m_pass->oddTexts;
         std::vector<std::string_view> const all = Voters();
         std::vector<std::vector<std::string_view>> looks = {{odd.begin(), odd.end()}};
@@ -222,14 +212,14 @@ private:
         TextReading const marks = best.reading;
         for (std::vector<std::string_view> const& voters : looks) {
             m_reading = marks;
-            if (!Attempt(voters, reason)) return false;
+            if (Status status = Attempt(voters); !status) return status;
             Reading again = TakeReading();
             if (again.looks.size() < 2 || again.Worth() <= best.Worth()) continue;
             best = std::move(again);
             m_isSecondLook = true;
         }
         PutReading(best);
-        return true;
+        return {};
     }
 
     void Say(std::string subject, std::string choice, std::string evidence, bool isDoubt = false,
@@ -532,13 +522,12 @@ private:
 
 }  // namespace
 
-bool InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection,
-                     std::string& reason) {
+Status InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection) {
     inspection = {};
     Inspection found;
-    if (!CInspector(path, options, found).Run(reason)) return false;
+    if (Status status = CInspector(path, options, found).Run(); !status) return status;
     inspection = std::move(found);
-    return true;
+    return {};
 }
 
 }  // namespace norva

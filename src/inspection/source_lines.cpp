@@ -42,28 +42,19 @@ std::uint32_t WindowsCode(unsigned char byte) {
 
 }  // namespace
 
-bool CSourceLines::Open(std::string const& path) {
-    if (!m_lines.Open(path)) {
-        m_reason = FileErrorText("open", path, m_lines.Error());
-        return false;
-    }
-    if (!m_wide.Open(path, CFile::Mode::Read)) {
-        m_reason = FileErrorText("open", path, m_wide.Error());
-        return false;
-    }
+Status CSourceLines::Open(std::string const& path) {
+    if (!m_lines.Open(path)) return Status::FileFailure("open", path, m_lines.Error());
+    if (!m_wide.Open(path, CFile::Mode::Read)) return Status::FileFailure("open", path, m_wide.Error());
     unsigned char head[4] = {};
     std::size_t got = 0;
-    if (!m_wide.ReadAt(0, head, sizeof head, got)) {
-        m_reason = FileErrorText("read", path, m_wide.Error());
-        return false;
-    }
+    if (!m_wide.ReadAt(0, head, sizeof head, got)) return Status::FileFailure("read", path, m_wide.Error());
     auto const begins = [&](std::string_view mark) {
         return got >= mark.size() && std::memcmp(head, mark.data(), mark.size()) == 0;
     };
     if (begins("\x1F\x8B") || begins("PK\x03\x04")) {
-        m_reason = "Couldn't read the file : " + path + "\nIt is packed (" + (head[0] == 'P' ? "zip" : "gzip") +
-                   "); unpack it first.";
-        return false;
+        return Status::Failure(
+            "Couldn't read the file", path,
+            std::string("It is packed (") + (head[0] == 'P' ? "zip" : "gzip") + "); unpack it first.");
     }
     m_hasMark = begins("\xEF\xBB\xBF");
     if (begins("\xFF\xFE")) m_encoding = TextReading::Encoding::Utf16Little;
@@ -72,7 +63,7 @@ bool CSourceLines::Open(std::string const& path) {
         m_hasMark = true;
         m_bytes.resize(kWideBlock);
     }
-    return Rewind();
+    return Rewind() ? Status() : Status::FileFailure("read", path, Error());
 }
 
 bool CSourceLines::Rewind() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/settings.h"
+#include "norva/status.h"
 #include "platform/files.h"
 #include "platform/line_reader.h"
 
@@ -15,11 +16,10 @@ namespace norva {
 /// last control-Z is taken off.
 class CSourceLines {
 public:
-    /// False with Reason() set. The mark at the start of the file tells UTF-16; other files count as UTF-8.
-    bool Open(std::string const& path);
+    /// The mark at the start of the file tells UTF-16; other files count as UTF-8.
+    Status Open(std::string const& path);
     TextReading::Encoding Encoding() const { return m_encoding; }
     bool HasMark() const { return m_hasMark; }
-    std::string const& Reason() const { return m_reason; }
     std::uint64_t Length() const { return m_lines.Length(); }
 
     /// The next line without its end. The view lasts until the next call.
@@ -43,7 +43,6 @@ private:
     TextReading::Encoding m_encoding = TextReading::Encoding::Utf8;
     bool m_hasMark = false;
     std::uint64_t m_number = 0;
-    std::string m_reason;
 
     // UTF-16 alone.
     CFile m_wide;

@@ -80,8 +80,7 @@ protected:
     }
     Inspection Proposal(std::string const& bytes, InspectionOptions const& options = {}) {
         Inspection found;
-        std::string reason;
-        EXPECT_TRUE(InspectTextFile(Write(bytes), options, found, reason)) << reason;
+        EXPECT_TRUE(InspectTextFile(Write(bytes), options, found));
         return found;
     }
     test::CTemporaryFolder m_folder;
@@ -251,12 +250,9 @@ TEST_F(InspectionAdaptor, RefusalsSayWhy) {
                        {"\x1A", "There is no text"}};
     for (auto const& c : cases) {
         Inspection found;
-        std::string reason;
-        EXPECT_FALSE(InspectTextFile(Write(c.bytes), {}, found, reason));
-        EXPECT_NE(reason.find(c.reason), std::string::npos) << reason;
+        std::string const text = InspectTextFile(Write(c.bytes), {}, found).Text();
+        EXPECT_NE(text.find(c.reason), std::string::npos) << text;
     }
     Inspection found;
-    std::string reason;
-    EXPECT_FALSE(InspectTextFile(m_folder / "none", {}, found, reason));
-    EXPECT_NE(reason.find("No such file"), std::string::npos) << reason;
+    EXPECT_EQ(InspectTextFile(m_folder / "none", {}, found).Reason(), "No such file or directory");
 }

@@ -147,8 +147,7 @@ TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
         std::string const path = folder / ("table" + table.extension);
         test::WriteWholeFile(path, table.bytes);
         Inspection proposal;
-        std::string reason;
-        ASSERT_TRUE(InspectTextFile(path, {}, proposal, reason)) << reason;
+        ASSERT_TRUE(InspectTextFile(path, {}, proposal));
         StoredTable stored;
         ReadByProposal(path, proposal, stored);
         ASSERT_EQ(stored.rows.size(), proposal.counts.rows)

@@ -59,7 +59,7 @@ public:
 
     Status Run(std::string const& textPath) {
         CSourceLines lines;
-        if (!lines.Open(textPath)) return Status::Failure("Couldn't open the file", textPath, lines.Reason());
+        if (Status status = lines.Open(textPath); !status) return status;
         if (Status status = CreateStore(m_job); !status) return status;
         CProgressWindow window("Loading data from the file", textPath);
         if (Status status = CreateColumnFiles(m_files, textPath, m_settings.columns.size()); !status) return status;

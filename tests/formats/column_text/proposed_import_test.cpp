@@ -79,8 +79,7 @@ std::vector<std::string> StoredRows(std::string const& path) {
 /// Proposes, imports and compares; gives the result.
 ImportResult ExpectStoredAsRead(std::string const& path, std::string const& storePath) {
     Inspection proposal;
-    std::string reason;
-    EXPECT_TRUE(InspectTextFile(path, {}, proposal, reason)) << path << reason;
+    EXPECT_TRUE(InspectTextFile(path, {}, proposal)) << path;
     ReadRows read;
     read.channels = proposal.settings.columns;
     CSourceLines source;
@@ -147,8 +146,7 @@ TEST(ImportByReading, ChangedTypesAreToldWhatTheyLose) {
     CTemporaryFolder const folder;
     WriteWholeFile(folder / "in.csv", "A,B,C\n1.5,70000,long text\n2.0,5,x\n");
     Inspection proposal;
-    std::string reason;
-    ASSERT_TRUE(InspectTextFile(folder / "in.csv", {}, proposal, reason));
+    ASSERT_TRUE(InspectTextFile(folder / "in.csv", {}, proposal));
     ImportRequest request{.inputPath = folder / "in.csv", .storePath = folder / "out.nvt"};
     proposal.settings.columns[0].dataType = DataType::kShort;
     proposal.settings.columns[1].dataType = DataType::kShort;
