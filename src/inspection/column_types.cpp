@@ -166,7 +166,14 @@ private:
             m_facts.Count(CellKind::Missing) > m_facts.marks[static_cast<std::size_t>(MissingMark::Empty)];
         if (hasMark) {
             Add(DataType::kFloat, ColumnReading::Form::Plain);
-            return Say("single", "no value in any row" + MissingText());
+            // Sodium is Na, and a dash may be a remark.
+            bool isWord = false;
+            for (MissingMark const mark :
+                 {MissingMark::NA, MissingMark::None, MissingMark::Dash, MissingMark::Question}) {
+                isWord = isWord || m_facts.marks[static_cast<std::size_t>(mark)] > 0;
+            }
+            return Say("single", "no value in any row" + MissingText() + (isWord ? "; they may be texts" : ""), isWord,
+                       isWord ? "--column '" + m_naming.name + ":type=text'" : "");
         }
         Add(DataType::kText, ColumnReading::Form::Plain);
         Say("text 1", m_facts.rows == 0 ? "no rows" : "empty in every row");
