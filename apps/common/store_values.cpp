@@ -19,15 +19,6 @@ void AppendNumber(std::string& out, Number value) {
     if (error == std::errc{}) out.append(digits.data(), end);
 }
 
-void AppendFormatted(std::string& out, double value, int displayFormat, int decimals) {
-    std::array<char, 400> digits{};
-    auto const format =
-        displayFormat == DisplayFormat::kExponent ? std::chars_format::scientific : std::chars_format::fixed;
-    auto const [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value, format,
-                                            decimals < 0 ? 6 : std::min(decimals, 40));
-    if (error == std::errc{}) out.append(digits.data(), end);
-}
-
 /// JSON has no number for these.
 void AppendFinite(std::string& out, double value) {
     if (!std::isfinite(value) || value == kNoDataDouble) {
@@ -62,9 +53,7 @@ CValuePrinter::CValuePrinter(CNorvaFileUtil& store) : m_store(store) {
         channel.title = store.GetChannelFullName(index);
         channel.dataType = store.GetChannelDataType(index);
         channel.arraySize = store.GetChannelArraySize(index);
-        channel.displayFormat = store.GetChannelDisplayFormat(index);
-        channel.decimals = store.GetChannelNumDecPlaces(index);
-        channel.templateFormat = store.GetChannelTemplateFormat(index);
+        channel.format = ValueFormat::Of(store, index);
         channel.isArray = channel.dataType != DataType::kText && store.GetChannelRecordType(index) == 1;
     }
 }
@@ -79,31 +68,9 @@ void CValuePrinter::AppendCell(std::string& out, int channel, int profile, long 
 
 std::string const& CValuePrinter::CellText(int channel, int profile, long location) {
     Channel const& shown = m_channels[static_cast<std::size_t>(channel)];
-    float single = 0;
-    double number = 0;
-    int integer = 0;
-    long longInteger = 0;
-    int dataType = shown.dataType;
     m_cell.clear();
-    if (m_store.GetData(channel, profile, location, single, number, integer, longInteger, m_text, dataType) != 0) {
-        if (dataType == DataType::kFloat) number = single == kNoDataFloat ? kNoDataDouble : single;
-        if (dataType == DataType::kText) {
-            m_cell = m_text;
-        } else if (dataType == DataType::kShort   ? integer == kNoDataShort
-                   : dataType > DataType::kDouble ? integer == kNoDataLong
-                                                  : number == kNoDataDouble) {
-            m_cell = "*";
-        } else if (dataType > DataType::kDouble) {
-            AppendNumber(m_cell, integer);
-        } else if (shown.displayFormat == DisplayFormat::kDate) {
-            m_dateTime.GetStringDate(number, shown.templateFormat, m_cell);
-        } else if (shown.displayFormat == DisplayFormat::kTime) {
-            m_dateTime.GetStringTime(number, shown.templateFormat, shown.decimals, m_cell);
-        } else if (shown.displayFormat == DisplayFormat::kGeographic) {
-            m_geographic.GetString(number, shown.templateFormat, shown.decimals, m_cell);
-        } else {
-            AppendFormatted(m_cell, number, shown.displayFormat, shown.decimals);
-        }
+    if (m_value.Read(m_store, channel, profile, location)) {
+        m_texts.Append(m_cell, shown.format, m_value);
         if (shown.isArray && shown.arraySize > 1) m_cell += " ...";
     }
     return m_cell;
@@ -134,31 +101,22 @@ void CValuePrinter::AppendJson(std::string& out, int channel, int profile, long 
         AppendElements(out, channel, profile, location);
         return;
     }
-    float single = 0;
-    double number = 0;
-    int integer = 0;
-    long longInteger = 0;
-    int dataType = 0;
-    if (m_store.GetData(channel, profile, location, single, number, integer, longInteger, m_text, dataType) == 0) {
+    if (!m_value.Read(m_store, channel, profile, location) || m_value.IsMissing()) {
         out += "null";
         return;
     }
-    switch (dataType) {
+    switch (m_value.dataType) {
         case DataType::kFloat:
-            AppendFinite(out, single);
+            AppendFinite(out, m_value.single);
             break;
         case DataType::kDouble:
-            AppendFinite(out, number);
+            AppendFinite(out, m_value.number);
             break;
         case DataType::kText:
-            out += nlohmann::json(m_text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+            out += nlohmann::json(m_value.text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
             break;
         default:
-            if (integer == (dataType == DataType::kShort ? static_cast<int>(kNoDataShort) : kNoDataLong)) {
-                out += "null";
-            } else {
-                AppendNumber(out, integer);
-            }
+            AppendNumber(out, m_value.Whole());
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "norva/converters.h"
-#include "norva/file_util.h"
+#include "norva/value_text.h"
 
 #include <string>
 #include <vector>
@@ -26,20 +25,17 @@ private:
         std::string title;
         int dataType = 0;
         int arraySize = 1;
-        int displayFormat = 0;
-        int decimals = 0;
-        int templateFormat = -1;
+        ValueFormat format;
         bool isArray = false;
     };
 
     void AppendElements(std::string& out, int channel, int profile, long location);
 
     CNorvaFileUtil& m_store;
-    CNorvaDateTime m_dateTime;
-    CNorvaGeographic m_geographic;
+    CValueText m_texts;
+    StoreValue m_value;
     std::vector<Channel> m_channels;
     std::vector<double> m_elements;
-    std::string m_text;
     std::string m_cell;
 };
 

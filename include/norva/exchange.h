@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/api.h"
+#include "norva/export_report.h"
 #include "norva/file_util.h"
 #include "norva/import_report.h"
 #include "norva/settings.h"
@@ -59,6 +60,8 @@ struct ExportRequest {
 };
 
 struct ExportResult {
+    ExportReport report{};
+    ExportSettings settings{};            ///< that the export ran by, with the lines and channels written
     std::vector<std::string> messages{};  ///< what the library would have shown, in order
 };
 

@@ -7,7 +7,7 @@ namespace norva {
 
 class CSpreadsheet;
 
-/// Writes chosen lines and channels of a store as a worksheet in BIFF2 records: one header row, then one row a
+/// Writes chosen lines and channels of a store as a worksheet in BIFF2 records: one header row, then one row per
 /// location; numbers as numbers, everything else as text. Columns follow the store's channel order.
 class NORVA_API CExportToExcel : public CExporterBase {
 public:
@@ -17,10 +17,13 @@ public:
     /// 1 when the file was written; 0 when the dialog was cancelled or the file could not be written.
     int Export();
 
+    /// The same as the library's table of types asks for it: the job says who chooses.
+    Status Run(ExportJob& job);
+
 private:
-    /// Asks whether to write a sheet that readers of the format cannot hold whole; true when it fits.
-    bool ConfirmSize(ExportSelection const& selection, std::vector<int> const& channels);
-    void FillSheet(CSpreadsheet& sheet, ExportSelection const& selection, std::vector<int> const& channels);
+    /// A sheet that readers of the format cannot hold whole is refused, unless the person or the settings want it.
+    Status ConfirmSize(ExportJob& job) const;
+    Status FillSheet(CSpreadsheet& sheet, ExportJob& job);
 };
 
 }  // namespace norva

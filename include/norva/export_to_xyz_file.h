@@ -10,7 +10,7 @@
 
 namespace norva {
 
-/// Writes chosen lines and channels of a store as XYZ text: a header line of column labels, then one row a location,
+/// Writes chosen lines and channels of a store as XYZ text: a header line of column labels, then one row per location,
 /// the columns right-justified in fields of 20 characters.
 class NORVA_API CExportToXYZFile : public CExporterBase {
 public:
@@ -25,11 +25,13 @@ public:
 
     /// 1 when the file was written; 0 when the dialog was cancelled or the file could not be written.
     int ExportToXYZFile();
+    /// The same as the library's table of types asks for it: the job says who chooses.
+    Status Run(ExportJob& job);
 
 protected:
     /// Also finds out whether some channel has units.
     void FillChannelArray(std::vector<std::string>& names);
-    /// Blanks, "." and ":" of a line name become "_".
+    /// Blanks, ".", ":" and line breaks of a line name become "_".
     std::string AdjustProfileName(std::string_view name) const;
     /// Column label of a full channel name, with or without its units, blanks as "_".
     std::string AdjustChannelName(std::string_view fullName) const;
@@ -38,8 +40,9 @@ protected:
     std::string MFormatString(std::string_view text, int width) const;
 
 private:
-    std::string HeaderLine(ExportSelection const& selection) const;
-    void WriteLines(ExportSelection const& selection);
+    class RowsToText;
+    std::string HeaderLine(ExportJob& job) const;
+    Status WriteLines(ExportJob& job);
 
     std::string m_inputFile;
     int m_option = 0;

@@ -2,7 +2,9 @@
 
 #include "norva/api.h"
 #include "norva/file_util.h"
+#include "norva/status.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,19 +12,11 @@
 
 namespace norva {
 
-class CExportSelectionDlg;
 class CReplacementFile;
+struct ExportChoices;
+struct ExportJob;
 
-/// The user's choice in the export dialog.
-struct ExportSelection {
-    std::vector<int> profiles;  ///< store profile numbers in output order
-    std::vector<int> channels;  ///< positions in the store's channel order, in the order of the export list
-    int labelAsChannel = 0;
-    int pointIdAsChannel = 0;
-    int exportUnits = 0;
-};
-
-/// What every exporter carries: the lists of the dialog, the selected profiles, the output file.
+/// What every exporter carries: the lists to choose from, the selected profiles, the output file.
 class NORVA_API CExporterBase {
 public:
     CExporterBase(CExporterBase const&) = delete;
@@ -42,22 +36,24 @@ protected:
     /// printf's format for a floating value, which is how its cell text reads: "%.2f", "%e".
     static std::string GetFormatString(int displayFormat, int decimals);
 
-    /// Fills the lists and runs the dialog, whose presets are the exporter's; false when it was cancelled. The
-    /// selected profiles are adjusted. The open store's own file as the output is refused before, with a message,
-    /// unless m_mayReplaceStore says that the exporter writes a store.
-    bool RunSelection(CExportSelectionDlg& dialog, std::vector<std::string> const& channelNames,
-                      ExportSelection& selection);
+    /// Runs an export that asks a person, and gives the fixed result with its reason as the last error.
+    int RunAsked(std::function<Status(ExportJob& job)> const& run);
 
+    /// Lets a person choose in the export window, or checks the settings that were given. After a success the job's
+    /// settings name every line and channel to write, and the selected profiles are adjusted. The open store's own file
+    /// as the output is refused before, unless m_mayReplaceStore says that the exporter writes a store.
+    Status Choose(ExportJob& job, ExportChoices const& choices);
     /// The step that deletes an older output file. The older file stays until the new one is complete; what would
     /// keep it from being deleted is shown in the "Error" box, and the export goes on as far as it can.
     void CheckOldFile();
-    /// Opens the file that is to take the output's place. False, without a message, with the last error set. The
-    /// open store's own file is never written in place.
-    bool OpenOutput();
-    /// False after a failure; FinishOutput() then says why.
+    /// Opens the file that is to take the output's place; a failure is silent. The open store's own file is never
+    /// written in place.
+    Status OpenOutput();
+    /// False after a failure, which FinishOutput() tells.
     bool Write(std::string_view bytes);
-    /// Puts the finished file in its place: 1; else a message, 0, and the older file as it was.
-    int FinishOutput();
+    /// Puts the finished file in its place when everything was written; else the older file stays as it was.
+    Status FinishOutput(Status written);
+    bool IsStoreItself() const;
 
     CNorvaFileUtil* m_store;
     std::string m_outputFile;
@@ -68,7 +64,7 @@ protected:
     std::vector<int> m_profileIndexTable;
 
 private:
-    bool IsStoreItself() const;
+    Status CheckSettings(ExportJob& job, ExportChoices const& choices) const;
 };
 
 }  // namespace norva

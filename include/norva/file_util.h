@@ -109,6 +109,8 @@ public:
     /// 0 only says that there is no such value, profile or channel. Unlike GetLastErrorText() it belongs to this store
     /// alone: what the host does meanwhile with another one leaves it as it is.
     virtual Status LastStatus() const;
+    /// Makes LastStatus() good, before work that is to see its own failures alone.
+    virtual void ForgetStatus();
     /// Whether ReadColumn gives the same values as GetData, so that a whole column may be read at once in its place.
     /// True for this class; false for a class derived from it, which may have a GetData of its own, until that class
     /// says otherwise.

@@ -159,7 +159,8 @@ struct GbnSettings {
 using ImportSettings =
     std::variant<std::monostate, ColumnTextSettings, SeaSpySettings, Cg3Settings, RecordSettings, GbnSettings>;
 
-/// What an export writes, and how.
+/// What an export writes, and how. Label, point number and digits are of XYZ files and worksheets, units of XYZ files;
+/// the others have no place for them.
 struct ExportSettings {
     std::optional<std::vector<int>> lines{};     ///< profile numbers of the store in output order; none: all shown ones
     std::optional<std::vector<int>> channels{};  ///< places in the store's channel order, in output order; none: all
@@ -167,6 +168,7 @@ struct ExportSettings {
     bool pointId = false;                        ///< a point number in a column of its own
     bool units = true;                           ///< units in the column titles, where there are any
     bool writeOversized = false;                 ///< write a sheet that its readers cannot hold whole
+    bool fullDigits = false;                     ///< as many digits as a number needs to read back the same
 
     bool operator==(ExportSettings const&) const = default;
 };

@@ -30,6 +30,7 @@ Status RequireFree(std::string const& path, bool replace) {
 }
 
 Status Import(ImportRequest const& request, ImportResult& result) {
+    if (Status status = RequireOtherFile(request.inputPath, request.storePath); !status) return status;
     std::string const label = request.format.empty() ? RecognizeImportFormat(request.inputPath).label : request.format;
     if (label.empty()) {
         return Status::Failure("Couldn't read the file", request.inputPath,
@@ -58,7 +59,7 @@ Status Import(ImportRequest const& request, ImportResult& result) {
     return {};
 }
 
-Status Export(ExportRequest const& request) {
+Status Export(ExportRequest const& request, ExportResult& result) {
     ExportType const* const type = FindExportType(ExportTypeOf(ExtensionOf(request.outputPath)));
     if (type == nullptr || type->run == nullptr) {
         return Status::Failure("Files with this extension cannot be written", request.outputPath);
@@ -66,14 +67,17 @@ Status Export(ExportRequest const& request) {
     if (Status status = RequireFree(request.outputPath, request.replace); !status) return status;
     CNorvaFileUtil own;
     if (request.store == nullptr && own.SetFileName(request.storePath, kReopenStore, nullptr) == 0) {
-        return Status::Failure(GetLastErrorText());
+        return own.LastStatus();
     }
     ExportJob job;
     job.store = request.store != nullptr ? request.store : &own;
     job.outputPath = FullPath(request.outputPath);
     job.asks = false;
     job.settings = request.settings;
-    return RunExport(*type, job);
+    if (Status status = RunExport(*type, job); !status) return status;
+    result.settings = std::move(job.settings);
+    result.report = std::move(job.report);
+    return {};
 }
 
 }  // namespace
@@ -95,7 +99,7 @@ Status ExportStore(ExportRequest const& request, ExportResult& result) {
         ClearLastErrorText();
         CQuietToolkit toolkit(request.progress, result.messages);
         CToolkitScope const scope(toolkit);
-        Status status = Export(request);
+        Status status = Export(request, result);
         return WithReason(std::move(status), result.messages, "Couldn't write the file", request.outputPath);
     });
 }

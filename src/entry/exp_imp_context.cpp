@@ -5,6 +5,7 @@
 #include "entry/import_format_dlg.h"
 #include "entry/import_formats.h"
 #include "entry/run_exchange.h"
+#include "exchange/exception_guard.h"
 #include "platform/last_error.h"
 #include "ui/messages.h"
 
@@ -43,6 +44,7 @@ int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CW
     if (BrowseForFile(job.inputPath, kOpenDialogFlags, FileDialogMode::ImportInput, formatCode) == 0) return 0;
     storePath = ProposedStorePath(job.inputPath, format->code);
     if (BrowseForFile(storePath, kSaveDialogFlags, FileDialogMode::ImportStore, formatCode) == 0) return 0;
+    if (Conclude(RequireOtherFile(job.inputPath, storePath)) == 0) return 0;
     m_storeFileName = storePath;
     m_gravityMeterMode = format->code == ImportFormatCode::CG5 ? 1 : 0;
     job.storePath = m_storeFileName;

@@ -2,6 +2,7 @@
 
 #include "exchange/exception_guard.h"
 #include "exchange/report_draft.h"
+#include "platform/files.h"
 #include "platform/last_error.h"
 
 #include <utility>
@@ -24,9 +25,14 @@ Status RunImport(ImportFormat const& format, ImportJob& job) {
     return status;
 }
 
+Status RequireOtherFile(std::string const& inputPath, std::string const& storePath) {
+    if (!IsSameFile(inputPath, storePath)) return {};
+    return Status::Failure("The store cannot take the place of the file that is imported", inputPath);
+}
+
 Status RunExport(ExportType const& type, ExportJob& job) {
     Status status = Guarded("Couldn't write the file", job.outputPath, [&] { return type.run(job); });
-    Conclude(status);
+    ConcludeAlone(status);
     return status;
 }
 

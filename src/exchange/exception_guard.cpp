@@ -47,4 +47,9 @@ Status Shown(Status status) {
     return std::move(status).Silent();
 }
 
+int ConcludeAlone(Status const& status) noexcept {
+    if (!status) ClearLastErrorText();
+    return Conclude(status);
+}
+
 }  // namespace norva

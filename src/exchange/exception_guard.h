@@ -28,6 +28,9 @@ int Conclude(Status const& status) noexcept;
 /// cancellations pass as they are.
 Status Shown(Status status);
 
+/// The same for an operation whose status holds its whole reason: what the host did meanwhile left a reason of its own.
+int ConcludeAlone(Status const& status) noexcept;
+
 /// Guarded() and Conclude() for an operation with the fixed results 1 and 0.
 template <typename Operation>
 int GuardedResult(char const* what, std::string const& path, Operation&& operation) noexcept {

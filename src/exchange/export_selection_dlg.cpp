@@ -22,7 +22,6 @@ void CExportSelectionDlg::SetProfileIndexTable(std::vector<int> const& table) {
 }
 
 void CExportSelectionDlg::SetProfileNames(std::vector<std::string> const& names) {
-    m_profileNames = names;
     for (std::string const& name : names) m_lines.entries.push_back({name, 0});
 }
 
@@ -32,14 +31,33 @@ void CExportSelectionDlg::SetChannelNames(std::vector<std::string> const& names)
 
 void CExportSelectionDlg::OnInitDialog() {
     Enable(kPointId, m_pointIdEnabled != 0);
-    Enable(kUnits, exportUnits == 1);
-    CheckRadio(kLabelAsChannel, kLabelAsLine);
-    SetCheck(kPointId, false);
-    SetCheck(kUnits, exportUnits != 0);
-    for (Side* const side : {&m_lines, &m_columns}) {
-        MoveAll(*side, 0);
-        if (!side->existing.empty()) SelectRow(side->existingList, 0);
+    Enable(kUnits, settings.units);
+    CheckRadio(kLabelAsChannel, settings.labelAsChannel ? kLabelAsChannel : kLabelAsLine);
+    SetCheck(kPointId, settings.pointId);
+    SetCheck(kUnits, settings.units);
+    std::vector<int> lines;
+    for (int const profile : settings.lines.value_or(std::vector<int>())) {
+        auto const found = std::ranges::find(m_profileIndexTable, profile);
+        if (found != m_profileIndexTable.end()) lines.push_back(static_cast<int>(found - m_profileIndexTable.begin()));
     }
+    ShowExported(m_lines, lines);
+    ShowExported(m_columns, settings.channels.value_or(std::vector<int>()));
+}
+
+void CExportSelectionDlg::ShowExported(Side& side, std::vector<int> const& items) {
+    MoveAll(side, 0);
+    for (int const item : items) {
+        if (item < 0 || static_cast<std::size_t>(item) >= side.entries.size()) continue;
+        Entry& entry = side.entries[static_cast<std::size_t>(item)];
+        if (entry.inExport == 0) side.exported.push_back(item);
+        entry.inExport = 1;
+    }
+    if (!side.exported.empty()) {
+        std::erase_if(side.existing,
+                      [&](int item) { return side.entries[static_cast<std::size_t>(item)].inExport == 1; });
+        ShowLists(side);
+    }
+    if (!side.existing.empty()) SelectRow(side.existingList, 0);
 }
 
 void CExportSelectionDlg::OnEvent(DialogEvent const& event) {
@@ -122,18 +140,15 @@ void CExportSelectionDlg::Accept() {
         ShowMessage("Select Channel(s) to Export");
         return;
     }
-    labelAsChannel = CheckedRadio(kLabelAsChannel) == kLabelAsChannel ? 1 : 0;
-    pointIdAsChannel = Get(kPointId).checked ? 1 : 0;
-    exportUnits = Get(kUnits).checked ? 1 : 0;
-    m_selectedProfiles.clear();
+    settings.labelAsChannel = CheckedRadio(kLabelAsChannel) == kLabelAsChannel;
+    settings.pointId = Get(kPointId).checked;
+    settings.units = Get(kUnits).checked;
+    settings.lines.emplace();
     for (int const item : m_lines.exported) {
-        std::string const& text = m_lines.entries[static_cast<std::size_t>(item)].name;
-        auto const found = std::find(m_profileNames.begin() + item, m_profileNames.end(), text);
-        auto const position = static_cast<std::size_t>(found - m_profileNames.begin());
-        if (found != m_profileNames.end() && position < m_profileIndexTable.size()) {
-            m_selectedProfiles.push_back(m_profileIndexTable[position]);
-        }
+        auto const at = static_cast<std::size_t>(item);
+        if (at < m_profileIndexTable.size()) settings.lines->push_back(m_profileIndexTable[at]);
     }
+    settings.channels = m_columns.exported;
     EndDialog(kButtonOk);
 }
 

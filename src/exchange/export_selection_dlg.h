@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/dialog.h"
+#include "norva/settings.h"
 
 #include <string>
 #include <vector>
@@ -18,15 +19,14 @@ public:
     void SetChannelNames(std::vector<std::string> const& names);
     void EnablePointId(int enabled) { m_pointIdEnabled = enabled; }
 
-    // The user's choice once the dialog has ended with "Export".
+    /// What the dialog shows when it opens, lines and channels by the numbers of the lists below, and the user's choice
+    /// once it has ended with "Export". Units are offered when they are set before.
+    ExportSettings settings;
 
     /// Store profile numbers in the order of the export list.
-    std::vector<int> GetSelectedProfiles() const { return m_selectedProfiles; }
+    std::vector<int> GetSelectedProfiles() const { return *settings.lines; }
     /// Positions in the store's channel order, in the order of the export list.
     std::vector<int> GetSelectedChannels() const { return m_columns.exported; }
-    int labelAsChannel = 0;
-    int pointIdAsChannel = 0;
-    int exportUnits = 0;  ///< before the dialog is shown: the exporter's preset, without which the box is disabled
 
 protected:
     void OnInitDialog() override;
@@ -56,13 +56,13 @@ private:
     /// Moves the chosen items into the export list, or back from it into item order.
     void MoveChosen(Side& side, bool adding);
     void ShowLists(Side const& side);
+    /// Puts the items that are exported already into the export list.
+    void ShowExported(Side& side, std::vector<int> const& items);
     void Accept();
 
     Side m_lines;
     Side m_columns;
-    std::vector<std::string> m_profileNames;
     std::vector<int> m_profileIndexTable;
-    std::vector<int> m_selectedProfiles;
     int m_pointIdEnabled = 1;
 };
 

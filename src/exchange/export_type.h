@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/export_report.h"
 #include "norva/file_util.h"
 #include "norva/settings.h"
 #include "norva/status.h"
@@ -18,7 +19,8 @@ struct ExportJob {
     std::string outputPath;
     CWindow* owner = nullptr;
     bool asks = true;           ///< lines and channels are chosen by a person, in the export window
-    ExportSettings settings{};  ///< given where nobody is asked
+    ExportSettings settings{};  ///< given where nobody is asked; in the end those that were used
+    ExportReport report{};      ///< complete once the export has succeeded
 };
 
 /// One row of the export type table.

@@ -1,6 +1,8 @@
 #include "norva/exporter_base.h"
 
+#include "exchange/exception_guard.h"
 #include "exchange/export_selection_dlg.h"
+#include "exchange/export_walk.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
@@ -10,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <numeric>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -93,25 +96,76 @@ std::string CExporterBase::GetFormatString(int displayFormat, int decimals) {
     return format += isExponent ? 'e' : 'f';
 }
 
-bool CExporterBase::RunSelection(CExportSelectionDlg& dialog, std::vector<std::string> const& channelNames,
-                                 ExportSelection& selection) {
-    if (!m_mayReplaceStore && IsStoreItself()) {
-        ShowMessage("The open store cannot be exported onto itself : " + m_outputFile);
-        return false;
+int CExporterBase::RunAsked(std::function<Status(ExportJob& job)> const& run) {
+    ClearLastErrorText();
+    Status const status = Guarded("Couldn't write the file", m_outputFile, [&] {
+        ExportJob job;
+        job.store = m_store;
+        job.outputPath = m_outputFile;
+        job.owner = m_owner;
+        return run(job);
+    });
+    return ConcludeAlone(status);
+}
+
+Status CExporterBase::CheckSettings(ExportJob& job, ExportChoices const& choices) const {
+    constexpr char const* kWhat = "Couldn't write the file";
+    auto const refuse = [&](std::string reason) { return Status::Failure(kWhat, m_outputFile, std::move(reason)); };
+    auto const check = [&](std::vector<int> const& numbers, std::string const& kind, int count) {
+        if (numbers.empty()) return refuse("no " + kind + " is chosen");
+        std::vector<bool> seen(static_cast<std::size_t>(count));
+        for (int const number : numbers) {
+            std::string const named = kind + " " + std::to_string(number);
+            if (number < 0 || number >= count) {
+                return refuse("there is no " + named + ": the store has " + std::to_string(count) + ", counted from 0");
+            }
+            if (seen[static_cast<std::size_t>(number)]) return refuse(named + " is chosen twice");
+            seen[static_cast<std::size_t>(number)] = true;
+        }
+        return Status();
+    };
+
+    ExportSettings& settings = job.settings;
+    if (!settings.lines) {
+        if (m_profileIndexTable.empty()) return refuse("the store has no line that is shown and has locations");
+        settings.lines = m_profileIndexTable;
     }
-    std::vector<std::string> names;
-    FillProfileArray(names);
-    dialog.SetProfileNames(names);
-    dialog.SetProfileIndexTable(m_profileIndexTable);
-    dialog.SetChannelNames(channelNames);
-    if (dialog.DoModal() != kButtonOk) return false;
-    selection.profiles = dialog.GetSelectedProfiles();
-    selection.channels = dialog.GetSelectedChannels();
-    selection.labelAsChannel = dialog.labelAsChannel;
-    selection.pointIdAsChannel = dialog.pointIdAsChannel;
-    selection.exportUnits = dialog.exportUnits;
-    AdjustProfileToSelected(static_cast<int>(selection.profiles.size()), selection.profiles.data());
-    return true;
+    if (Status status = check(*settings.lines, "line", m_store->ProfileCount); !status) return status;
+    for (int const profile : *settings.lines) {
+        if (!std::ranges::binary_search(m_profileIndexTable, profile)) {
+            return refuse("line " + std::to_string(profile) + " is hidden or has no locations");
+        }
+    }
+    if (!settings.channels) {
+        settings.channels.emplace(choices.channels.size());
+        std::iota(settings.channels->begin(), settings.channels->end(), 0);
+    }
+    if (Status status = check(*settings.channels, "channel", m_store->ChannelCount); !status) return status;
+    settings.pointId = settings.pointId && choices.pointId;
+    settings.units = settings.units && choices.units;
+    return {};
+}
+
+Status CExporterBase::Choose(ExportJob& job, ExportChoices const& choices) {
+    job.report = {};
+    if (!m_mayReplaceStore && IsStoreItself()) {
+        return Status::Failure("The open store cannot be exported onto itself", m_outputFile);
+    }
+    if (job.asks) {
+        CExportSelectionDlg dialog;
+        dialog.settings = job.settings;
+        dialog.settings.units = choices.units;
+        dialog.SetProfileNames(choices.lines);
+        dialog.SetProfileIndexTable(m_profileIndexTable);
+        dialog.SetChannelNames(choices.channels);
+        dialog.EnablePointId(choices.pointId ? 1 : 0);
+        if (dialog.DoModal() != kButtonOk) return Status::Cancelled();
+        job.settings = dialog.settings;
+    } else if (Status status = CheckSettings(job, choices); !status) {
+        return status;
+    }
+    AdjustProfileToSelected(static_cast<int>(job.settings.lines->size()), job.settings.lines->data());
+    return {};
 }
 
 void CExporterBase::CheckOldFile() {
@@ -123,33 +177,23 @@ bool CExporterBase::IsStoreItself() const {
     return IsSameFile(m_outputFile, m_store->GetNorvaFileName());
 }
 
-bool CExporterBase::OpenOutput() {
+Status CExporterBase::OpenOutput() {
     m_output = std::make_unique<CReplacementFile>();
     using InPlace = CReplacementFile::InPlace;
-    if (m_output->Open(m_outputFile, IsStoreItself() ? InPlace::Never : InPlace::Allowed)) {
-        ClearLastErrorText();  // what stands there at the end is a value that could not be read
-        return true;
-    }
-    SetLastErrorText(FileErrorText("write", m_outputFile, m_output->Error()));
+    if (m_output->Open(m_outputFile, IsStoreItself() ? InPlace::Never : InPlace::Allowed)) return {};
+    int const error = m_output->Error();
     m_output.reset();
-    return false;
+    return Status::FileFailure("write", m_outputFile, error).Silent();
 }
 
 bool CExporterBase::Write(std::string_view bytes) {
     return m_output->Write(bytes);
 }
 
-int CExporterBase::FinishOutput() {
-    if (std::string const unread = GetLastErrorText(); !unread.empty()) {
-        m_output.reset();
-        ShowMessage(unread);
-        return 0;
-    }
-    bool const done = m_output->Commit();
-    int const error = m_output->Error();
-    m_output.reset();
-    if (!done) ShowMessage(FileErrorText("write", m_outputFile, error));
-    return done ? 1 : 0;
+Status CExporterBase::FinishOutput(Status written) {
+    std::unique_ptr<CReplacementFile> const output = std::move(m_output);
+    if (!written || output->Commit()) return written;
+    return Status::FileFailure("write", m_outputFile, output->Error());
 }
 
 }  // namespace norva

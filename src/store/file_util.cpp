@@ -388,6 +388,10 @@ Status CNorvaFileUtil::LastStatus() const {
     return m_impl->last;
 }
 
+void CNorvaFileUtil::ForgetStatus() {
+    m_impl->Begin();
+}
+
 bool CNorvaFileUtil::GivesPackedValues() const {
     // What a subclass makes of GetData is for the subclass to say.
     return typeid(*this) == typeid(CNorvaFileUtil);

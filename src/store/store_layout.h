@@ -16,8 +16,14 @@
 /// A file may end after the "DATA END" line. The constants and every encoding stand here, for reader and writers.
 namespace norva {
 
+inline constexpr std::string_view kProfilesStartLine = "PROFILES START\n";
+inline constexpr std::string_view kProfilesEndLine = "PROFILES END\n";
+inline constexpr std::string_view kChannelsStartLine = "CHANNELS START\n";
+inline constexpr std::string_view kChannelsEndLine = "CHANNELS END\n";
+inline constexpr std::string_view kDataStartLine = "DATA START\n";
 inline constexpr std::string_view kDataEndLine = "DATA END\n";
 inline constexpr std::string_view kStoreStartLine = "STORE START\n";
+inline constexpr std::string_view kStoreEndLine = "STORE END\n";
 
 /// What the end of the store's own section holds.
 struct StoreTrailer {
@@ -29,10 +35,18 @@ struct StoreTrailer {
 };
 inline constexpr std::size_t kStoreTrailerSize = 58;
 
+/// The lines of the text sections. What would break a line, or end it early for some reader, stands in it as a blank.
+void AppendProfileLine(std::string& out, std::string_view name, std::int64_t locations);
+void AppendChannelLine(std::string& out, NorvaChannelStruct const& channel);
+/// Whether a reader of such a line gets the name back: a comma ends the name of a channel, and what breaks lines is
+/// lost in any name.
+bool IsProfileNameKept(std::string_view name);
+bool IsChannelNameKept(std::string_view name);
+
 /// Takes the pieces of a section as they are made; false ends the writing.
 using StoreSink = std::function<bool(std::string_view piece)>;
 
-/// The text sections, up to and with the "DATA START" line. What would break their lines stands as a blank.
+/// The text sections, up to and with the "DATA START" line.
 bool WriteTextSections(CStoreStructure const& structure, StoreSink const& sink);
 /// Exact names, flags and deleted marks.
 bool WriteStoreTable(CStoreStructure const& structure, StoreSink const& sink);

@@ -117,6 +117,11 @@ bool CutNumber(std::string_view& line, Number& number) {
     return error == std::errc{} && stopped == end;
 }
 
+/// Whether a line read without its line feed is that line.
+bool IsLine(std::string_view line, std::string_view fixed) {
+    return line == fixed.substr(0, fixed.size() - 1);
+}
+
 std::string Quoted(std::string_view line) {
     return "\"" + std::string(line.substr(0, 80)) + "\"";
 }
@@ -124,7 +129,7 @@ std::string Quoted(std::string_view line) {
 bool ReadProfiles(CStoreScanner& scanner, CStoreStructure& structure, std::string& reason) {
     std::string line;
     while (scanner.Line(line)) {
-        if (line == "PROFILES END") return true;
+        if (IsLine(line, kProfilesEndLine)) return true;
         std::string_view name = line;
         std::int64_t locations = 0;
         if (!CutNumber(name, locations)) {
@@ -160,12 +165,12 @@ bool ReadChannels(CStoreScanner& scanner, CStoreStructure& structure, std::strin
     std::string line;
     bool ended = false;  // some writers leave the "CHANNELS END" line out
     while (scanner.Line(line)) {
-        if (line == "DATA START") return true;
+        if (IsLine(line, kDataStartLine)) return true;
         if (ended) {
             reason = "the line " + Quoted(line) + " stands where the values should start";
             return false;
         }
-        if (line == "CHANNELS END") {
+        if (IsLine(line, kChannelsEndLine)) {
             ended = true;
         } else if (!ReadChannel(line, structure, reason)) {
             return false;
@@ -219,7 +224,7 @@ bool ReadOwnSection(CFile& file, std::uint64_t start, CStoreChecksum const& chec
     char bytes[kStoreTrailerSize];
     CStoreScanner closing(file, layout.end - kStoreTrailerSize, layout.end);
     std::string_view const last(bytes + 48, kStoreTrailerSize - 48);
-    if (!closing.Bytes(bytes, sizeof bytes) || last != "STORE END\n") {
+    if (!closing.Bytes(bytes, sizeof bytes) || last != kStoreEndLine) {
         reason = closing.Reason("its end is missing");
         return false;
     }
@@ -258,15 +263,14 @@ bool ReadStoreLayout(CFile& file, StoreLayout& layout, std::string& reason) {
         return false;
     }
     CStoreScanner scanner(file, 0, layout.end);
-    constexpr std::string_view kFirstLine = "PROFILES START\n";
-    std::string line(kFirstLine.size(), '\0');
-    if (!scanner.Bytes(line.data(), line.size()) || line != kFirstLine) {
+    std::string line(kProfilesStartLine.size(), '\0');
+    if (!scanner.Bytes(line.data(), line.size()) || line != kProfilesStartLine) {
         reason = scanner.Reason("it is not a store");
         return false;
     }
     CStoreStructure& structure = layout.structure;
     if (!ReadProfiles(scanner, structure, reason)) return false;
-    if (!scanner.Line(line) || line != "CHANNELS START") {
+    if (!scanner.Line(line) || !IsLine(line, kChannelsStartLine)) {
         reason = scanner.Reason("its list of channels is missing");
         return false;
     }

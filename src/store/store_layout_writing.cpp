@@ -10,12 +10,13 @@ namespace {
 
 constexpr std::size_t kPiece = 64 * 1024;
 
-/// Line breaks and NUL bytes would end a line early for some reader.
+/// Line breaks and NUL bytes end a line early for some reader.
+bool BreaksLine(char character) {
+    return character == '\n' || character == '\r' || character == '\0';
+}
+
 void AppendHarmless(std::string& out, std::string_view name) {
-    for (char character : name) {
-        bool const breaks = character == '\n' || character == '\r' || character == '\0';
-        out.push_back(breaks ? ' ' : character);
-    }
+    for (char const character : name) out.push_back(BreaksLine(character) ? ' ' : character);
 }
 
 void AppendLittle32(std::string& out, std::uint32_t value) {
@@ -45,30 +46,45 @@ bool PassOn(std::string& piece, StoreSink const& sink, std::size_t size = kPiece
 
 }  // namespace
 
+void AppendProfileLine(std::string& out, std::string_view name, std::int64_t locations) {
+    AppendHarmless(out, name);
+    out.push_back(',');
+    AppendInteger(out, locations);
+    out.push_back('\n');
+}
+
+void AppendChannelLine(std::string& out, NorvaChannelStruct const& channel) {
+    AppendHarmless(out, channel.name);
+    out.push_back(',');
+    AppendHarmless(out, channel.units);
+    for (int const number : {channel.recordType, channel.arraySize, channel.dataType, channel.displayFormat,
+                             channel.decimalPlaces, channel.templateFormat}) {
+        out.push_back(',');
+        AppendInteger(out, number);
+    }
+    out.push_back('\n');
+}
+
+bool IsProfileNameKept(std::string_view name) {
+    return std::ranges::none_of(name, BreaksLine);
+}
+
+bool IsChannelNameKept(std::string_view name) {
+    return IsProfileNameKept(name) && name.find(',') == std::string_view::npos;
+}
+
 bool WriteTextSections(CStoreStructure const& structure, StoreSink const& sink) {
-    std::string piece = "PROFILES START\n";
+    std::string piece(kProfilesStartLine);
     for (StoreProfile const& profile : structure.profiles) {
-        AppendHarmless(piece, profile.name);
-        piece.push_back(',');
-        AppendInteger(piece, profile.locations);
-        piece.push_back('\n');
+        AppendProfileLine(piece, profile.name, profile.locations);
         if (!PassOn(piece, sink)) return false;
     }
-    piece += "PROFILES END\nCHANNELS START\n";
+    piece.append(kProfilesEndLine).append(kChannelsStartLine);
     for (StoreChannel const& channel : structure.channels) {
-        NorvaChannelStruct const& description = channel.description;
-        AppendHarmless(piece, description.name);
-        piece.push_back(',');
-        AppendHarmless(piece, description.units);
-        for (int number : {description.recordType, description.arraySize, description.dataType,
-                           description.displayFormat, description.decimalPlaces, description.templateFormat}) {
-            piece.push_back(',');
-            AppendInteger(piece, number);
-        }
-        piece.push_back('\n');
+        AppendChannelLine(piece, channel.description);
         if (!PassOn(piece, sink)) return false;
     }
-    piece += "CHANNELS END\nDATA START\n";
+    piece.append(kChannelsEndLine).append(kDataStartLine);
     return PassOn(piece, sink, 1);
 }
 
@@ -101,7 +117,7 @@ std::string EncodeTrailer(StoreTrailer const& trailer, CStoreChecksum checksum) 
     AppendLittle64(out, trailer.elementChecksum);
     checksum.Add(out.data(), out.size());
     AppendLittle64(out, checksum.Value());
-    out += "STORE END\n";
+    out += kStoreEndLine;
     return out;
 }
 

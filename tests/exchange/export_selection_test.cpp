@@ -17,7 +17,8 @@ using Modifier = DialogEvent::Modifier;
 /// The dialog over lines and columns of one letter each, with store numbers 10, 11, ... for the lines.
 class CDialogInTest : public CExportSelectionDlg {
 public:
-    explicit CDialogInTest(std::string const& letters) {
+    explicit CDialogInTest(std::string const& letters, ExportSettings const& shown = {}) {
+        settings = shown;
         std::vector<std::string> names;
         std::vector<int> table;
         for (char const letter : letters) {
@@ -104,8 +105,15 @@ TEST(ExportSelection, ExportNeedsLinesAndColumnsAndHandsOverNumbers) {
     EXPECT_TRUE(dialog.IsEnded());
     EXPECT_EQ(dialog.GetSelectedProfiles(), (std::vector{12, 11}));
     EXPECT_EQ(dialog.GetSelectedChannels(), std::vector{1});
-    EXPECT_EQ(dialog.labelAsChannel, 1);
-    EXPECT_EQ(dialog.pointIdAsChannel, 0);
+    EXPECT_EQ(dialog.settings,
+              (ExportSettings{
+                  .lines = {{12, 11}}, .channels = {{1}}, .labelAsChannel = true, .pointId = false, .units = true}));
+    // What was chosen once is shown when the dialog opens with it.
+    CDialogInTest again("ABC", dialog.settings);
+    EXPECT_EQ(again.List(kExportLines) + again.List(kExistingLines), "CBA:0");
+    EXPECT_EQ(again.List(kExportColumns) + again.List(kExistingColumns), "BAC:0");
+    again.Click(kButtonOk);
+    EXPECT_EQ(again.settings, dialog.settings);
 }
 
 TEST(ExportSelection, LinesOfOneNameStayApart) {

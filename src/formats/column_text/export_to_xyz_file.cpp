@@ -1,13 +1,8 @@
 #include "norva/export_to_xyz_file.h"
 
-#include "exchange/cell_text.h"
-#include "exchange/exception_guard.h"
-#include "exchange/export_selection_dlg.h"
-#include "exchange/progress_dlg.h"
-#include "exchange/result.h"
+#include "exchange/export_walk.h"
 #include "formats/column_text/xyz_export_type.h"
 #include "norva/converters.h"
-#include "platform/files.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
@@ -41,6 +36,10 @@ std::string JoinTokens(std::string_view text, std::string_view delimiters) {
     }
     return joined;
 }
+
+/// What splits names into the parts that "_" joins: a blank would start a new column, a line break a new row.
+constexpr std::string_view kProfileDelimiters = " .:\r\n";
+constexpr std::string_view kChannelDelimiters = " \r\n";
 
 std::string WithoutBrackets(std::string_view text) {
     std::string out;
@@ -85,7 +84,7 @@ void CExportToXYZFile::FillChannelArray(std::vector<std::string>& names) {
 }
 
 std::string CExportToXYZFile::AdjustProfileName(std::string_view name) const {
-    return JoinTokens(name, " .:");
+    return JoinTokens(name, kProfileDelimiters);
 }
 
 std::string CExportToXYZFile::AdjustChannelName(std::string_view fullName) const {
@@ -97,7 +96,7 @@ std::string CExportToXYZFile::AdjustChannelName(std::string_view fullName) const
     } else {
         label = WithoutBrackets(fullName);
     }
-    return JoinTokens(label, " ");
+    return JoinTokens(label, kChannelDelimiters);
 }
 
 std::string CExportToXYZFile::RFormatString(std::string_view text, int width) const {
@@ -116,86 +115,111 @@ std::string CExportToXYZFile::MFormatString(std::string_view text, int width) co
 }
 
 int CExportToXYZFile::ExportToXYZFile() {
-    return GuardedResult("Couldn't write the file", m_outputFile, [this] {
-        CExportSelectionDlg dialog;
-        std::vector<std::string> channelNames;
-        FillChannelArray(channelNames);
-        dialog.exportUnits = m_exportUnits;
-        ExportSelection selection;
-        if (!RunSelection(dialog, channelNames, selection)) return 0;
-        CheckOldFile();
-        if (!OpenOutput()) return 0;
-
-        m_exportUnits = selection.exportUnits;
-        WriteLines(selection);
-        return FinishOutput();
-    });
+    return RunAsked([this](ExportJob& job) { return Run(job); });
 }
 
-std::string CExportToXYZFile::HeaderLine(ExportSelection const& selection) const {
+/// Writes the rows that the walk hands out.
+class CExportToXYZFile::RowsToText {
+public:
+    static constexpr bool kTellsChannels = false;
+
+    RowsToText(CExportToXYZFile& exporter, ExportJob& job)
+        : m_exporter(exporter),
+          m_settings(job.settings),
+          m_report(job.report),
+          m_cells(job.settings.fullDigits ? ValueDigits::Full : ValueDigits::AsFormatted) {}
+
+    bool StartLine(ExportLine const& line) {
+        m_name = m_exporter.AdjustProfileName(line.name);
+        if (m_name != line.name) ++m_report.changedNames;
+        if (m_settings.labelAsChannel) return true;
+        return m_exporter.Write("LINE " + m_name + std::string(kLineEnd));
+    }
+
+    void StartRow(ExportLine const& line, long location) {
+        m_row.assign("  ");
+        if (m_settings.labelAsChannel) AppendField(m_row, m_name);
+        if (!m_settings.pointId) return;
+        std::size_t const begin = m_row.size();
+        AppendInteger(m_row, line.number + 1);
+        m_row += '_';
+        AppendInteger(m_row, location + 1);
+        CloseField(m_row, begin);
+    }
+
+    void Cell(ExportChannel const& channel, StoreValue const& value) {
+        std::size_t const begin = m_row.size();
+        if (value.dataType == DataType::kText) {
+            AppendText(channel, value.text);
+        } else if (!m_cells.AppendAndCheck(m_row, channel.format, value)) {
+            CountLostDigits(channel);
+        }
+        CloseField(m_row, begin);
+    }
+
+    bool EndRow() {
+        m_row += kLineEnd;
+        return m_exporter.Write(m_row);
+    }
+
+private:
+    void AppendText(ExportChannel const& channel, std::string_view text) {
+        std::size_t const begin = m_row.size();
+        m_row += text;
+        if (!text.empty() && text.find_first_of(" \t\r\n") == std::string_view::npos) return;
+        ++channel.report->splitTexts;
+        for (std::size_t at = begin; at < m_row.size(); ++at) {
+            if (m_row[at] == '\r' || m_row[at] == '\n') m_row[at] = ' ';
+        }
+    }
+
+    CExportToXYZFile& m_exporter;
+    ExportSettings const& m_settings;
+    ExportReport& m_report;
+    CValueText m_cells;
+    std::string m_name;
+    std::string m_row;
+};
+
+Status CExportToXYZFile::Run(ExportJob& job) {
+    ExportChoices choices;
+    FillProfileArray(choices.lines);
+    FillChannelArray(choices.channels);
+    choices.units = m_exportUnits == 1;
+    if (Status status = Choose(job, choices); !status) return status;
+    CheckOldFile();
+    if (Status status = OpenOutput(); !status) return status;
+
+    m_exportUnits = job.settings.units ? 1 : 0;
+    return FinishOutput(WriteLines(job));
+}
+
+std::string CExportToXYZFile::HeaderLine(ExportJob& job) const {
     std::string line = "/ ";
-    if (selection.labelAsChannel != 0) AppendField(line, "LINE");
-    if (selection.pointIdAsChannel != 0) AppendField(line, "POINT_ID");
-    for (int const position : selection.channels) {
-        AppendField(line, AdjustChannelName(m_store->GetChannelFullName(m_store->GetFileChanIndex(position))));
+    if (job.settings.labelAsChannel) AppendField(line, "LINE");
+    if (job.settings.pointId) AppendField(line, "POINT_ID");
+    for (int const position : *job.settings.channels) {
+        int const index = m_store->GetFileChanIndex(position);
+        AppendField(line, AdjustChannelName(m_store->GetChannelFullName(index)));
+        std::string const name = m_store->GetChannelName(index);
+        if (JoinTokens(WithoutBrackets(name), kChannelDelimiters) != name) ++job.report.changedNames;
     }
     line += kLineEnd;
     return line;
 }
 
-void CExportToXYZFile::WriteLines(ExportSelection const& selection) {
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Export");
-    window.ResetBars();
-    window.ShowFileName("Please wait a second");
-    CProgressReporter progress(window);
-
-    bool going = Write(HeaderLine(selection));
-    window.ShowFileName(m_outputFile);
-
-    std::vector<ExportChannel> channels;
-    for (int const position : selection.channels) channels.push_back(ExportChannel::Of(*m_store, position));
-    CCellText cells;
-    StoreValue value;
-    std::string row;
-    int const count = static_cast<int>(m_selectedProfiles.size());
-    for (int i = 0; i < count && going; ++i) {
-        progress.FilePercent(static_cast<long long>(i) * 100 / count);
-        int const profile = m_selectedProfiles[static_cast<std::size_t>(i)];
-        std::string name;
-        long locations = 0;
-        int flag = 0;
-        m_store->GetProfileInfo(profile, name, locations, flag);
-        name = AdjustProfileName(name);
-        if (selection.labelAsChannel == 0) going = Write("LINE " + name + std::string(kLineEnd));
-        for (long j = 0; j < locations && going; ++j) {
-            progress.Row();
-            if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
-            row.assign("  ");
-            if (selection.labelAsChannel != 0) AppendField(row, name);
-            if (selection.pointIdAsChannel != 0) {
-                std::size_t const begin = row.size();
-                AppendInteger(row, i + 1);
-                row += '_';
-                AppendInteger(row, j + 1);
-                CloseField(row, begin);
-            }
-            for (ExportChannel const& channel : channels) {
-                if (!value.Read(*m_store, channel.index, profile, j)) continue;
-                std::size_t const begin = row.size();
-                cells.Append(row, channel, value);
-                CloseField(row, begin);
-            }
-            row += kLineEnd;
-            going = Write(row);
-        }
-    }
+Status CExportToXYZFile::WriteLines(ExportJob& job) {
+    ExportWindow shown("Please wait a second");
+    bool const going = Write(HeaderLine(job));
+    shown.window.ShowFileName(m_outputFile);
+    CExportWalk walk(job, shown.progress);
+    RowsToText rows(*this, job);
+    if (going) walk.Rows(rows);
+    return walk.Result();
 }
 
 Status ExportXyzFile(ExportJob& job) {
-    CExportToXYZFile exporter(job.store, job.outputPath, job.owner);
-    return ResultOf(exporter.ExportToXYZFile());
+    return CExportToXYZFile(job.store, job.outputPath, job.owner).Run(job);
 }
 
 }  // namespace norva

@@ -1,31 +1,25 @@
 #include "formats/gbn/export_to_gbn_file.h"
 
-#include "exchange/export_selection_dlg.h"
-#include "exchange/progress_dlg.h"
-#include "exchange/result.h"
 #include "formats/gbn/gbn_export_type.h"
 #include "platform/files.h"
-#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/value_rules.h"
-#include "ui/messages.h"
 
 #include <sys/file.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 namespace norva {
 
 namespace {
 
-constexpr std::size_t kValuesBuffer = std::size_t{256} * 1024;
 constexpr std::size_t kLongestName = kGbnNameSize - 1;
 constexpr std::int32_t kPrintedWidth = 12;
 constexpr std::int32_t kUsualDecimals = 6;
@@ -66,15 +60,43 @@ void SetToday(GbnLineRecord& record) {
     record.day = local.tm_mday;
 }
 
-/// Keeps other writers of this library away from a file that is to be replaced, as long as `older` is open. False,
-/// with the last error set, when one is at work on it.
-bool LockOlderFile(CFile& older, std::string const& path) {
+/// Keeps other writers of this library away from a file that is to be replaced, as long as `older` is open. Fails, in
+/// silence, when one is at work on it.
+Status LockOlderFile(CFile& older, std::string const& path) {
     std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored) || !older.Open(path, CFile::Mode::Read)) return true;
+    if (!std::filesystem::is_regular_file(path, ignored) || !older.Open(path, CFile::Mode::Read)) return {};
     // A file system without locks has nobody to keep out.
-    if (flock(older.Descriptor(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
-    SetLastErrorText("Couldn't write the file : " + path + "\n" + SystemErrorText(EWOULDBLOCK));
-    return false;
+    if (flock(older.Descriptor(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return {};
+    return Status::FileFailure("write", path, EWOULDBLOCK).Silent();
+}
+
+std::size_t TextSize(ExportChannel const& channel) {
+    return static_cast<std::size_t>(std::max(channel.arraySize, 1));
+}
+
+std::int32_t ValueTypeIn(ExportChannel const& channel) {
+    return GbnValueTypeOf(channel.dataType, std::max(channel.arraySize, 1));
+}
+
+/// False for a value of another type than the channel's, and for an integer of more than 32 bits.
+bool IsWritable(ExportChannel const& channel, StoreValue const& value) {
+    if (value.dataType < DataType::kFloat || value.dataType > DataType::kShort) return false;
+    if (GbnStoreType(GbnValueTypeOf(value.dataType, 1)) != GbnStoreType(ValueTypeIn(channel))) return false;
+    return value.IsFloating() || value.dataType == DataType::kText || std::in_range<std::int32_t>(value.Whole());
+}
+
+void WriteChannelRecord(GbnFile& file, CNorvaFileUtil& store, ExportChannel const& channel, ExportReport& report) {
+    GbnChannelRecord& record = file.channel;
+    std::string const name = store.GetChannelName(channel.index);
+    record.name = ChannelNameInFile(name, channel.number + 1);
+    if (record.name != name) ++report.changedNames;
+    record.valueType = ValueTypeIn(channel);
+    int const format = channel.format.displayFormat;
+    record.displayFormat =
+        format >= DisplayFormat::kExponent && format <= DisplayFormat::kGeographic ? format : DisplayFormat::kFixed;
+    record.width = kPrintedWidth;
+    record.decimals = channel.format.decimals == -1 ? kUsualDecimals : channel.format.decimals;
+    file.WriteChannelRecord();
 }
 
 }  // namespace
@@ -85,184 +107,115 @@ CExportToGBNFile::CExportToGBNFile(CNorvaFileUtil* store, std::string outputFile
 CExportToGBNFile::~CExportToGBNFile() = default;
 
 int CExportToGBNFile::Export() {
-    GbnLineRecord line;
-    SetToday(line);
-    CExportSelectionDlg dialog;
-    std::vector<std::string> channelNames;
-    FillChannelArray(channelNames);
-    ExportSelection selection;
-    if (!RunSelection(dialog, channelNames, selection)) return 0;
+    return RunAsked([this](ExportJob& job) { return Run(job); });
+}
+
+Status CExportToGBNFile::Run(ExportJob& job) {
+    GbnLineRecord today;
+    SetToday(today);
+    ExportChoices choices;
+    FillProfileArray(choices.lines);
+    FillChannelArray(choices.channels);
+    if (Status status = Choose(job, choices); !status) return status;
     CheckOldFile();
     CFile older;
-    if (!LockOlderFile(older, m_outputFile) || !OpenOutput()) return 0;
+    if (Status status = LockOlderFile(older, m_outputFile); !status) return status;
+    if (Status status = OpenOutput(); !status) return status;
+    return FinishOutput(WriteRecords(job, today));
+}
 
+Status CExportToGBNFile::WriteRecords(ExportJob& job, GbnLineRecord const& today) {
     GbnReplacementFileSink sink(*m_output);
-    m_file = std::make_unique<GbnFile>(sink);
-    m_file->line = line;
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Export");
-    window.ResetBars();
-    window.ShowFileName(m_outputFile);
-    CProgressReporter progress(window);
+    GbnFile file(sink);
+    file.line = today;
+    ExportWindow shown(m_outputFile);
+    CExportWalk walk(job, shown.progress);
+    CGbnValueWriter values(file);
 
-    m_file->WriteSignature();
-    m_file->WriteHeaderEnd();
-    for (int const position : selection.channels) WriteChannelRecord(position, m_channels.size() + 1);
-    bool isWritten = true;
-    for (std::size_t i = 0; isWritten && i < m_selectedProfiles.size(); ++i) {
-        progress.FilePercent(static_cast<long long>(i * 100 / m_selectedProfiles.size()));
-        isWritten = WriteLine(m_selectedProfiles[i], i + 1, progress);
-    }
-    if (isWritten) m_file->WriteEnd();
-    m_file.reset();
-    int const result = isWritten ? FinishOutput() : 0;
-    window.DestroyWindow();
-    return result;
-}
-
-void CExportToGBNFile::WriteChannelRecord(int position, std::size_t number) {
-    Channel channel;
-    channel.index = m_store->GetFileChanIndex(position);
-    channel.dataType = m_store->GetChannelDataType(channel.index);
-    int const arraySize = m_store->GetChannelArraySize(channel.index);
-    channel.arraySize = static_cast<std::size_t>(std::max(arraySize, 1));
-    channel.elementWidth = ValueWidth(channel.dataType) * (channel.dataType == DataType::kText ? channel.arraySize : 1);
-    channel.storeWidth = m_store->GetChannelValueSize(channel.index);
-    channel.valueType = GbnValueTypeOf(channel.dataType, std::max(arraySize, 1));
-    m_channels.push_back(channel);
-
-    GbnChannelRecord& record = m_file->channel;
-    record.name = ChannelNameInFile(m_store->GetChannelName(channel.index), number);
-    record.valueType = channel.valueType;
-    int const format = m_store->GetChannelDisplayFormat(channel.index);
-    record.displayFormat =
-        format >= DisplayFormat::kExponent && format <= DisplayFormat::kGeographic ? format : DisplayFormat::kFixed;
-    record.width = kPrintedWidth;
-    int const decimals = m_store->GetChannelNumDecPlaces(channel.index);
-    record.decimals = decimals == -1 ? kUsualDecimals : decimals;
-    m_file->WriteChannelRecord();
-}
-
-bool CExportToGBNFile::WriteLine(int profile, std::size_t number, CProgressReporter& progress) {
-    std::string name;
-    long locations = 0;
-    int flag = 0;
-    m_store->GetProfileInfo(profile, name, locations, flag);
-    m_kept.clear();
-    long count = 0;
-    for (long j = 0; j < locations; ++j) {
-        if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
-        if (m_kept.empty() || m_kept.back().first + m_kept.back().count != j) m_kept.push_back({j, 0});
-        ++m_kept.back().count;
-        ++count;
-    }
-    if (count > std::numeric_limits<std::int32_t>::max()) {
-        ShowMessage("A GBN file cannot hold the " + std::to_string(count) + " locations of line " + name);
-        return false;
-    }
-    m_file->line.number = static_cast<std::int32_t>(number);
-    m_file->line.colonSuffix = ColonSuffixOf(name);
-    m_file->WriteLineRecord();
-
-    for (std::size_t p = 0; p < m_channels.size(); ++p) {
-        Channel const& channel = m_channels[p];
-        GbnBlockRecord& block = m_file->block;
-        block.channelNumber = static_cast<std::int32_t>(p);
-        block.valueType = channel.valueType;
-        block.fiducialStart = kFiducialStart;
-        block.fiducialIncrement = kFiducialIncrement;
-        block.valueCount = static_cast<std::int32_t>(count);
-        m_file->WriteBlockHeader();
-        if (count > 0) progress.ChannelPercent(static_cast<long long>(p) * 100 / m_store->ChannelCount);
-        for (LocationRun const& run : m_kept) WriteRun(channel, profile, run);
-        // A full disk: what is left would be written for nothing.
-        if (m_file->Failed()) break;
-    }
-    return true;
-}
-
-void CExportToGBNFile::WriteRun(Channel const& channel, int profile, LocationRun run) {
-    auto const atOnce = static_cast<long>(std::max<std::size_t>(
-        1, kValuesBuffer / std::max<std::size_t>({1, channel.storeWidth, channel.elementWidth + 1})));
-    while (run.count > 0 && !m_file->Failed()) {
-        long const count = std::min(run.count, atOnce);
-        m_values.resize(std::max(m_values.size(), static_cast<std::size_t>(count) * channel.storeWidth));
-        // A store of the host's own may know single values only.
-        if (channel.elementWidth > 0 && channel.storeWidth >= channel.elementWidth &&
-            m_store->ReadColumn(channel.index, profile, run.first, count, m_values.data()) != 0) {
-            WriteColumnValues(channel, count);
-        } else {
-            for (long j = 0; j < count; ++j) WriteSingleValue(channel, profile, run.first + j);
+    file.WriteSignature();
+    file.WriteHeaderEnd();
+    for (ExportChannel const& channel : walk.Channels()) WriteChannelRecord(file, *m_store, channel, job.report);
+    Status refused;
+    bool const isWhole = walk.Lines([&](ExportLine const& line) {
+        long const count = walk.Kept(line);
+        if (!std::in_range<std::int32_t>(count)) {
+            refused = Status::Failure("A GBN file cannot hold the " + std::to_string(count) + " locations of line " +
+                                      line.name);
+            return false;
         }
-        run.first += count;
-        run.count -= count;
-    }
+        file.line.number = line.number + 1;
+        file.line.colonSuffix = ColonSuffixOf(line.name);
+        std::string const read = std::to_string(file.line.number) + ":" + std::to_string(file.line.colonSuffix);
+        if (line.name != read) ++job.report.changedNames;
+        file.WriteLineRecord();
+        for (ExportChannel const& channel : walk.Channels()) {
+            GbnBlockRecord& block = file.block;
+            block.channelNumber = static_cast<std::int32_t>(channel.number);
+            block.valueType = ValueTypeIn(channel);
+            block.fiducialStart = kFiducialStart;
+            block.fiducialIncrement = kFiducialIncrement;
+            block.valueCount = static_cast<std::int32_t>(count);
+            file.WriteBlockHeader();
+            if (count > 0) walk.ChannelPercent(channel.number);
+            if (!walk.Column(channel, line, values)) return false;
+        }
+        return true;
+    });
+    if (isWhole) file.WriteEnd();
+    return refused ? walk.Result() : std::move(refused);
 }
 
-void CExportToGBNFile::WriteColumnValues(Channel const& channel, long count) {
-    auto const values = static_cast<std::size_t>(count);
-    bool const isText = channel.dataType == DataType::kText;
-    if (!isText && channel.storeWidth == channel.elementWidth) {
-        m_file->WriteBytes(m_values.data(), values * channel.elementWidth);
-        return;
+bool CGbnValueWriter::Packed(ExportChannel const& channel, std::string_view values) {
+    if (channel.dataType != DataType::kText) {
+        m_file.WriteBytes(values.data(), values.size());
+        return !m_file.Failed();
     }
     m_bytes.clear();
-    for (std::size_t i = 0; i < values; ++i) {
-        std::string_view const value(m_values.data() + i * channel.storeWidth, channel.elementWidth);
-        if (isText) {
-            AppendText(channel, value);
-        } else {
-            m_bytes += value;
-        }
+    for (std::size_t at = 0; at < values.size(); at += channel.width) {
+        AppendText(channel, values.substr(at, channel.width));
     }
-    m_file->WriteBytes(m_bytes.data(), m_bytes.size());
+    m_file.WriteBytes(m_bytes.data(), m_bytes.size());
+    return !m_file.Failed();
 }
 
-void CExportToGBNFile::WriteSingleValue(Channel const& channel, int profile, long location) {
-    float single = kNoDataFloat;
-    double number = kNoDataDouble;
-    int integer = 0;
-    long longInteger = 0;
-    int dataType = DataType::kSkipped;
-    m_text.clear();
-    bool const given = m_store->GetData(channel.index, profile, location, single, number, integer, longInteger, m_text,
-                                        dataType) != 0 &&
-                       GbnStoreType(GbnValueTypeOf(dataType, 1)) == GbnStoreType(channel.valueType) &&
-                       dataType >= DataType::kFloat && dataType <= DataType::kShort;
-    switch (GbnStoreType(channel.valueType)) {
-        case DataType::kFloat: {
-            std::array<char, sizeof(float)> bytes;
-            StoreFloat(bytes.data(), given ? single : kNoDataFloat);
-            m_file->WriteBytes(bytes.data(), bytes.size());
+bool CGbnValueWriter::Single(ExportChannel const& channel, StoreValue const* value) {
+    bool const given = value != nullptr && IsWritable(channel, *value);
+    if (value != nullptr && !given) ++channel.report->replaced;
+    char bytes[sizeof(double)];
+    switch (GbnStoreType(ValueTypeIn(channel))) {
+        case DataType::kFloat:
+            StoreFloat(bytes, given ? value->single : kNoDataFloat);
+            m_file.WriteBytes(bytes, sizeof(float));
             break;
-        }
         case DataType::kLong:
-            m_file->WriteInt32(given ? integer : kNoDataLong);
+            m_file.WriteInt32(given ? static_cast<std::int32_t>(value->Whole()) : kNoDataLong);
             break;
         case DataType::kShort:
-            m_file->WriteInt16(given ? LowShort(integer) : kNoDataShort);
+            m_file.WriteInt16(given ? LowShort(value->integer) : kNoDataShort);
             break;
         case DataType::kText:
             m_bytes.clear();
-            AppendText(channel, given ? std::string_view(m_text) : std::string_view());
-            m_file->WriteBytes(m_bytes.data(), m_bytes.size());
+            AppendText(channel, given ? std::string_view(value->text) : std::string_view());
+            m_file.WriteBytes(m_bytes.data(), m_bytes.size());
             break;
         default:
-            m_file->WriteDouble(given ? number : kNoDataDouble);
+            m_file.WriteDouble(given ? value->number : kNoDataDouble);
     }
+    return !m_file.Failed();
 }
 
-void CExportToGBNFile::AppendText(Channel const& channel, std::string_view text) {
-    text = text.substr(0, channel.arraySize);
+void CGbnValueWriter::AppendText(ExportChannel const& channel, std::string_view text) {
+    std::size_t const size = TextSize(channel);
+    // A zero byte ends the text for its reader.
+    if (text.size() > size || text.find('\0') != std::string_view::npos) ++channel.report->cutTexts;
+    text = text.substr(0, size);
     text = text.substr(0, text.find_last_not_of(' ') + 1);
     m_bytes += text;
-    m_bytes.append(channel.arraySize + 1 - text.size(), '\0');
+    m_bytes.append(size + 1 - text.size(), '\0');
 }
 
 Status ExportGbnFile(ExportJob& job) {
-    CExportToGBNFile exporter(job.store, job.outputPath, job.owner);
-    return ResultOf(exporter.Export());
+    return CExportToGBNFile(job.store, job.outputPath, job.owner).Run(job);
 }
 
 }  // namespace norva

@@ -1,39 +1,16 @@
 #include "formats/native/export_to_native_file.h"
 
-#include "exchange/cell_text.h"
-#include "exchange/export_selection_dlg.h"
-#include "exchange/progress_dlg.h"
-#include "exchange/result.h"
 #include "formats/native/native_export_type.h"
+#include "formats/native/whole_store_writer.h"
 #include "norva/toolkit.h"
-#include "norva/traced_store.h"
 #include "platform/files.h"
-#include "platform/last_error.h"
-#include "platform/numbers.h"
+#include "store/store_layout.h"
 #include "store/value_rules.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <cstring>
-#include <typeinfo>
+#include <utility>
 
 namespace norva {
-
-namespace {
-
-constexpr std::size_t kBlockBytes = 256 * 1024;
-
-/// A host's own store is asked value by value: what it gives need not be what the file below it holds.
-bool GivesPackedValues(CNorvaFileUtil const& store) {
-    return typeid(store) == typeid(CNorvaFileUtil) || typeid(store) == typeid(CTracedStore);
-}
-
-void AppendNumberField(std::string& line, int value) {
-    line += ',';
-    AppendInteger(line, value);
-}
-
-}  // namespace
 
 CExportToNativeFile::CExportToNativeFile(CNorvaFileUtil* store, std::string outputFile, CWindow* owner)
     : CExporterBase(store, std::move(outputFile), owner) {
@@ -47,184 +24,148 @@ int CExportToNativeFile::ClampShort(int value) {
 }
 
 int CExportToNativeFile::Export() {
-    CExportSelectionDlg dialog;
-    dialog.EnablePointId(0);
-    std::vector<std::string> channelNames;
-    FillChannelArray(channelNames);
-    ExportSelection selection;
-    if (!RunSelection(dialog, channelNames, selection)) return 0;
+    return RunAsked([this](ExportJob& job) { return Run(job); });
+}
+
+Status CExportToNativeFile::Run(ExportJob& job) {
+    ExportChoices choices;
+    choices.pointId = false;
+    FillProfileArray(choices.lines);
+    FillChannelArray(choices.channels);
+    if (Status status = Choose(job, choices); !status) return status;
     CheckOldFile();
-    if (!OpenOutput()) {
+    bool const isWholeStore = IsStoreItself() && m_store->GivesPackedValues();
+    CWholeStoreWriter whole(*m_store);
+    Status opened = isWholeStore ? whole.Open(m_outputFile) : OpenOutput();
+    if (!opened) {
         MessageRequest request;
         request.text = "New order File could not be opened ";
         request.caption = "Save File";
         request.owner = m_owner;
         CurrentToolkit().ShowMessage(request);
-        return 0;
+        return opened;
     }
-    WriteData(selection);
-    return FinishOutput();
+    return isWholeStore ? whole.Write(job, m_profileIndexTable) : FinishOutput(WriteData(job));
 }
 
 int CExportToNativeFile::WriteProfiles() {
-    std::string section = "PROFILES START\n";
+    std::string section(kProfilesStartLine);
     for (int const profile : m_selectedProfiles) {
         std::string name;
         long locations = 0;
         int flag = 0;
         m_store->GetProfileInfo(profile, name, locations, flag);
-        if (flag != 0) continue;
-        section += name + ',';
-        AppendInteger(section, m_store->GetProfileLocationNum(profile, 1));
-        section += '\n';
+        if (flag == 0) AppendProfileLine(section, name, m_store->GetProfileLocationNum(profile, 1));
     }
-    Write(section += "PROFILES END\n");
+    Write(section.append(kProfilesEndLine));
     return 1;
 }
 
 int CExportToNativeFile::WriteChannels(int count, int const* channels) {
-    std::string section = "CHANNELS START\n";
+    std::string section(kChannelsStartLine);
     for (int i = 0; i < count; ++i) {
         int const index = m_store->GetFileChanIndex(channels[i]);
-        if (index < 0) continue;
-        section += m_store->GetChannelName(index) + ',' + m_store->GetChannelUnits(index);
-        AppendNumberField(section, m_store->GetChannelRecordType(index));
-        AppendNumberField(section, m_store->GetChannelArraySize(index));
-        AppendNumberField(section, m_store->GetChannelDataType(index));
-        AppendNumberField(section, m_store->GetChannelDisplayFormat(index));
-        AppendNumberField(section, m_store->GetChannelNumDecPlaces(index));
-        AppendNumberField(section, m_store->GetChannelTemplateFormat(index));
-        section += '\n';
+        if (index >= 0) AppendChannelLine(section, DescribedChannel(*m_store, index));
     }
-    Write(section += "CHANNELS END\n");
+    Write(section.append(kChannelsEndLine));
     return 1;
 }
 
 int CExportToNativeFile::WriteDataStart() {
-    Write("DATA START\n");
+    Write(kDataStartLine);
     return 1;
 }
 
 int CExportToNativeFile::WriteDataEnd() {
-    Write("DATA END\n");
+    Write(kDataEndLine);
     return 1;
 }
 
-void CExportToNativeFile::WriteData(ExportSelection const& selection) {
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Export");
-    window.ResetBars();
-    window.ShowFileName(m_outputFile);
-    CProgressReporter progress(window);
+void CExportToNativeFile::CountChangedNames(ExportReport& report, std::vector<ExportChannel> const& channels) const {
+    for (int const profile : m_selectedProfiles) {
+        std::string name;
+        long locations = 0;
+        int flag = 0;
+        m_store->GetProfileInfo(profile, name, locations, flag);
+        if (!IsProfileNameKept(name)) ++report.changedNames;
+    }
+    for (ExportChannel const& channel : channels) {
+        bool const isKept = IsChannelNameKept(m_store->GetChannelName(channel.index)) &&
+                            IsProfileNameKept(m_store->GetChannelUnits(channel.index));
+        if (!isKept) ++report.changedNames;
+    }
+}
+
+Status CExportToNativeFile::WriteData(ExportJob& job) {
+    ExportWindow shown(m_outputFile);
+    CExportWalk walk(job, shown.progress);
+    CountChangedNames(job.report, walk.Channels());
 
     WriteProfiles();
-    WriteChannels(static_cast<int>(selection.channels.size()), selection.channels.data());
-    bool going = WriteDataStart() == 1;
-    int const profileCount = static_cast<int>(m_selectedProfiles.size());
-    for (std::size_t p = 0; p < selection.channels.size() && going; ++p) {
-        Column const column = ColumnAt(selection.channels[p]);
-        for (int i = 0; i < profileCount && going; ++i) {
-            progress.FilePercent(static_cast<long long>(i) * 100 / profileCount);
-            int const profile = m_selectedProfiles[static_cast<std::size_t>(i)];
-            std::string name;
-            long locations = 0;
-            int flag = 0;
-            m_store->GetProfileInfo(profile, name, locations, flag);
-            if (flag != 0) continue;
+    WriteChannels(static_cast<int>(job.settings.channels->size()), job.settings.channels->data());
+    WriteDataStart();
+    for (ExportChannel const& channel : walk.Channels()) {
+        bool const isWritten = walk.Lines([&](ExportLine const& line) {
+            if (line.flag != 0) return true;
             // Every location would send the same text; a listed profile has at least one.
-            progress.ChannelPercent(static_cast<long long>(p) * 100 / m_store->ChannelCount);
-            going = column.blockWidth > 0 ? WriteBlocks(column, profile, locations)
-                                          : WriteValues(column, profile, locations);
-        }
+            walk.ChannelPercent(channel.number);
+            return walk.Column(channel, line, *this);
+        });
+        if (!isWritten) break;
     }
     WriteDataEnd();
+    return walk.Result();
 }
 
-CExportToNativeFile::Column CExportToNativeFile::ColumnAt(int position) {
-    Column column;
-    column.index = m_store->GetFileChanIndex(position);
-    column.dataType = m_store->GetChannelDataType(column.index);
-    int const arraySize = m_store->GetChannelArraySize(column.index);
-    bool const isText = column.dataType == DataType::kText;
-    column.textSize = static_cast<std::size_t>(std::max(arraySize, 0));
-    std::size_t const width = ValueWidth(column.dataType) * (isText ? column.textSize : 1);
-    bool const isArray = m_store->GetChannelValueSize(column.index) != width;
-    if (GivesPackedValues(*m_store) && !isArray) column.blockWidth = width;
-    return column;
-}
-
-bool CExportToNativeFile::WriteBlocks(Column const& column, int profile, long locations) {
-    std::size_t const width = column.blockWidth;
-    long const atOnce = static_cast<long>(std::max<std::size_t>(kBlockBytes / width, 1));
-    bool const isWhole = m_store->GetProfileLocationNum(profile, 1) == locations;
-    for (long first = 0; first < locations; first += atOnce) {
-        long const count = std::min(atOnce, locations - first);
-        m_block.resize(static_cast<std::size_t>(count) * width);
-        if (m_store->ReadColumn(column.index, profile, first, count, m_block.data()) == 0) {
-            // The store has said why, as a rule; a file that lacks values must not pass for a whole one.
-            SetLastErrorText("Couldn't read the store : " + m_store->GetNorvaFileName());
-            return false;
-        }
-        std::size_t kept = m_block.size();
-        if (!isWhole) {
-            kept = 0;
-            for (long j = 0; j < count; ++j) {
-                if (m_store->IsLocMarkedToDelete(profile, first + j) != 0) continue;
-                std::memmove(m_block.data() + kept, m_block.data() + static_cast<std::size_t>(j) * width, width);
-                kept += width;
-            }
-        }
-        if (column.dataType == DataType::kShort) {
-            for (std::size_t at = 0; at < kept; at += width) {
-                auto const value = static_cast<std::int16_t>(LoadLittle16(&m_block[at]));
-                StoreLittle16(&m_block[at], static_cast<std::uint16_t>(ClampShort(value)));
-            }
-        }
-        if (!Write({m_block.data(), kept})) return false;
+bool CExportToNativeFile::Packed(ExportChannel const& channel, std::string_view values) {
+    if (channel.dataType != DataType::kShort) return Write(values);
+    m_shorts.assign(values.begin(), values.end());
+    for (std::size_t at = 0; at < m_shorts.size(); at += channel.width) {
+        auto const value = static_cast<std::int16_t>(LoadLittle16(&m_shorts[at]));
+        int const written = ClampShort(value);
+        if (written != value) ++channel.report->replaced;
+        StoreLittle16(&m_shorts[at], static_cast<std::uint16_t>(written));
     }
-    return true;
+    return Write({m_shorts.data(), m_shorts.size()});
 }
 
-bool CExportToNativeFile::WriteValues(Column const& column, int profile, long locations) {
-    StoreValue value;
+bool CExportToNativeFile::Single(ExportChannel const& channel, StoreValue const* value) {
+    if (value == nullptr) return true;
     char bytes[8];
-    bool going = true;
-    for (long j = 0; j < locations && going; ++j) {
-        if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
-        if (!value.Read(*m_store, column.index, profile, j)) continue;
-        switch (value.dataType) {
-            case DataType::kFloat:
-                StoreFloat(bytes, value.single);
-                going = Write({bytes, 4});
-                break;
-            case DataType::kDouble:
-                StoreDouble(bytes, value.number);
-                going = Write({bytes, 8});
-                break;
-            case DataType::kInt:
-            case DataType::kLong:
-                StoreLittle32(bytes, static_cast<std::uint32_t>(value.integer));
-                going = Write({bytes, 4});
-                break;
-            case DataType::kText:
-                value.text.resize(column.textSize, ' ');
-                going = Write(value.text);
-                break;
-            case DataType::kShort:
-                StoreLittle16(bytes, static_cast<std::uint16_t>(ClampShort(value.integer)));
-                going = Write({bytes, 2});
-                break;
-            default:
-                break;
+    switch (value->dataType) {
+        case DataType::kFloat:
+            StoreFloat(bytes, value->single);
+            return Write({bytes, 4});
+        case DataType::kDouble:
+            StoreDouble(bytes, value->number);
+            return Write({bytes, 8});
+        case DataType::kInt:
+        case DataType::kLong: {
+            bool const fits = std::in_range<std::int32_t>(value->Whole());
+            if (!fits) ++channel.report->replaced;
+            std::int32_t const written = fits ? static_cast<std::int32_t>(value->Whole()) : kNoDataLong;
+            StoreLittle32(bytes, static_cast<std::uint32_t>(written));
+            return Write({bytes, 4});
         }
+        case DataType::kText: {
+            if (value->text.size() > channel.width) ++channel.report->cutTexts;
+            std::string text = value->text;
+            text.resize(channel.width, ' ');
+            return Write(text);
+        }
+        case DataType::kShort: {
+            int const written = ClampShort(value->integer);
+            if (written != value->integer) ++channel.report->replaced;
+            StoreLittle16(bytes, static_cast<std::uint16_t>(written));
+            return Write({bytes, 2});
+        }
+        default:
+            return true;
     }
-    return going;
 }
 
 Status ExportNativeFile(ExportJob& job) {
-    CExportToNativeFile exporter(job.store, job.outputPath, job.owner);
-    return ResultOf(exporter.Export());
+    return CExportToNativeFile(job.store, job.outputPath, job.owner).Run(job);
 }
 
 }  // namespace norva

@@ -1,16 +1,12 @@
 #include "norva/export_to_excel.h"
 
-#include "exchange/cell_text.h"
-#include "exchange/exception_guard.h"
-#include "exchange/export_selection_dlg.h"
-#include "exchange/progress_dlg.h"
-#include "exchange/result.h"
+#include "exchange/export_walk.h"
 #include "formats/worksheet/spreadsheet.h"
 #include "formats/worksheet/worksheet_export_type.h"
-#include "platform/files.h"
-#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "ui/messages.h"
+
+#include <algorithm>
 
 namespace norva {
 
@@ -22,6 +18,84 @@ constexpr int kFloatFormat = 3;
 // What readers of BIFF2 can hold.
 constexpr long kReadableRows = 16384;
 constexpr long kReadableColumns = 256;
+constexpr std::size_t kLongestText = 255;
+
+/// Lays out the rows that the walk hands out.
+class RowsToSheet {
+public:
+    static constexpr bool kTellsChannels = true;
+
+    RowsToSheet(CSpreadsheet& sheet, ExportJob& job)
+        : m_sheet(sheet),
+          m_settings(job.settings),
+          m_report(job.report),
+          m_cells(job.settings.fullDigits ? ValueDigits::Full : ValueDigits::AsFormatted) {}
+
+    void Header(CNorvaFileUtil& store, std::vector<ExportChannel> const& channels) {
+        if (m_settings.labelAsChannel) AddText("LINE");
+        if (m_settings.pointId) AddText("POINT_ID");
+        for (ExportChannel const& channel : channels) AddName(store.GetChannelName(channel.index));
+    }
+
+    bool StartLine(ExportLine const& line) {
+        m_name = line.name;
+        std::string const marker = m_settings.labelAsChannel ? m_name : "LINE " + m_name;
+        if (marker.size() > kLongestText) ++m_report.changedNames;
+        if (m_settings.labelAsChannel) return true;
+        NextRow();
+        AddText(marker);
+        return true;
+    }
+
+    void StartRow(ExportLine const& line, long location) {
+        NextRow();
+        if (m_settings.labelAsChannel) AddText(m_name);
+        if (!m_settings.pointId) return;
+        m_text.clear();
+        AppendInteger(m_text, line.number + 1);
+        m_text += '_';
+        AppendInteger(m_text, location + 1);
+        AddText(m_text);
+    }
+
+    void Cell(ExportChannel const& channel, StoreValue const& value) {
+        bool const isFloating = value.IsFloating();
+        if (value.dataType == DataType::kText) {
+            if (value.text.size() > kLongestText) ++channel.report->cutTexts;
+            AddText(value.text);
+        } else if (value.IsMissing() || (isFloating && channel.format.HasTextForm())) {
+            m_text.clear();
+            if (!m_cells.AppendAndCheck(m_text, channel.format, value)) CountLostDigits(channel);
+            AddText(m_text);
+        } else {
+            CSpreadsheetCell cell = m_sheet.Cell(m_row, m_column++);
+            cell.SetNumber(isFloating ? value.Floating() : static_cast<double>(value.Whole()));
+            cell.SetFormatIndex(isFloating ? kFloatFormat : kIntegerFormat);
+        }
+    }
+
+    bool EndRow() { return true; }
+
+private:
+    void NextRow() {
+        ++m_row;
+        m_column = 0;
+    }
+    void AddText(std::string_view text) { m_sheet.Cell(m_row, m_column++).SetText(text); }
+    void AddName(std::string const& name) {
+        if (name.size() > kLongestText) ++m_report.changedNames;
+        AddText(name);
+    }
+
+    CSpreadsheet& m_sheet;
+    ExportSettings const& m_settings;
+    ExportReport& m_report;
+    CValueText m_cells;
+    std::size_t m_row = 0;
+    std::size_t m_column = 0;
+    std::string m_name;
+    std::string m_text;
+};
 
 }  // namespace
 
@@ -30,114 +104,60 @@ CExportToExcel::CExportToExcel(CNorvaFileUtil* store, std::string outputFile, CW
 
 CExportToExcel::~CExportToExcel() = default;
 
-bool CExportToExcel::ConfirmSize(ExportSelection const& selection, std::vector<int> const& channels) {
-    long const columns = static_cast<long>(channels.size()) + selection.labelAsChannel + selection.pointIdAsChannel;
+Status CExportToExcel::ConfirmSize(ExportJob& job) const {
+    ExportSettings const& settings = job.settings;
+    long const columns =
+        static_cast<long>(settings.channels->size()) + (settings.labelAsChannel ? 1 : 0) + (settings.pointId ? 1 : 0);
     long rows = 1;
     for (int const profile : m_selectedProfiles) {
-        rows += m_store->GetProfileLocationNum(profile, 1) + (selection.labelAsChannel == 0 ? 1 : 0);
+        rows += m_store->GetProfileLocationNum(profile, 1) + (settings.labelAsChannel ? 0 : 1);
     }
-    if (rows <= kReadableRows && columns <= kReadableColumns) return true;
+    if (rows <= kReadableRows && columns <= kReadableColumns) return {};
+    job.report.rowsBeyond =
+        static_cast<std::uint64_t>(std::max(rows - kReadableRows, 0L) + std::max(columns - kReadableColumns, 0L));
     std::string const size = "The sheet will have " + std::to_string(rows) + " rows and " + std::to_string(columns) +
                              " columns.\nPrograms that read this format hold at most " + std::to_string(kReadableRows) +
                              " rows and " + std::to_string(kReadableColumns) + " columns.";
-    if (AskYesNo(size + "\nDo you want to write it?")) return true;
-    SetLastErrorText(size);
-    return false;
+    if (!job.asks)
+        return settings.writeOversized ? Status() : Status::Failure("Couldn't write the file", m_outputFile, size);
+    return AskYesNo(size + "\nDo you want to write it?") ? Status() : Status::Failure(size).Silent();
 }
 
 int CExportToExcel::Export() {
-    return GuardedResult("Couldn't write the file", m_outputFile, [this] {
-        CExportSelectionDlg dialog;
-        std::vector<std::string> channelNames;
-        FillChannelArray(channelNames);
-        ExportSelection selection;
-        if (!RunSelection(dialog, channelNames, selection)) return 0;
-        std::vector<int> channels;  // in the store's order, whatever the order of the export list
-        int const selected = static_cast<int>(selection.channels.size());
-        for (int k = 0; k < m_store->ChannelCount; ++k) {
-            if (isChannelExported(k, selected, selection.channels.data()) == 1) channels.push_back(k);
-        }
-        if (!ConfirmSize(selection, channels)) return 0;
-        CheckOldFile();
-        if (!OpenOutput()) return 0;
-
-        CSpreadsheet sheet;
-        FillSheet(sheet, selection, channels);
-        auto const sink = [](void* self, std::string_view bytes) {
-            return static_cast<CExportToExcel*>(self)->Write(bytes);
-        };
-        sheet.Write(sink, this);
-        return FinishOutput();
-    });
+    return RunAsked([this](ExportJob& job) { return Run(job); });
 }
 
-void CExportToExcel::FillSheet(CSpreadsheet& sheet, ExportSelection const& selection,
-                               std::vector<int> const& channels) {
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Export");
-    window.ResetBars();
-    window.ShowFileName(m_outputFile);
-    CProgressReporter progress(window);
+Status CExportToExcel::Run(ExportJob& job) {
+    ExportChoices choices;
+    FillProfileArray(choices.lines);
+    FillChannelArray(choices.channels);
+    if (Status status = Choose(job, choices); !status) return status;
+    // Columns stand in the store's order, whatever the order of choosing.
+    std::ranges::sort(*job.settings.channels);
+    if (Status status = ConfirmSize(job); !status) return status;
+    CheckOldFile();
+    if (Status status = OpenOutput(); !status) return status;
 
-    std::size_t column = 0;
-    if (selection.labelAsChannel != 0) sheet.Cell(0, column++).SetText("LINE");
-    if (selection.pointIdAsChannel != 0) sheet.Cell(0, column++).SetText("POINT_ID");
-    std::vector<ExportChannel> exported;
-    for (int const position : channels) {
-        exported.push_back(ExportChannel::Of(*m_store, position));
-        sheet.Cell(0, column++).SetText(m_store->GetChannelName(exported.back().index));
-    }
+    CSpreadsheet sheet;
+    Status filled = FillSheet(sheet, job);
+    auto const sink = [](void* self, std::string_view bytes) {
+        return static_cast<CExportToExcel*>(self)->Write(bytes);
+    };
+    if (filled) sheet.Write(sink, this);
+    return FinishOutput(std::move(filled));
+}
 
-    CCellText cells;
-    StoreValue value;
-    std::string text;
-    std::size_t row = 1;
-    int const profileCount = static_cast<int>(m_selectedProfiles.size());
-    for (int i = 0; i < profileCount; ++i) {
-        progress.FilePercent(static_cast<long long>(i) * 100 / profileCount);
-        int const profile = m_selectedProfiles[static_cast<std::size_t>(i)];
-        std::string name;
-        long locations = 0;
-        int flag = 0;
-        m_store->GetProfileInfo(profile, name, locations, flag);
-        if (selection.labelAsChannel == 0) sheet.Cell(row++, 0).SetText("LINE " + name);
-        for (long j = 0; j < locations; ++j) {
-            if (m_store->IsLocMarkedToDelete(profile, j) != 0) continue;
-            column = 0;
-            if (selection.labelAsChannel != 0) sheet.Cell(row, column++).SetText(name);
-            if (selection.pointIdAsChannel != 0) {
-                text.clear();
-                AppendInteger(text, i + 1);
-                text += '_';
-                AppendInteger(text, j + 1);
-                sheet.Cell(row, column++).SetText(text);
-            }
-            std::size_t next = 0;
-            for (int k = 0; k < m_store->ChannelCount; ++k) {
-                progress.ChannelPercent(static_cast<long long>(k) * 100 / m_store->ChannelCount);
-                if (next == exported.size() || exported[next].position != k) continue;
-                ExportChannel const& channel = exported[next++];
-                if (!value.Read(*m_store, channel.index, profile, j)) continue;
-                CSpreadsheetCell cell = sheet.Cell(row, column++);
-                bool const floating = value.IsFloating();
-                if (value.dataType == DataType::kText || value.IsMissing() || (floating && channel.HasTextForm())) {
-                    text.clear();
-                    cells.Append(text, channel, value);
-                    cell.SetText(text);
-                } else {
-                    cell.SetNumber(floating ? value.Floating() : value.integer);
-                    cell.SetFormatIndex(floating ? kFloatFormat : kIntegerFormat);
-                }
-            }
-            ++row;
-        }
-    }
+Status CExportToExcel::FillSheet(CSpreadsheet& sheet, ExportJob& job) {
+    ExportWindow shown(m_outputFile);
+    CExportWalk walk(job, shown.progress);
+    RowsToSheet rows(sheet, job);
+    rows.Header(*m_store, walk.Channels());
+    walk.Rows(rows);
+    return walk.Result();
 }
 
 Status ExportWorksheet(ExportJob& job) {
-    CExportToExcel exporter(job.store, job.outputPath, job.owner);
-    return ResultOf(exporter.Export());
+    return CExportToExcel(job.store, job.outputPath, job.owner).Run(job);
 }
 
 }  // namespace norva
