@@ -1,7 +1,9 @@
+#include "common/script_json.h"
 #include "entry/browse_for_file.h"
 #include "entry/exp_imp_context.h"
 #include "formats/column_text/converted_import.h"
 #include "norva/converters.h"
+#include "norva/exchange.h"
 #include "norva/import_export.h"
 #include "norva/scripted_toolkit.h"
 #include "support/play.h"
@@ -173,6 +175,32 @@ TEST(ImportRouting, RefusalsOfTheStoreAreSilentAndExceptionsAreShown) {
     }
 }
 
+TEST(ImportRouting, TheStoreNeverTakesThePlaceOfItsSource) {
+    CTemporaryFolder const folder;
+    std::string const input = folder / "in.xyz";
+    std::string const text = "L1\n1 2\n3 4\n";
+    WriteWholeFile(input, text);
+    std::filesystem::create_hard_link(input, folder / "hard.nvt");
+    std::filesystem::create_symlink("in.xyz", folder / "soft.nvt");
+    for (char const* const store : {"in.xyz", "hard.nvt", "soft.nvt", "./in.xyz"}) {
+        PlayRun const run = Play(R"({"operation": "import", "store": "", "answers": [
+            {"dialog": 4063, "do": [{"select": "Formats", "row": 0}, {"click": 1}]},
+            {"open": "{dir}/in.xyz"}, {"save": "{dir}/{store}"}]})",
+                                 {{"dir", folder.Path()}, {"store", store}}, {.defaults = true});
+        EXPECT_EQ(run.value, 0) << store;
+        std::string const said = "The store cannot take the place of the file that is imported : " + input;
+        EXPECT_EQ(run.Texts("message"), std::vector<std::string>{said}) << store;
+        ImportRequest request;
+        request.inputPath = input;
+        request.storePath = folder / store;
+        request.replace = true;
+        ImportResult result;
+        EXPECT_EQ(ImportFile(request, result).Text(), said) << store;
+        EXPECT_EQ(ReadWholeFile(input), text) << store;
+        EXPECT_EQ(folder.Count(), 3U) << store;
+    }
+}
+
 TEST(ImportRouting, TemporaryTextIsDeletedAfterItsImport) {
     // The text that the conversion writes (none: it fails), the result, whether the text remains.
     std::tuple<char const*, int, bool> const cases[] = {
@@ -246,6 +274,36 @@ TEST(Dialogs, HelpButtonsOpenTheirTopics) {
                 EXPECT_EQ(run.Events("help")[0]["topic"], std::string(file) + "::/html/" + page + ".htm");
             }
         }
+    }
+}
+
+TEST(ExportRouting, TheNewStoreNameIsEmptiedOnceAFileIsConfirmed) {
+    CTemporaryFolder const folder;
+    ASSERT_TRUE(WriteSampleStore(folder / "in.nvt"));
+    std::filesystem::create_directory(folder / "folder.nvt");
+    char const* const all = R"({"dialog": 4000, "do": [{"click": 4007}, {"click": 4011}, {"click": 1}]})";
+    struct Case {
+        std::string save;
+        std::string dialog;
+        int value;
+        std::string name;
+    };
+    for (Case const& one :
+         {Case{"null", "", 0, "before"}, Case{R"("{dir}/out.xyz")", all, 1, ""},
+          Case{R"("{dir}/out.xyz")", R"({"dialog": 4000, "do": [{"click": 2}]})", 0, ""},
+          Case{R"("{dir}/out.prn")", "", 0, ""}, Case{R"("{dir}/out.nvt")", all, 1, folder / "out.nvt"},
+          Case{R"("{dir}/folder.nvt")", all, 0, folder / "folder.nvt"}}) {
+        std::string const dialog = one.dialog.empty() ? "" : ", " + one.dialog;
+        Script const script = ParseScript(R"({"operation": "export", "store": "", "name": "", "answers": [{"save": )" +
+                                              one.save + "}" + dialog + "]}",
+                                          {{"dir", folder.Path()}});
+        CScriptedToolkit toolkit(script.answers, true, nullptr);
+        CToolkitScope const scope(toolkit);
+        CNorvaFileUtil store;
+        ASSERT_NE(store.SetFileName(folder / "in.nvt", kReopenStore, nullptr), 0);
+        std::string name = "before";
+        EXPECT_EQ(Export_Data_File(&store, "", name, nullptr), one.value) << one.save;
+        EXPECT_EQ(name, one.name) << one.save;
     }
 }
 

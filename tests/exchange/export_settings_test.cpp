@@ -173,7 +173,8 @@ TEST(ExportSettings, ExportedClassesTellTheirOwnReasonAndRunTwice) {
                 CBusyToolkit toolkit(script(one.output), folder / "missing.nvt");
                 CToolkitScope const scope(toolkit);
                 EXPECT_EQ(isText ? text.ExportToXYZFile() : sheet.Export(), one.value);
-                if (one.value == 0) EXPECT_TRUE(GetLastErrorText().starts_with(one.reason)) << GetLastErrorText();
+                bool const isTold = one.value != 0 || GetLastErrorText().starts_with(one.reason);
+                EXPECT_TRUE(isTold) << GetLastErrorText();
             }
         }
     }
@@ -211,8 +212,9 @@ TEST(ExportSettings, AHostsStoreGivesTheSameValuesToEveryFormat) {
         EXPECT_EQ(result.report.channels[0].values, 7U) << output;
     }
     std::string const text = ReadWholeFile(folder / "out.xyz");
-    for (char const* const row :
-         {"  49000.50                         0  ", "\r\n                       300     \r\n"}) {
+    std::string const whole = "              49000.50                        0     \r\n";
+    std::string const gap = "\r\n                   300     \r\n";
+    for (std::string const& row : {whole, gap}) {
         EXPECT_NE(text.find(row), std::string::npos) << text;
     }
     auto const holds = [&](char const* output, float single, std::int32_t whole) {

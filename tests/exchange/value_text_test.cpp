@@ -89,7 +89,8 @@ TEST(ValueText, ToldAsKeptExactlyWhenItReadsBackTheSame) {
             return dataType == kFloat ? single == value.single : read == number;
         };
         std::string text;
-        RC_ASSERT(CValueText().AppendAndCheck(text, format, value) == readsBack(text));
+        bool const isTold = CValueText().AppendAndCheck(text, format, value);
+        RC_ASSERT(isTold == readsBack(text));
         std::string full;
         RC_ASSERT(CValueText(ValueDigits::Full).AppendAndCheck(full, format, value));
         RC_ASSERT(readsBack(full));
