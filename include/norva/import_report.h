@@ -44,6 +44,7 @@ struct ReportChannel {
     ReportFinding unreadable{};  ///< no digits: a number is stored as 0, a date, time or coordinate as no-data
     ReportFinding withRest{};    ///< a number followed by something else, which was ignored
     ReportFinding withFraction{};  ///< a whole-number channel dropped the digits after the point
+    ReportFinding rounded{};       ///< numbers that, written with as many digits, are not what the source has
     ReportFinding cut{};           ///< texts longer than the channel
     ReportFinding dropped{};       ///< values for which the format gives the store no location
     ReportFinding backwards{};     ///< a time, date or fiducial below the one before it in its line
@@ -87,6 +88,11 @@ struct NORVA_API ImportReport {
     ReportFinding cutRecords;       ///< a binary source ends inside them
     ReportFinding leftOut;          ///< data that belongs to no line or channel, and so is not in the store
     ReportFinding doubtfulMarkers;  ///< taken as the start of a line, but may have been rows of data
+    ReportFinding shifted;          ///< rows with an empty cell, behind which the values stand one column to the left
+    ReportFinding split;            ///< rows with a value that its separators cut in pieces
+    ReportFinding skippedRows;      ///< lines skipped at the top that read as data
+    ReportFinding doubtfulNames;    ///< rows and markers whose line may have been given a wrong name
+    ReportFinding joined;           ///< tracks or waypoints that continue a line that is not theirs
 
     /// Whether the parts add up to what was read, that to the whole source, and every channel to the locations.
     bool IsAccounted() const;
@@ -105,6 +111,16 @@ struct ReportKind {
 };
 /// All kinds; ends with a kind without a name.
 NORVA_API extern ReportKind const kReportKinds[];
+
+/// A kind of finding about rows, as ReportKind.
+struct ReportRowKind {
+    char const* name;
+    char const* text;
+    ReportFinding ImportReport::*finding;
+    bool isLoss;
+};
+/// All kinds; ends with a kind without a name.
+NORVA_API extern ReportRowKind const kReportRowKinds[];
 
 /// Copies the report of this thread's last import: 1, or 0 when that import failed, there was none, or its format
 /// keeps no report. With `withChecksum` 1 the source is read once more for its SHA-256, and 0 also tells that this

@@ -28,9 +28,24 @@ ReportKind const kReportKinds[] = {
     {"unreadable", "unreadable, stored as 0 or no-data", &ReportChannel::unreadable, true},
     {"with_rest", "number followed by something else", &ReportChannel::withRest, true},
     {"with_fraction", "fraction dropped by a whole-number channel", &ReportChannel::withFraction, true},
+    {"rounded", "rounded by the channel's precision", &ReportChannel::rounded, true},
     {"cut", "text cut to the channel's width", &ReportChannel::cut, true},
     {"dropped", "value without a location in the store", &ReportChannel::dropped, true},
     {"backwards", "below the value before it in its line", &ReportChannel::backwards, false},
+    {nullptr, nullptr, nullptr, false},
+};
+
+ReportRowKind const kReportRowKinds[] = {
+    {"rows_with_fewer_values", "rows with fewer values than columns", &ImportReport::fewerValues, true},
+    {"rows_with_more_values", "rows with more values than columns", &ImportReport::moreValues, true},
+    {"cut_records", "records that the file cuts off", &ImportReport::cutRecords, true},
+    {"left_out", "left out", &ImportReport::leftOut, true},
+    {"doubtful_markers", "markers that may be data", &ImportReport::doubtfulMarkers, true},
+    {"shifted", "rows with an empty cell, values behind it shifted", &ImportReport::shifted, true},
+    {"split", "rows with a value cut in pieces by separators", &ImportReport::split, true},
+    {"skipped_rows", "rows skipped that read as data", &ImportReport::skippedRows, true},
+    {"doubtful_names", "rows whose line may have a wrong name", &ImportReport::doubtfulNames, true},
+    {"joined", "tracks or waypoints joined to the line before", &ImportReport::joined, true},
     {nullptr, nullptr, nullptr, false},
 };
 
@@ -50,8 +65,10 @@ bool ImportReport::IsAccounted() const {
 }
 
 std::uint64_t ImportReport::LossCount() const {
-    std::uint64_t count =
-        fewerValues.count + moreValues.count + cutRecords.count + leftOut.count + doubtfulMarkers.count;
+    std::uint64_t count = 0;
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
+        if (kind->isLoss) count += (this->*kind->finding).count;
+    }
     for (ReportChannel const& channel : channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
             if (kind->isLoss) count += (channel.*kind->finding).count;

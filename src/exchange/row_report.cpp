@@ -1,5 +1,9 @@
 #include "exchange/row_report.h"
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
 namespace norva {
 
 CRowReport::CRowReport(std::vector<NorvaChannelStruct> const& columns)
@@ -15,9 +19,22 @@ void CRowReport::EndLine() {
     m_rowsOfLine = 0;
 }
 
-void CRowReport::StartLine(std::string const& name, std::uint64_t number) {
+void CRowReport::StartLine(std::string name, std::uint64_t number) {
     EndLine();
-    m_report.lines.push_back({name, 0, number, !m_names.insert(name).second});
+    m_report.lines.push_back({std::move(name), 0, number, false});
+}
+
+void CRowReport::MarkRepeatedLines() {
+    std::vector<ReportLine>& lines = m_report.lines;
+    std::vector<std::size_t> order(lines.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::sort(order, [&lines](std::size_t a, std::size_t b) {
+        int const compared = lines[a].name.compare(lines[b].name);
+        return compared != 0 ? compared < 0 : a < b;
+    });
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        lines[order[i]].isRepeated = lines[order[i]].name == lines[order[i - 1]].name;
+    }
 }
 
 void CRowReport::Note(ReportFinding& finding, std::string_view value) {
@@ -37,6 +54,7 @@ void CRowReport::AddPart(std::string name, std::uint64_t count, std::uint64_t by
 ImportReport CRowReport::Take(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead,
                               std::uint64_t sourceSize) {
     EndLine();
+    MarkRepeatedLines();
     std::uint64_t const locations = m_report.LocationCount();
     for (ReportChannel& channel : m_channels) {
         channel.values = locations;

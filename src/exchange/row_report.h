@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace norva {
@@ -36,7 +35,7 @@ public:
         CountRow();
     }
     /// The rows from now on belong to a line of that name. `number` is that of its first row.
-    void StartLine(std::string const& name, std::uint64_t number);
+    void StartLine(std::string name, std::uint64_t number);
 
     /// A value that is no part of the row stands at its end.
     void Note(ReportFinding& finding, std::string_view value);
@@ -56,13 +55,14 @@ public:
 
 private:
     void EndLine();
+    /// A set of all names would take more memory than the lines themselves.
+    void MarkRepeatedLines();
 
     std::vector<NorvaChannelStruct> const& m_columns;
     std::string_view m_line;
     std::uint64_t m_number = 0;
     std::uint64_t m_rowsOfLine = 0;
     std::vector<ReportChannel> m_channels;  ///< one a column
-    std::unordered_set<std::string> m_names;
     ImportReport m_report;
 };
 

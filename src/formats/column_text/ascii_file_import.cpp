@@ -12,8 +12,10 @@
 #include "formats/column_text/text_preview.h"
 #include "platform/file_percent.h"
 #include "platform/last_error.h"
+#include "platform/text.h"
 #include "ui/messages.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -28,6 +30,28 @@ bool HoldsManyWords(std::string_view marker) {
     int count = 0;
     while (count < 3 && cursor.Next(word)) ++count;
     return count == 3;
+}
+
+/// Whether a marker line that gives a name may be none: it could be a row or the titles of so few columns.
+bool IsDoubtfulMarker(std::string_view marker, std::string_view name, std::size_t columns) {
+    CTokenCursor cursor(marker, kRowDelimiters);
+    std::string_view first;
+    std::string_view word;
+    cursor.Next(first);
+    std::size_t const words = cursor.Next(word) ? 2 : 1;
+    if (words == 2 && !HoldsLineWord(first)) return true;
+    bool const hasDigit = std::ranges::any_of(name, IsDigit);
+    return words == columns && !hasDigit;
+}
+
+/// Value of a column; empty when the line ends before.
+std::string_view ValueAt(std::string_view line, int column, CDelimiters const& delimiters) {
+    CTokenCursor cursor(line, delimiters);
+    std::string_view value;
+    for (int i = 0; i <= column; ++i) {
+        if (!cursor.Next(value)) return {};
+    }
+    return Trim(value);
 }
 
 }  // namespace
@@ -72,7 +96,9 @@ Status CAsciiFileImport::ReadHead(std::string const& textPath) {
         CProgressWindow const window("Getting line information from the file");
         ReadPreviewLines(m_file, m_preview);
     }
-    return Shown(CheckPreview(m_file, m_preview));
+    Status status = Shown(CheckPreview(m_file, m_preview));
+    if (!m_job.asks) m_preview.path = m_job.inputPath;
+    return status;
 }
 
 Status CAsciiFileImport::TakeSettings(CColumnTextDraft& draft) const {
@@ -102,7 +128,9 @@ Status CAsciiFileImport::ConvertRows(CProgressWindow& window, CColumnFiles& file
     std::size_t profile = 0;
     long rowsLeft = 0;
 
-    std::uint64_t const skipped = CountSkippedLines();
+    std::uint64_t const skipped = ReadSkippedLines(converter, report);
+    int const label = m_settings.labelColumn;
+    bool const isCsvLabel = label >= 0 && m_preview.isCsv;
     std::uint64_t number = skipped;
     CFilePercent percent(m_file.Length(), 100);
     std::string_view line;
@@ -115,37 +143,54 @@ Status CAsciiFileImport::ConvertRows(CProgressWindow& window, CColumnFiles& file
         ++number;
         ++part.count;
         part.bytes += m_file.Offset() - offset;
-        if (kind == LineKind::Marker && GetLineName(line).empty() && HoldsManyWords(line)) {
-            report.GoTo(whole, number);
-            report.NoteRow(&ImportReport::doubtfulMarkers);
-        }
+        report.GoTo(whole, number);
+        if (kind == LineKind::Marker) NoteMarker(line, report);
         if (kind != LineKind::Data) continue;
         for (; rowsLeft == 0 && profile < m_profiles.size(); ++profile) {
-            report.StartLine(m_profiles[profile].name, number);
-            converter.StartLine();
+            if (Contains(m_profiles[profile].name, "\"")) report.NoteRow(&ImportReport::doubtfulNames);
             rowsLeft = m_profiles[profile].rowCount;
+            report.StartLine(std::move(m_profiles[profile].name), number);
+            converter.StartLine();
         }
         --rowsLeft;
-        report.StartRow(whole, number);
-        if (!converter.Row(line)) break;
+        report.CountRow();
+        // Labels are read with blanks as separators even where values may hold them.
+        if (isCsvLabel && Contains(line, " ") &&
+            ValueAt(line, label, kRowDelimiters) != ValueAt(line, label, kCsvRowDelimiters)) {
+            report.NoteRow(&ImportReport::doubtfulNames);
+        }
+        if (!converter.Row(line, whole.front() == '\t')) break;
     }
     if (Status status = PassStatus(m_file, files, m_preview.path); !status) return status;
     converter.Finish();
     for (ReportPart& part : parts) report.AddPart(std::move(part.name), part.count, part.bytes);
     report.AddPart("skipped at the top", skipped, m_dataStart);
     report.AddSetting("separators", m_preview.isCsv ? "comma, tab" : "space, comma, tab");
-    report.AddSetting("lines by",
-                      m_settings.labelColumn < 0 ? "markers" : "column " + std::to_string(m_settings.labelColumn + 1));
+    report.AddSetting("lines by", label < 0 ? "markers" : "column " + std::to_string(label + 1));
     m_job.report = report.Take("lines", number, m_file.Offset(), m_file.Length());
     return {};
 }
 
-std::uint64_t CAsciiFileImport::CountSkippedLines() {
+std::uint64_t CAsciiFileImport::ReadSkippedLines(CRowConverter const& converter, CRowReport& report) {
     std::uint64_t count = 0;
     std::string_view line;
     m_file.Rewind();
-    while (m_file.Offset() < m_dataStart && m_file.Next(line)) ++count;
+    while (m_file.Offset() < m_dataStart && m_file.Next(line)) {
+        report.GoTo(line, ++count);
+        LineKind const kind = ClassifyLine(line);
+        if (kind == LineKind::Marker) NoteMarker(line, report);
+        if (kind == LineKind::Data && converter.ReadsAsRow(line)) report.NoteRow(&ImportReport::skippedRows);
+    }
     return count;
+}
+
+void CAsciiFileImport::NoteMarker(std::string_view marker, CRowReport& report) const {
+    std::string const name = GetLineName(marker);
+    if (name.empty()) {
+        if (HoldsManyWords(marker)) report.NoteRow(&ImportReport::doubtfulMarkers);
+    } else if (IsDoubtfulMarker(marker, name, m_settings.columns.size())) {
+        report.NoteRow(&ImportReport::doubtfulNames);
+    }
 }
 
 Status ImportTextFile(ImportJob& job) {

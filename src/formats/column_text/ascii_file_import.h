@@ -7,12 +7,16 @@
 #include "platform/line_reader.h"
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace norva {
 
 class CColumnFiles;
 class CProgressWindow;
+class CRowConverter;
+class CRowReport;
 
 /// Imports delimited column text, one reading a line, into a store. One object serves one import.
 class CAsciiFileImport {
@@ -21,7 +25,7 @@ public:
     CAsciiFileImport(CAsciiFileImport const&) = delete;
     CAsciiFileImport& operator=(CAsciiFileImport const&) = delete;
 
-    /// `file` is the text; messages name the job's input.
+    /// The text is the job's input, or what that was converted to.
     Status Run(std::string const& textPath);
 
 private:
@@ -30,8 +34,9 @@ private:
     Status TakeSettings(CColumnTextDraft& draft) const;
     Status FindProfiles();
     Status ConvertRows(CProgressWindow& window, CColumnFiles& files);
-    /// Lines that the pass over the data leaves out at the start of the file.
-    std::uint64_t CountSkippedLines();
+    /// Counts the lines that the pass over the data leaves out at the start of the file, and notes what they hide.
+    std::uint64_t ReadSkippedLines(CRowConverter const& converter, CRowReport& report);
+    void NoteMarker(std::string_view marker, CRowReport& report) const;
 
     ImportJob& m_job;
     CLineReader m_file;

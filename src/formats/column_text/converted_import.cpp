@@ -37,13 +37,12 @@ void MoveReportToSource(ImportReport& report, ConvertedSource&& source) {
     for (ReportChannel& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) relocate(channel.*kind->finding);
     }
-    for (ReportFinding* const finding : {&report.fewerValues, &report.moreValues, &report.doubtfulMarkers}) {
-        relocate(*finding);
-    }
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) relocate(report.*kind->finding);
     for (ReportLine& line : report.lines) line.sourceLine = source.lines.SourceLine(line.sourceLine);
     ImportReport& told = source.report;
     report.leftOut = std::move(told.leftOut);
     report.cutRecords = std::move(told.cutRecords);
+    report.joined = std::move(told.joined);
     report.moreValues.count += told.moreValues.count;
     report.moreValues.places.insert(report.moreValues.places.begin(), told.moreValues.places.begin(),
                                     told.moreValues.places.end());

@@ -5,10 +5,17 @@
 
 namespace norva {
 
+/// A number as its digits without the point, and how many of them stand behind it.
+struct PlainDecimal {
+    double value = 0;
+    std::uint64_t digits = 0;
+    int decimals = 0;
+};
+
 /// Reads an optional sign, digits and at most one ".", as most values of a survey are written, where the double
 /// nearest to the text comes out of one division: up to 18 digits, below 2 to the power 53 without the point.
 /// Returns where the number ends, or null when it is no such number; what follows it is for the caller to judge.
-inline char const* ReadPlainDecimal(char const* next, char const* end, double& value) {
+inline char const* ReadPlainDecimal(char const* next, char const* end, PlainDecimal& number) {
     // Powers of ten up to 10^22 are exact in a double, and so is the integer: their quotient is rounded once.
     static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                          1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
@@ -35,8 +42,15 @@ inline char const* ReadPlainDecimal(char const* next, char const* end, double& v
     }
     if (count == 0 || count > 18 || digits > (std::uint64_t{1} << 53)) return nullptr;
     double const magnitude = static_cast<double>(digits) / kPowers[decimals];
-    value = negative ? -magnitude : magnitude;
+    number = {negative ? -magnitude : magnitude, digits, static_cast<int>(decimals)};
     return next;
+}
+
+inline char const* ReadPlainDecimal(char const* next, char const* end, double& value) {
+    PlainDecimal number;
+    char const* const after = ReadPlainDecimal(next, end, number);
+    if (after != nullptr) value = number.value;
+    return after;
 }
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #include "formats/column_text/row_converter.h"
 
 #include "formats/column_text/plain_decimal.h"
+#include "formats/column_text/written_digits.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "store/value_rules.h"
@@ -8,6 +9,39 @@
 #include <algorithm>
 
 namespace norva {
+
+namespace {
+
+/// Whether two commas or two tabs stand between two values.
+bool HoldsEmptyCell(char const* begin, char const* end) {
+    return std::count(begin, end, ',') > 1 || std::count(begin, end, '\t') > 1;
+}
+
+/// A value that begins with a quote ends with one, unless a separator inside of the quotes has cut it.
+bool HoldsHalfAQuote(std::string_view token) {
+    token = Trim(token);
+    return token.starts_with('"') && (token.size() == 1 || !token.ends_with('"'));
+}
+
+/// Whether commas look like decimal marks: no point, one comma between digits in the values that blanks separate.
+bool HoldsDecimalCommas(std::string_view line) {
+    if (line.find('.') != std::string_view::npos || line.find(',') == std::string_view::npos) return false;
+    static constexpr CDelimiters blanks{" \t"};
+    CTokenCursor cursor(line, blanks);
+    std::size_t values = 0;
+    std::size_t commas = 0;
+    for (std::string_view value; cursor.Next(value); ++values) {
+        std::size_t const comma = value.find(',');
+        if (comma == std::string_view::npos) continue;
+        bool const isInside = comma > 0 && IsDigit(value[comma - 1]) && comma + 1 < value.size() &&
+                              IsDigit(value[comma + 1]) && value.find(',', comma + 1) == std::string_view::npos;
+        if (!isInside) return false;
+        ++commas;
+    }
+    return values > 1 && commas > 0;
+}
+
+}  // namespace
 
 CRowConverter::CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters,
                              Forms const& forms, CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic,
@@ -63,6 +97,8 @@ CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, i
             break;
     }
     plan.isOrdered = IsOrderedChannel(settings, plan.kind);
+    if (plan.kind == Kind::Float) plan.exactDigits = 1'000'000;
+    if (plan.kind == Kind::Double) plan.exactDigits = 1'000'000'000'000'000;
     plan.range = plan.kind == Kind::Long    ? static_cast<double>(kNoDataLong)
                  : plan.kind == Kind::Short ? static_cast<double>(kNoDataShort)
                                             : kNoDataDouble;
@@ -77,13 +113,19 @@ bool CRowConverter::IsOrderedChannel(NorvaChannelStruct const& settings, Kind ki
     return name == "FID" || name == "FIDUCIAL" || name == "TIME" || name == "STATION" || name == "POSITION";
 }
 
-bool CRowConverter::Row(std::string_view line) {
+bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
     char const* next = line.data();
     char const* const end = next + line.size();
+    bool isShifted = beginsEmpty;
+    m_isSplit = HoldsDecimalCommas(line);
     for (std::size_t i = 0; i < m_rowPlans; ++i) {
         Plan& plan = m_plans[i];
-        while (next != end && m_delimiters.Has(*next)) ++next;
+        char const* const gap = next;
+        int separators = i == 0 ? 1 : 0;  // those at the start stand behind an empty cell
+        for (; next != end && m_delimiters.Has(*next); ++next) separators += *next != ' ' ? 1 : 0;
+        if (separators > 1 && next != end) isShifted = isShifted || i == 0 || HoldsEmptyCell(gap, next);
         if (next == end) {
+            NoteRow(isShifted);
             m_report.NoteRow(&ImportReport::fewerValues);
             for (; i < m_rowPlans; ++i) {
                 if (!PutAbsent(m_plans[i])) return false;
@@ -91,10 +133,12 @@ bool CRowConverter::Row(std::string_view line) {
             return true;
         }
         if (IsNumber(plan.kind)) {
-            double value = 0;
-            char const* const after = ReadPlainDecimal(next, end, value);
+            PlainDecimal number;
+            char const* const after = ReadPlainDecimal(next, end, number);
             if (after != nullptr && (after == end || m_delimiters.Has(*after))) {
-                if (!PutNumber(plan, value, {next, static_cast<std::size_t>(after - next)})) return false;
+                std::string_view const token(next, static_cast<std::size_t>(after - next));
+                if (number.digits >= plan.exactDigits) CheckRounding(plan, number, token);
+                if (!PutNumber(plan, number.value, token)) return false;
                 next = after;
                 continue;
             }
@@ -104,7 +148,35 @@ bool CRowConverter::Row(std::string_view line) {
         if (!PutToken(plan, {begin, static_cast<std::size_t>(next - begin)})) return false;
     }
     if (next != end || m_rowPlans != m_plans.size()) CheckRowEnd(next, end);
+    NoteRow(isShifted);
     return true;
+}
+
+void CRowConverter::NoteRow(bool isShifted) {
+    if (isShifted) m_report.NoteRow(&ImportReport::shifted);
+    if (m_isSplit) m_report.NoteRow(&ImportReport::split);
+}
+
+bool CRowConverter::ReadsAsRow(std::string_view line) const {
+    CTokenCursor cursor(line, m_delimiters);
+    std::string_view token;
+    std::size_t numbers = 0;
+    for (Plan const& plan : m_plans) {
+        if (!cursor.Next(token)) return false;
+        token = TrimOf(token, "\"");
+        if (!IsNumber(plan.kind) || Contains(token, "*")) continue;
+        std::size_t const length = ScanNumber(token).consumed;
+        if (length == 0 || length < TrimRight(token).size()) return false;
+        ++numbers;
+    }
+    return numbers > 0 && !cursor.Next(token);
+}
+
+/// Notes a number that its channel does not hold to the last digit that the source wrote.
+void CRowConverter::CheckRounding(Plan const& plan, PlainDecimal const& number, std::string_view token) {
+    bool const isExact = plan.kind == Kind::Float ? HasWrittenDigits(static_cast<float>(number.value), number, token)
+                                                  : HasWrittenDigits(number.value, token);
+    if (!isExact) m_report.Note(m_report.Channel(plan.column).rounded, token);
 }
 
 /// Notes a row whose rest is not exactly the values of the last columns, which are skipped.
@@ -120,9 +192,10 @@ void CRowConverter::CheckRowEnd(char const* next, char const* end) {
 bool CRowConverter::Value(int column, std::string_view token) {
     Plan& plan = m_plans[static_cast<std::size_t>(column)];
     char const* const end = token.data() + token.size();
-    double value = 0;
-    if (IsNumber(plan.kind) && ReadPlainDecimal(token.data(), end, value) == end) return PutNumber(plan, value, token);
-    return PutToken(plan, token);
+    PlainDecimal number;
+    if (!IsNumber(plan.kind) || ReadPlainDecimal(token.data(), end, number) != end) return PutToken(plan, token);
+    if (number.digits >= plan.exactDigits) CheckRounding(plan, number, token);
+    return PutNumber(plan, number.value, token);
 }
 
 bool CRowConverter::Absent(int column) {
@@ -181,6 +254,7 @@ bool CRowConverter::PutMissing(Plan const& plan) {
 }
 
 bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
+    m_isSplit = m_isSplit || HoldsHalfAQuote(token);
     if (plan.kind == Kind::Skipped) return true;
     std::string_view const written = token;
     token = TrimOf(token, "\"");
@@ -214,17 +288,27 @@ bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
             return PutConverted(plan, IsDigit(token.front()), m_forms.date(token), written);
         case Kind::OwnTime:
             return PutConverted(plan, IsDigit(token.front()), m_forms.time(token), written);
-        default: {
-            NumberRead const read = ScanNumber(token);
-            ReportChannel& channel = m_report.Channel(plan.column);
-            if (read.consumed == 0) {
-                m_report.Note(channel.unreadable, written);
-            } else if (read.consumed < TrimRight(token).size()) {
-                m_report.Note(channel.withRest, written);
-            }
-            return PutNumber(plan, read.value, written);
-        }
+        default:
+            return PutScanned(plan, token, written);
     }
+}
+
+/// A number that is written in another way than plain decimals are; `token` is `written` without quotes.
+bool CRowConverter::PutScanned(Plan& plan, std::string_view token, std::string_view written) {
+    NumberRead const read = ScanNumber(token);
+    ReportChannel& channel = m_report.Channel(plan.column);
+    if (read.consumed == 0) {
+        m_report.Note(channel.unreadable, written);
+    } else if (read.consumed < TrimRight(token).size()) {
+        m_report.Note(channel.withRest, written);
+    }
+    bool const isReal = plan.kind == Kind::Float || plan.kind == Kind::Double;
+    if (isReal && read.consumed > 0 && std::fabs(read.value) < plan.range) {
+        double const stored =
+            plan.kind == Kind::Float ? static_cast<double>(static_cast<float>(read.value)) : read.value;
+        if (!HasWrittenDigits(stored, token.substr(0, read.consumed))) m_report.Note(channel.rounded, written);
+    }
+    return PutNumber(plan, read.value, written);
 }
 
 /// Stores a double that came of a date, time or coordinate.

@@ -2,6 +2,7 @@
 
 #include "exchange/column_files.h"
 #include "exchange/row_report.h"
+#include "formats/column_text/plain_decimal.h"
 #include "formats/column_text/text_line.h"
 #include "norva/converters.h"
 #include "norva/values.h"
@@ -30,8 +31,11 @@ public:
                   CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files,
                   CRowReport& report);
 
-    /// Converts a whole row; values that it lacks are missing, surplus ones are ignored. False after a write failure.
-    bool Row(std::string_view line);
+    /// Converts a whole row; values that it lacks are missing, surplus ones are ignored. `beginsEmpty` says that a tab
+    /// before the row was taken off. False after a write failure.
+    bool Row(std::string_view line, bool beginsEmpty = false);
+    /// Whether the line has as many values as there are columns, numbers in those of numbers, of which there are some.
+    bool ReadsAsRow(std::string_view line) const;
     /// Converts one value of one column (nothing for a skipped one). False after a write failure.
     bool Value(int column, std::string_view token);
     /// The row has no value for the column.
@@ -60,11 +64,12 @@ private:
         int templateFormat = 0;
         std::size_t width = 0;   ///< of a text, in characters
         bool isOrdered = false;  ///< values below the one before are to be noted
-        double range = 0;        ///< the largest value that is not too large, which stands for no-data
+        std::uint64_t exactDigits = std::numeric_limits<std::uint64_t>::max();  ///< below, no digit is rounded
+        double range = 0;  ///< the largest value that is not too large, which stands for no-data
         double previous = -std::numeric_limits<double>::infinity();
         double minimum = std::numeric_limits<double>::infinity();
         double maximum = -std::numeric_limits<double>::infinity();
-        // Values from `low` to `high` need no look: the range seen, or none when every value needs one.
+        // Values from `low` to `high` are known to be in range; an empty range when every value is to be examined.
         double low = std::numeric_limits<double>::infinity();
         double high = -std::numeric_limits<double>::infinity();
     };
@@ -75,6 +80,8 @@ private:
     static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
 
     bool PutToken(Plan& plan, std::string_view token);
+    bool PutScanned(Plan& plan, std::string_view token, std::string_view written);
+    void CheckRounding(Plan const& plan, PlainDecimal const& number, std::string_view token);
     bool PutConverted(Plan& plan, bool isRead, double value, std::string_view token);
     bool PutNumber(Plan& plan, double value, std::string_view token);
     bool Store(Plan const& plan, double value, std::string_view token);
@@ -87,6 +94,7 @@ private:
     /// Notes what is to be said of a value outside what was seen so far.
     void Examine(Plan& plan, double value, std::string_view token);
     void CheckRowEnd(char const* next, char const* end);
+    void NoteRow(bool isShifted);
 
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
@@ -96,6 +104,7 @@ private:
     CNorvaGeographic const& m_geographic;
     CColumnFiles& m_files;
     CRowReport& m_report;
+    bool m_isSplit = false;  ///< a value of the current row
     std::string m_text;
 };
 

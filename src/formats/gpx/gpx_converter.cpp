@@ -202,6 +202,7 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
         m_lineOpen = false;
         return;
     }
+    if (line.count == 1 && (line.token[0] == "trk" || line.token[0] == "rte")) m_awaitsName = true;
     bool const hasContent = line.count > 2;
     if (element.isPoint && (hasContent || !element.isPointEnd)) {
         ++m_points;
@@ -219,14 +220,19 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     if (hasContent && !m_pointOpen && element.isName) {
         // Of a name of several words the second is taken.
         if (line.count > 3 && !Contains(line.token[1], "=")) LeaveOut("words of names");
+        m_isFileName = !m_awaitsName && m_points == 0;
         StartLine(DecodeNamedEntities(line.token[line.count == 3 ? 1 : 2]), output);
         return;
     }
-    if (!m_lineOpen && element.isWaypoint) StartLine("waypoint", output);
+    if (!m_lineOpen && element.isWaypoint) {
+        m_isFileName = false;
+        StartLine("waypoint", output);
+    }
     if (!hasContent) return;
     if (element.isPoint) {
         SetLatLon(line.token[1], line.token[2]);
         m_pointOpen = true;
+        NoteJoined(element);
     } else if (m_pointOpen && element.isElevation) {
         m_elevation = line.token[1];
     } else if (m_pointOpen && element.isTime) {
@@ -234,6 +240,14 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     } else if (m_pointOpen) {
         LeaveOut(line.token[0]);
     }
+}
+
+/// Counts a track or a run of waypoints whose points go to a line that another element has named.
+void CGpxConverter::NoteJoined(GpxElement const& point) {
+    bool const isJoined = point.isWaypoint ? m_isFileName : m_awaitsName && m_hasLine;
+    if (isJoined) ++m_source.report.joined.count;
+    m_awaitsName = false;
+    m_isFileName = false;
 }
 
 void CGpxConverter::LeaveOut(std::string_view name) {
@@ -274,6 +288,8 @@ void CGpxConverter::StartLine(std::string_view name, CReplacementFile& output) {
     output.Write(" \n");
     ResetPoint();
     m_lineOpen = true;
+    m_hasLine = true;
+    m_awaitsName = false;
 }
 
 void CGpxConverter::SetLatLon(std::string_view first, std::string_view second) {

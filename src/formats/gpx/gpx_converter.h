@@ -82,6 +82,7 @@ private:
     void SetCoordinate(std::string_view attribute);
     /// Counts a value of a point that no column takes.
     void LeaveOut(std::string_view name);
+    void NoteJoined(GpxElement const& point);
 
     CGpxElementJudge m_judge;
     std::vector<std::string> m_columnNames;
@@ -94,6 +95,9 @@ private:
     std::string m_row;
     bool m_pointOpen = false;
     bool m_lineOpen = false;
+    bool m_hasLine = false;     ///< some line was written
+    bool m_awaitsName = false;  ///< in a track or route that has had neither name nor point
+    bool m_isFileName = false;  ///< the line is named by the file's own name and has had no point
 
     ConvertedSource m_source;
     std::uint64_t m_points = 0;         ///< that began
