@@ -1,3 +1,4 @@
+#include "norva/column_text.h"
 #include "norva/contents.h"
 #include "norva/exchange.h"
 #include "norva/import_export.h"
@@ -27,6 +28,40 @@ std::string WindowsScript(SameImport const& same) {
            std::to_string(same.row) + R"j(}, {"click": 1}]},
               {"open": "{dir}/{sample}"}, {"save": "{dir}/windows.nvt"})j" +
            same.answers + "]}";
+}
+
+/// The settings of a sample of column text, changed without its window.
+template <typename Change>
+ColumnTextSettings TextSettings(char const* sample, Change const& change) {
+    TextPreview preview;
+    Status status = ReadTextPreview(std::string(NORVA_SAMPLES "/") + sample, "", preview);
+    EXPECT_TRUE(status) << status.Text();
+    CColumnTextDraft draft(std::move(preview));
+    status = change(draft);
+    EXPECT_TRUE(status) << status.Text();
+    return draft.Settings();
+}
+
+/// What a person does in "Import: Set Channels" below.
+Status ChangeSurvey(CColumnTextDraft& draft) {
+    Status status = draft.TakeHeaderLine(1, draft.UsualDelimiters());
+    if (status) status = draft.SetType(0, ColumnType::Double);
+    if (status) status = draft.SetType(9, ColumnType::Text);
+    if (status) status = draft.SetTextSize(9, 12);
+    if (status) status = draft.SetType(5, ColumnType::Skipped);
+    draft.SetName(1, "North");
+    draft.SetUnits(1, "ft");
+    return status;
+}
+
+Status ChangeCsv(CColumnTextDraft& draft) {
+    draft.SetLabelColumn(0);
+    Status status = draft.SetSkip(3);
+    return status ? draft.SetType(1, ColumnType::Long) : status;
+}
+
+Status KeepAll(CColumnTextDraft&) {
+    return {};
 }
 
 std::vector<SameImport> SameImports() {
@@ -90,6 +125,31 @@ std::vector<SameImport> SameImports() {
         {"records, some", "base.bin", "Binary XYZ", 3, baseCut.c_str(), RecordSettings{base, 250, 100, true, 10}},
         {"records, none", "base.bin", "Binary XYZ", 3, baseNone.c_str(), RecordSettings{base, 0, 600, false, 1}},
         {"TKI", "airborne.p01", "Tarko", 9, "", {}},
+        {"XYZ as the window opens", "survey.xyz", "ASCII XYZ", 0, R"j(, {"dialog": 4003, "do": [{"click": 1}]})j", {}},
+        {"XYZ, changed", "survey.xyz", "ASCII XYZ", 0,
+         R"j(, {"dialog": 4003, "do": [{"double": "File Header", "row": 1},
+            {"select": "Data Preview", "column": 0}, {"click": 4021},
+            {"select": "Data Preview", "column": 9}, {"click": 4019}, {"set": 4061, "to": "12"},
+            {"select": "Data Preview", "column": 5}, {"click": 4024},
+            {"select": "Data Preview", "column": 1}, {"set": "Name:", "to": "North"}, {"set": "Units:", "to": "ft"},
+            {"click": 1}]}, {"message": "Do you want to change the column labels?", "answer": "yes"})j",
+         TextSettings("survey.xyz", ChangeSurvey)},
+        {"CSV as the window opens", "survey.csv", "ASCII CSV", 1, R"j(, {"dialog": 4003, "do": [{"click": 1}]})j", {}},
+        {"CSV, labels and rows skipped", "survey.csv", "ASCII CSV", 1,
+         R"j(, {"dialog": 4003, "do": [{"select": "Data Preview", "column": 0}, {"click": 4025},
+            {"set": 4073, "to": "3"}, {"select": "Data Preview", "column": 1}, {"click": 4023}, {"click": 1}]})j",
+         TextSettings("survey.csv", ChangeCsv)},
+        {"IPR_12", "ipr12.dmp", "Scintrex IPR_12", 7, R"j(, {"dialog": 4003, "do": [{"click": 1}]})j",
+         TextSettings("ipr12.dmp", KeepAll)},
+        {"SeaSPY", "seaspy.mag", "SeaSPY(Marine Magnetics)", 8,
+         R"j(, {"message": "Do you want to import interpolated coordinates? ", "answer": "yes"},
+            {"dialog": 4003, "do": [{"select": "Data Preview", "column": 7}, {"click": 4024}, {"click": 1}]})j",
+         SeaSpySettings{
+             TextSettings("seaspy.mag", [](CColumnTextDraft& draft) { return draft.SetType(7, ColumnType::Skipped); })
+                 .columns,
+             true}},
+        {"GPX", "tracks.gpx", "GPS Exchange Format(GPX)", 10, R"j(, {"dialog": 4003, "do": [{"click": 1}]})j",
+         TextSettings("tracks.gpx", KeepAll)},
     };
 }
 
@@ -159,6 +219,19 @@ TEST(ImportFile, SaysWhichSettingDoesNotFit) {
              {"cg3.dmp", Cg3Settings{.dateFormat = 8}, "no date format 8"},
              {"cg3.dmp", Cg3Settings{.timeFormat = -1}, "no time format -1"},
              {"airborne.p01", GbnSettings{}, "those of another format"},
+             {"survey.xyz", GbnSettings{}, "those of another format"},
+             {"seaspy.mag", ColumnTextSettings{}, "those of another format"},
+             {"survey.xyz", ColumnTextSettings{.skip = 3, .columns = {4, NorvaChannelStruct{}}},
+              "4 columns are set, but line 4, the first row, has 10: "},
+             {"survey.xyz", ColumnTextSettings{.skip = 40}, "Of its first 40 lines with text, 40 cannot be skipped."},
+             {"survey.xyz", ColumnTextSettings{.columns = {10, {.name = "M", .dataType = 7}}},
+              "Column 1 (\"M\"): there is no data type 7"},
+             {"survey.xyz", ColumnTextSettings{.columns = {10, {.dataType = 4, .arraySize = 0}}},
+              "1 character at least"},
+             {"survey.xyz", ColumnTextSettings{.columns = {10, NorvaChannelStruct{}}, .labelColumn = 10},
+              "no column 11 to take the names"},
+             {"seaspy.mag", SeaSpySettings{{16, NorvaChannelStruct{}}},
+              "Column 1 of such a log cannot be of the type float"},
          }) {
         CTemporaryFolder const folder;
         ImportRequest request;

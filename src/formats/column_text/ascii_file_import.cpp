@@ -1,7 +1,6 @@
 #include "formats/column_text/ascii_file_import.h"
 
 #include "exchange/column_files.h"
-#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
 #include "formats/column_text/ascii_import_dlg.h"
 #include "formats/column_text/column_store.h"
@@ -11,7 +10,6 @@
 #include "formats/column_text/text_line.h"
 #include "formats/column_text/text_preview.h"
 #include "platform/file_percent.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
 #include "ui/messages.h"
 
@@ -23,25 +21,21 @@ namespace norva {
 
 namespace {
 
-/// A marker without a name that can be read may have been a row of data.
-bool HoldsManyWords(std::string_view marker) {
-    CTokenCursor cursor(marker, kRowDelimiters);
-    std::string_view word;
-    int count = 0;
-    while (count < 3 && cursor.Next(word)) ++count;
-    return count == 3;
-}
+/// What a marker line may be in place of a marker.
+enum class MarkerDoubt { None, Row, WrongName };
 
-/// Whether a marker line that gives a name may be none: it could be a row or the titles of so few columns.
-bool IsDoubtfulMarker(std::string_view marker, std::string_view name, std::size_t columns) {
+/// A marker that does not begin with "LINE", or has many words, may have been a row of data; one of as many words as
+/// there are columns, without a digit in its name, may have been their titles.
+MarkerDoubt DoubtOf(std::string_view marker, std::size_t columns) {
     CTokenCursor cursor(marker, kRowDelimiters);
     std::string_view first;
     std::string_view word;
-    cursor.Next(first);
-    std::size_t const words = cursor.Next(word) ? 2 : 1;
-    if (words == 2 && !HoldsLineWord(first)) return true;
-    bool const hasDigit = std::ranges::any_of(name, IsDigit);
-    return words == columns && !hasDigit;
+    std::size_t words = cursor.Next(first) ? 1 : 0;
+    while (words < 3 && cursor.Next(word)) ++words;
+    std::string const name = GetLineName(marker);
+    if (name.empty()) return words > 2 || !HoldsLineWord(first.substr(0, 4)) ? MarkerDoubt::Row : MarkerDoubt::None;
+    bool const isTitle = words == columns && std::ranges::none_of(name, IsDigit);
+    return isTitle || !HoldsLineWord(first.substr(0, 4)) ? MarkerDoubt::WrongName : MarkerDoubt::None;
 }
 
 /// Value of a column; empty when the line ends before.
@@ -57,10 +51,11 @@ std::string_view ValueAt(std::string_view line, int column, CDelimiters const& d
 }  // namespace
 
 Status ShowOpenFailure(Status status) {
-    if (status.What() != "Couldn't open the file") return Shown(std::move(status));
-    SetLastErrorText(status.Text());
-    ShowMessage(status.What() + " : " + status.Path());
-    return std::move(status).Silent();
+    if (status.IsSilent()) return status;
+    // The box leaves the system's reason out.
+    bool const isUnopened = status.What() == "Couldn't open the file";
+    std::string const text = isUnopened ? status.What() + " : " + status.Path() : std::string();
+    return ShowFailure(std::move(status), text);
 }
 
 CAsciiFileImport::CAsciiFileImport(ImportJob& job) : m_job(job) {}
@@ -74,7 +69,7 @@ Status CAsciiFileImport::Run(std::string const& textPath) {
     m_settings = draft.Settings();
 
     CProgressWindow window("Loading data from the file");
-    if (Status status = FindProfiles(); !status) return Shown(std::move(status));
+    if (Status status = FindProfiles(); !status) return ShowFailure(std::move(status));
     for (ProfileRecord const& profile : m_profiles) {
         m_job.store->AddProfileToStructure(profile.name, profile.rowCount);
     }
@@ -96,9 +91,9 @@ Status CAsciiFileImport::ReadHead(std::string const& textPath) {
         CProgressWindow const window("Getting line information from the file");
         ReadPreviewLines(m_file, m_preview);
     }
-    Status status = Shown(CheckPreview(m_file, m_preview));
     if (!m_job.asks) m_preview.path = m_job.inputPath;
-    return status;
+    Status status = CheckPreview(m_file, m_preview);
+    return status ? status : ShowFailure(std::move(status));
 }
 
 Status CAsciiFileImport::TakeSettings(CColumnTextDraft& draft) const {
@@ -178,19 +173,19 @@ std::uint64_t CAsciiFileImport::ReadSkippedLines(CRowConverter const& converter,
     while (m_file.Offset() < m_dataStart && m_file.Next(line)) {
         report.GoTo(line, ++count);
         LineKind const kind = ClassifyLine(line);
-        if (kind == LineKind::Marker) NoteMarker(line, report);
-        if (kind == LineKind::Data && converter.ReadsAsRow(line)) report.NoteRow(&ImportReport::skippedRows);
+        bool const isMarker = kind == LineKind::Marker;
+        MarkerDoubt const doubt = isMarker ? DoubtOf(line, m_settings.columns.size()) : MarkerDoubt::None;
+        if (doubt == MarkerDoubt::WrongName) report.NoteRow(&ImportReport::doubtfulNames);
+        bool const isRow = kind == LineKind::Data || doubt == MarkerDoubt::Row;
+        if (isRow && converter.ReadsAsRow(line)) report.NoteRow(&ImportReport::skippedRows);
     }
     return count;
 }
 
 void CAsciiFileImport::NoteMarker(std::string_view marker, CRowReport& report) const {
-    std::string const name = GetLineName(marker);
-    if (name.empty()) {
-        if (HoldsManyWords(marker)) report.NoteRow(&ImportReport::doubtfulMarkers);
-    } else if (IsDoubtfulMarker(marker, name, m_settings.columns.size())) {
-        report.NoteRow(&ImportReport::doubtfulNames);
-    }
+    MarkerDoubt const doubt = DoubtOf(marker, m_settings.columns.size());
+    if (doubt == MarkerDoubt::Row) report.NoteRow(&ImportReport::doubtfulMarkers);
+    if (doubt == MarkerDoubt::WrongName) report.NoteRow(&ImportReport::doubtfulNames);
 }
 
 Status ImportTextFile(ImportJob& job) {

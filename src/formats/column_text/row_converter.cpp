@@ -23,9 +23,9 @@ bool HoldsHalfAQuote(std::string_view token) {
     return token.starts_with('"') && (token.size() == 1 || !token.ends_with('"'));
 }
 
-/// Whether commas look like decimal marks: no point, one comma between digits in the values that blanks separate.
+/// Whether commas look like decimal marks: no point, but numbers with one comma between the blanks.
 bool HoldsDecimalCommas(std::string_view line) {
-    if (line.find('.') != std::string_view::npos || line.find(',') == std::string_view::npos) return false;
+    if (Contains(line, ".") || !Contains(line, ",")) return false;
     static constexpr CDelimiters blanks{" \t"};
     CTokenCursor cursor(line, blanks);
     std::size_t values = 0;
@@ -33,12 +33,21 @@ bool HoldsDecimalCommas(std::string_view line) {
     for (std::string_view value; cursor.Next(value); ++values) {
         std::size_t const comma = value.find(',');
         if (comma == std::string_view::npos) continue;
-        bool const isInside = comma > 0 && IsDigit(value[comma - 1]) && comma + 1 < value.size() &&
-                              IsDigit(value[comma + 1]) && value.find(',', comma + 1) == std::string_view::npos;
-        if (!isInside) return false;
+        std::string_view whole = value.substr(0, comma);
+        std::string_view const fraction = value.substr(comma + 1);
+        if (whole.starts_with('-') || whole.starts_with('+')) whole.remove_prefix(1);
+        auto const isDigits = [](std::string_view text) { return !text.empty() && std::ranges::all_of(text, IsDigit); };
+        if (!isDigits(whole) || !isDigits(fraction)) return false;
         ++commas;
     }
     return values > 1 && commas > 0;
+}
+
+/// Whether a value begins as numbers, dates and times do.
+bool BeginsWithNumber(std::string_view value) {
+    value = Trim(TrimOf(Trim(value), "\""));
+    std::size_t const first = value.find_first_not_of("+-.");
+    return first != std::string_view::npos && first < 3 && IsDigit(value[first]);
 }
 
 }  // namespace
@@ -159,17 +168,10 @@ void CRowConverter::NoteRow(bool isShifted) {
 
 bool CRowConverter::ReadsAsRow(std::string_view line) const {
     CTokenCursor cursor(line, m_delimiters);
-    std::string_view token;
+    std::size_t values = 0;
     std::size_t numbers = 0;
-    for (Plan const& plan : m_plans) {
-        if (!cursor.Next(token)) return false;
-        token = TrimOf(token, "\"");
-        if (!IsNumber(plan.kind) || Contains(token, "*")) continue;
-        std::size_t const length = ScanNumber(token).consumed;
-        if (length == 0 || length < TrimRight(token).size()) return false;
-        ++numbers;
-    }
-    return numbers > 0 && !cursor.Next(token);
+    for (std::string_view value; cursor.Next(value); ++values) numbers += BeginsWithNumber(value) ? 1 : 0;
+    return values == m_plans.size() ? numbers > 0 : numbers > values / 2;
 }
 
 /// Notes a number that its channel does not hold to the last digit that the source wrote.

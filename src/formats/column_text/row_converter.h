@@ -34,7 +34,8 @@ public:
     /// Converts a whole row; values that it lacks are missing, surplus ones are ignored. `beginsEmpty` says that a tab
     /// before the row was taken off. False after a write failure.
     bool Row(std::string_view line, bool beginsEmpty = false);
-    /// Whether the line has as many values as there are columns, numbers in those of numbers, of which there are some.
+    /// Whether a line may be a row: it has as many values as there are columns and a number among them, or is made of
+    /// numbers for the most part.
     bool ReadsAsRow(std::string_view line) const;
     /// Converts one value of one column (nothing for a skipped one). False after a write failure.
     bool Value(int column, std::string_view token);

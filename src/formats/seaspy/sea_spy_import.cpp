@@ -1,5 +1,4 @@
 #include "exchange/column_files.h"
-#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
 #include "formats/column_text/ascii_import_dlg.h"
 #include "formats/column_text/column_store.h"
