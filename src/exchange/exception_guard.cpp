@@ -41,6 +41,12 @@ int Conclude(Status const& status) noexcept {
     return 0;
 }
 
+Status ShownAs(std::string const& text, Status status) {
+    SetLastErrorText(status.Text());
+    ShowMessage(text);
+    return std::move(status).Silent();
+}
+
 Status Shown(Status status) {
     if (status || status.IsSilent()) return status;
     ShowMessage(status.Text());
