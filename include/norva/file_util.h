@@ -20,7 +20,11 @@ enum EETFileMode : int {
     kCreateStore = 1,  ///< a new store, for writing
 };
 
-/// A store of survey lines (profiles) and channels in one file, "docs/store-format.md".
+/// A store of survey data in one file, "docs/store-format.md".
+///
+/// A *profile* is one line of the survey: a name and a number of locations. A *location* is a place of measurement on
+/// it. A *channel* is one quantity, measured at every location of every profile: a name, units, a type. (EET and UAC in
+/// names that are fixed are the store file and the host's user-account helpers, nothing more.)
 ///
 /// Writing: SetFileName(path, kCreateStore), every profile, every channel, SaveProfileStructure,
 /// SaveChannelStructure, StartWriteData, then per channel, in the order described, its values profile by profile
@@ -49,6 +53,11 @@ public:
     virtual int CloseCurFile();
 
     virtual int AddProfileToStructure(std::string const& name, long locationCount);
+    /// Describes one channel: `name` and `units` ("" for none) of any bytes; `dataType` of DataType, for kSkipped no
+    /// channel is made; `recordType` 1 for texts and arrays, else 0; `arraySize`, 1 or more, the characters of a text
+    /// or the elements of an array; `reserved` 0; `displayFormat` of DisplayFormat; `decimals` written after the point,
+    /// -1 for the usual 6; `templateFormat`, the code of a date, time or geographic template (norva/converters.h), -1
+    /// for none.
     virtual int AddChannelToStructure(std::string const& name, std::string const& units, int dataType, int recordType,
                                       int arraySize, int reserved, int displayFormat, int decimals, int templateFormat);
     virtual int AddChannelToStructure(NorvaChannelStruct const& channel);

@@ -40,9 +40,13 @@ struct ReportChannel {
     std::uint64_t values = 0;    ///< all of them, those without data too
     ReportFinding noData{};      ///< marked in the source as missing
     ReportFinding missing{};     ///< the row ended before; stored as no-data (a text as "*")
-    ReportFinding outOfRange{};  ///< too large for the type; stored as no-data (binary records: converted all the same)
-    ReportFinding unreadable{};  ///< no digits: a number is stored as 0, a date, time or coordinate as no-data
-    ReportFinding withRest{};    ///< a number followed by something else, which was ignored
+    ReportFinding outOfRange{};  ///< too large for the type; stored as no-data
+    /// Stored as another number, where a source's bytes are converted as they come: too large for the type, or marked
+    /// as missing in a way that the type does not have.
+    ReportFinding altered{};
+    ReportFinding notNumber{};     ///< NaN, stored as it stands
+    ReportFinding unreadable{};    ///< no digits: a number is stored as 0, a date, time or coordinate as no-data
+    ReportFinding withRest{};      ///< a number followed by something else, which was ignored
     ReportFinding withFraction{};  ///< a whole-number channel dropped the digits after the point
     ReportFinding rounded{};       ///< numbers that, written with as many digits, are not what the source has
     ReportFinding cut{};           ///< texts longer than the channel

@@ -53,6 +53,8 @@ public:
     int LoadFile(CNorvaFileUtil* store, CWindow* window);
     /// What the last LoadFile made of the file, but for its path and the format's name; empty when it failed.
     ImportReport const& Report() const { return m_report; }
+    /// Why the last LoadFile gave 0.
+    Status const& Failure() const { return m_failure; }
 
     static constexpr int kMostElements = 16'000'000;  ///< count of a channel
     static constexpr int kMostLocations = 1'000'000;  ///< M
@@ -60,8 +62,11 @@ public:
     static constexpr int kMostProfiles = 16'000'000;
 
 protected:
-    /// All that LoadFile finds out before it writes: 1, or 0 when the file is none.
-    int ReadContents();
+    // What the steps below do, showing nothing.
+
+    Status ReadDescriptors();
+    Status FindInterpolation();
+    Status FindProfiles();
 
     // The steps of LoadFile. Each empties the table that it fills.
 
@@ -93,11 +98,17 @@ protected:
     std::uint64_t HeaderLength() const { return m_headerLength; }  ///< bytes before the end mark
     std::uint64_t RecordLength() const { return m_recordLength; }
     std::uint64_t RecordCount() const { return m_recordCount; }
+    int Interpolation() const { return m_interpolation; }  ///< locations of a record, M
+    /// FindProfiles found no end of the header, or nothing behind it.
+    bool HasNoRecords() const { return m_hasNoRecords; }
     int TextChannels() const { return m_textChannels; }
     int ArrayChannels() const { return m_arrayChannels; }
     int OtherChannels() const { return m_otherChannels; }
 
 private:
+    Status Load(CNorvaFileUtil& store, CWindow* window);
+    Status WriteStore(CNorvaFileUtil& store, CWindow* window);
+    Status WriteValues(CNorvaFileUtil& store);
     Status RequireRoom(CNorvaFileUtil const& store) const;
     ImportReport MakeReport();
 
@@ -108,11 +119,13 @@ private:
     std::uint64_t m_recordCount = 0;
     std::uint64_t m_fileLength = 0;
     int m_interpolation = 0;
+    bool m_hasNoRecords = false;
     int m_textChannels = 0;
     int m_arrayChannels = 0;
     int m_otherChannels = 0;
     std::vector<TkiChannelDesc> m_channels;
     std::vector<TkiProfile> m_profiles;
+    Status m_failure;
     std::vector<ReportChannel> m_reported;  ///< what became of the values, one per channel
     ImportReport m_report;
 };

@@ -60,6 +60,9 @@ public:
     virtual void OwnerNotice(std::string_view first, std::string_view second);
 
     virtual void SetCursor(CursorShape shape) = 0;
+    /// The exported function returns: what is left of its work, such as a wait cursor after a failure, can be taken
+    /// back. No script and no trace tells of it; the base does nothing.
+    virtual void CallEnded();
     /// Opens a page of the host's help file; `topic` is "path::/html/page.htm". The base uses the system's viewer.
     virtual void ShowHelp(std::string const& topic);
 

@@ -2,9 +2,24 @@
 #include "exchange/exception_guard.h"
 #include "exchange/report_draft.h"
 #include "norva/import_export.h"
+#include "norva/toolkit.h"
 #include "platform/last_error.h"
 
+namespace {
+
+/// Tells the toolkit when an exported function returns.
+class CCall {
+public:
+    CCall() = default;
+    CCall(CCall const&) = delete;
+    CCall& operator=(CCall const&) = delete;
+    ~CCall() { norva::CurrentToolkit().CallEnded(); }
+};
+
+}  // namespace
+
 int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, norva::CWindow* owner, int formatLevel) {
+    CCall const call;
     return norva::GuardedResult("The import failed", {}, [&] {
         norva::ClearLastErrorText();
         norva::ForgetReport();
@@ -15,6 +30,7 @@ int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, n
 
 int Export_Data_File(norva::CNorvaFileUtil* store, std::string fileName, std::string& newStoreFileName,
                      norva::CWindow* owner) {
+    CCall const call;
     return norva::GuardedResult("The export failed", {}, [&] {
         norva::ClearLastErrorText();
         norva::CExpImpContext context;

@@ -3,14 +3,12 @@
 #include "platform/last_error.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <new>
 #include <utility>
 
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace norva {
 
@@ -27,19 +25,6 @@ std::size_t FilesToKeepOpen() {
     return std::min<std::size_t>(allowed / 4, 256);
 }
 
-constexpr int kAttempts = 100;
-
-bool IsRemoved(std::string const& path) {
-    int const error = RemoveFile(path);
-    return error == 0 || error == ENOENT;
-}
-
-/// Ends the name of a file that is opened again: no other import makes one of that name.
-std::string OwnEnding() {
-    static std::atomic<unsigned> counter = 0;
-    return "." + std::to_string(::getpid()) + "-" + std::to_string(counter++);
-}
-
 }  // namespace
 
 CColumnFiles::~CColumnFiles() {
@@ -50,11 +35,10 @@ bool CColumnFiles::Fail(Column const& column, int error) {
     m_failed = true;
     m_wideColumn = nullptr;
     for (Column& other : m_columns) other.limit = other.cursor;
-    return FailWith("write", column, SystemErrorText(error));
+    return FailWith(Status::FileFailure("write", column.file.Path(), error));
 }
 
-bool CColumnFiles::FailWith(std::string_view act, Column const& column, std::string reason) {
-    Status error = Status::Failure("Couldn't " + std::string(act) + " the file", column.path, std::move(reason));
+bool CColumnFiles::FailWith(Status error) {
     SetLastErrorText(error.Text());
     if (m_error) m_error = std::move(error);
     return false;
@@ -62,23 +46,13 @@ bool CColumnFiles::FailWith(std::string_view act, Column const& column, std::str
 
 void CColumnFiles::RemoveColumn(Column& column) {
     if (m_wideColumn == &column) m_wideColumn = nullptr;
-    if (column.file.IsOpen()) column.file.Close();
-    if (column.isNamed) RemoveFile(column.path);
+    if (m_reading == &column) m_reading = nullptr;
     column = Column();
 }
 
-/// Always a file of its own: one that stands there may be another import's at this moment.
-bool CColumnFiles::CreateFile(Column& column, std::string const& path) {
-    CFile& file = column.file;
-    bool isOpen = file.Open(path, CFile::Mode::CreateNew);
-    for (int attempt = 0; !isOpen && attempt < kAttempts; ++attempt) {
-        // An older file is taken away only if it could have been truncated as well; another import may be quicker.
-        bool const isOlder = file.Error() == EEXIST && file.Open(path, CFile::Mode::Update);
-        if (!isOlder && file.Error() != ENOENT) return false;
-        if (isOlder && !IsRemoved(path)) break;
-        isOpen = file.Open(path, CFile::Mode::CreateNew);
-    }
-    return isOpen || file.Open(path, CFile::Mode::CreateReadWrite);
+void CColumnFiles::StopReading() {
+    if (m_reading != nullptr) m_reading->file.File().Close();
+    m_reading = nullptr;
 }
 
 bool CColumnFiles::Create(std::string const& base, int count, std::string const& inputPath) {
@@ -90,27 +64,16 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
     m_failed = false;
     m_error = {};
     for (std::size_t at = 0; at < m_columns.size(); ++at) {
-        Column& column = m_columns[at];
-        // From the moment that the file stands nothing may fail before the destructor knows of it.
-        bool const staysOpen = at < m_openFiles;
-        column.path = base + "." + std::to_string(at) + (staysOpen ? std::string() : OwnEnding());
-        std::string const& path = column.path;
-        std::string reason;
-        if (path == inputPath || IsSameFile(path, inputPath)) {
-            reason = "it is the input file itself";
-        } else if (column.isNamed = CreateFile(column, path); !column.isNamed) {
-            reason = SystemErrorText(column.file.Error());
-        }
-        if (!reason.empty()) {
-            FailWith("create", column, std::move(reason));
+        CTemporaryFile& file = m_columns[at].file;
+        using Name = CTemporaryFile::Name;
+        Name const name = at < m_openFiles ? Name::Dropped : Name::Kept;
+        Status status = file.Create(base + "." + std::to_string(at), name, inputPath);
+        if (!status) {
             for (Column& created : m_columns) RemoveColumn(created);
             m_columns.clear();
-            return false;
+            return FailWith(std::move(status));
         }
-        // A file that stays open needs no name: so no other import takes it for its own, and none is left by a process
-        // that is killed.
-        column.isNamed = !staysOpen || !IsRemoved(path);
-        if (!staysOpen) column.file.Close();
+        if (name == Name::Kept) file.File().Close();
     }
     return true;
 }
@@ -118,12 +81,14 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
 bool CColumnFiles::WriteColumn(Column& column, char const* data, std::size_t size) {
     if (m_failed) return false;
     if (size == 0) return true;
-    bool const wasOpen = column.file.IsOpen();
-    if (!wasOpen && !(column.file.Open(column.path, CFile::Mode::Update) && column.file.Seek(column.written))) {
-        return Fail(column, column.file.Error());
+    if (m_reading == &column) StopReading();
+    CFile& file = column.file.File();
+    bool const wasOpen = file.IsOpen();
+    if (!wasOpen && !(file.Open(column.file.Path(), CFile::Mode::Update) && file.Seek(column.written))) {
+        return Fail(column, file.Error());
     }
-    if (!column.file.Write(data, size)) return Fail(column, column.file.Error());
-    if (!wasOpen && !column.file.Close()) return Fail(column, column.file.Error());
+    if (!file.Write(data, size)) return Fail(column, file.Error());
+    if (!wasOpen && !file.Close()) return Fail(column, file.Error());
     column.written += size;
     return true;
 }
@@ -178,16 +143,17 @@ std::uint64_t CColumnFiles::Size(int column) const {
 
 bool CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::size_t count) {
     Column& from = m_columns[static_cast<std::size_t>(column)];
+    if (count == 0) return !m_failed;
     if (!FlushWide() || !FlushColumn(from)) return false;
-    bool const wasOpen = from.file.IsOpen();
-    std::size_t got = 0;
-    bool const isRead = (wasOpen || from.file.Open(from.path, CFile::Mode::Read)) &&
-                        from.file.ReadAt(offset, buffer, count, got) && got == count;
-    if (!isRead) {
-        FailWith("read", from, from.file.Error() != 0 ? SystemErrorText(from.file.Error()) : "it was cut short");
+    CFile& file = from.file.File();
+    if (!file.IsOpen()) {
+        StopReading();
+        if (file.Open(from.file.Path(), CFile::Mode::Read)) m_reading = &from;
     }
-    if (!wasOpen) from.file.Close();
-    return isRead;
+    std::size_t got = 0;
+    if (file.IsOpen() && file.ReadAt(offset, buffer, count, got) && got == count) return true;
+    return FailWith(Status::Failure("Couldn't read the file", from.file.Path(),
+                                    file.Error() != 0 ? SystemErrorText(file.Error()) : "it was cut short"));
 }
 
 bool CColumnFiles::HandOver(int column, CNorvaFileUtil& store) {
@@ -200,7 +166,7 @@ bool CColumnFiles::HandOver(int column, CNorvaFileUtil& store) {
     } else {
         std::unique_ptr<char[]> const values(new (std::nothrow) char[size]);
         if (values == nullptr) {
-            return FailWith("read", from, SystemErrorText(ENOMEM));
+            return FailWith(Status::FileFailure("read", from.file.Path(), ENOMEM));
         }
         isTaken = Read(column, 0, values.get(), size) && store.WriteHuge(values.get(), size) != 0;
     }

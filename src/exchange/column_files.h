@@ -2,22 +2,20 @@
 
 #include "norva/file_util.h"
 #include "norva/status.h"
-#include "platform/files.h"
+#include "platform/temporary_file.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace norva {
 
 /// The temporary files of one import, "%s.%d" of a base path and the column's index: created together, filled through
-/// a buffer each, handed to the store column by column, and removed on every way out. Of very many columns, the last
-/// have names of this import's own. Imports that use the same names
-/// at the same time do not see each other's files. A name that is the input file's own counts as one that cannot be
-/// created, and so does one that exists as a folder.
+/// a buffer each, handed to the store column by column, and removed on every way out. A name at which a file stands
+/// gets an ending of this import's own, and so do the last of very many columns; a name that is the input file's own or
+/// a folder's counts as one that cannot be created.
 class CColumnFiles {
 public:
     CColumnFiles() = default;
@@ -62,19 +60,17 @@ private:
         char* limit = nullptr;  ///< at the cursor when the next call has to take the long way
         std::unique_ptr<char[]> buffer;
         std::uint64_t written = 0;  ///< bytes in the file
-        CFile file;
-        std::string path;
-        bool isNamed = false;  ///< the file still has its name
+        CTemporaryFile file;
     };
 
-    static bool CreateFile(Column& column, std::string const& path);
     char* AppendSlowly(Column& column, std::size_t size);
     bool FlushColumn(Column& column);
     bool FlushWide();
     bool WriteColumn(Column& column, char const* data, std::size_t size);
     bool Fail(Column const& column, int error);
-    bool FailWith(std::string_view act, Column const& column, std::string reason);
+    bool FailWith(Status error);
     void RemoveColumn(Column& column);
+    void StopReading();
 
     std::vector<Column> m_columns;
     std::size_t m_columnBuffer = 0;  ///< bytes of each column's buffer
@@ -82,6 +78,7 @@ private:
     std::unique_ptr<char[]> m_wide;  ///< values larger than a column's buffer, one at a time
     std::size_t m_wideSize = 0;
     Column* m_wideColumn = nullptr;  ///< whose value stands there
+    Column* m_reading = nullptr;     ///< of those that do not stay open, the one that is open for Read
     bool m_failed = false;
     Status m_error;
 };

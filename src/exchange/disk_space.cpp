@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -45,6 +46,14 @@ Status HasRoomFor(std::string const& path, double needed) {
     AppendInteger(reason, static_cast<std::int64_t>(free));
     reason += " are free";
     return Status::Failure("Not enough free space on the disk", FolderWithFile(path), std::move(reason));
+}
+
+Status HasRoomForImport(std::string const& inputPath, std::string const& storePath, ImportRoom const& room) {
+    if (IsSameDisk(inputPath, storePath)) {
+        return HasRoomFor(storePath, std::max(room.temporary, room.stored) + room.widest);
+    }
+    Status status = HasRoomFor(inputPath, room.temporary);
+    return status ? HasRoomFor(storePath, room.stored) : status;
 }
 
 }  // namespace norva

@@ -15,4 +15,13 @@ bool IsSameDisk(std::string const& first, std::string const& second);
 /// Fails with what is needed and what is free when `needed` bytes do not fit. `needed` may be rough, above 2^53.
 Status HasRoomFor(std::string const& path, double needed);
 
+/// Bytes that an import puts on the disk.
+struct ImportRoom {
+    double temporary = 0;  ///< of column files, beside the input
+    double widest = 0;     ///< of the largest of them
+    double stored = 0;     ///< in the store
+};
+/// The same for an import. On one disk a column file goes before the next column is written to the store.
+Status HasRoomForImport(std::string const& inputPath, std::string const& storePath, ImportRoom const& room);
+
 }  // namespace norva

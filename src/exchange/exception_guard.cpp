@@ -6,6 +6,7 @@
 
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace norva {
 
@@ -38,6 +39,18 @@ int Conclude(Status const& status) noexcept {
     } catch (...) {  // the toolkit cannot show it: the result alone has to tell
     }
     return 0;
+}
+
+Status ShownAs(std::string const& text, Status status) {
+    SetLastErrorText(status.Text());
+    ShowMessage(text);
+    return std::move(status).Silent();
+}
+
+Status Shown(Status status) {
+    if (status || status.IsSilent()) return status;
+    ShowMessage(status.Text());
+    return std::move(status).Silent();
 }
 
 int ConcludeAlone(Status const& status) noexcept {

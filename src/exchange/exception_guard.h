@@ -24,6 +24,12 @@ Status Guarded(char const* what, std::string const& path, Operation&& operation)
 /// last error, and gives the fixed result.
 int Conclude(Status const& status) noexcept;
 
+/// Shows a failure at the place where its message box belongs, and returns it as one that was shown. Success and
+/// cancellations pass as they are.
+Status Shown(Status status);
+/// The same with a fixed text in the box; what is returned keeps its own.
+Status ShownAs(std::string const& text, Status status);
+
 /// The same for an operation whose status holds its whole reason: what the host did meanwhile left a reason of its own.
 int ConcludeAlone(Status const& status) noexcept;
 

@@ -77,8 +77,12 @@ bool CExportWalk::Read(ExportChannel const& channel, ExportLine const& line, lon
 }
 
 bool CExportWalk::ReadBlock(ExportChannel const& channel, ExportLine const& line, long first, long count) {
-    // A toolkit that stops the work does so here, as often as in a walk of values.
-    m_progress.Window().StillWorking();
+    // A toolkit that stops the work does so here.
+    m_untold += count;
+    if (m_untold >= kLocationsATurn) {
+        m_progress.Window().StillWorking();
+        m_untold = 0;
+    }
     std::size_t const stride = channel.storeWidth;
     std::size_t const width = channel.width;
     m_block.resize(static_cast<std::size_t>(count) * stride);

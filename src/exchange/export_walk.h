@@ -121,6 +121,7 @@ private:
     /// Reads `count` locations from `first` on and keeps the values of those not marked deleted in m_block.
     bool ReadBlock(ExportChannel const& channel, ExportLine const& line, long first, long count);
     static constexpr std::size_t kBlockBytes = std::size_t{256} * 1024;
+    static constexpr long kLocationsATurn = 256 * 1024;
 
     CNorvaFileUtil& m_store;
     ExportSettings const& m_settings;
@@ -131,6 +132,7 @@ private:
     StoreValue m_value;
     std::vector<char> m_block;
     std::size_t m_kept = 0;  ///< bytes of m_block
+    long m_untold = 0;       ///< locations read since the toolkit had its turn
     Status m_failure;
 };
 

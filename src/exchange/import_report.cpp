@@ -25,6 +25,9 @@ ReportKind const kReportKinds[] = {
     {"no_data", "marked as no-data", &ReportChannel::noData, false},
     {"missing", "missing at the end of a row", &ReportChannel::missing, false},
     {"out_of_range", "out of range, stored as no-data", &ReportChannel::outOfRange, true},
+    {"altered", "stored as another number: out of range, or marked as missing in another way", &ReportChannel::altered,
+     true},
+    {"not_a_number", "not a number (NaN), stored as it stands", &ReportChannel::notNumber, false},
     {"unreadable", "unreadable, stored as 0 or no-data", &ReportChannel::unreadable, true},
     {"with_rest", "number followed by something else", &ReportChannel::withRest, true},
     {"with_fraction", "fraction dropped by a whole-number channel", &ReportChannel::withFraction, true},
@@ -58,7 +61,8 @@ bool ImportReport::IsAccounted() const {
     }
     std::uint64_t const locations = LocationCount();
     bool const channelsAddUp = std::ranges::all_of(channels, [&](ReportChannel const& channel) {
-        std::uint64_t const without = channel.noData.count + channel.missing.count + channel.outOfRange.count;
+        std::uint64_t const without = channel.noData.count + channel.missing.count + channel.outOfRange.count +
+                                      channel.altered.count + channel.notNumber.count;
         return channel.values == locations && without + channel.unreadable.count <= locations;
     });
     return units == unitsRead && bytes == bytesRead && bytesRead == sourceSize && channelsAddUp;

@@ -45,7 +45,8 @@ std::string RegistryFolder() {
 
 HelpViewerEntry LoadHelpViewer() {
     std::string const file = ReadRegistryDefault(kHelpViewerKey);
-    void* const entry = LoadEntryPoint(file.empty() ? kHelpViewerFile : file, kHelpViewerEntry);
+    void* entry = file.empty() ? nullptr : LoadEntryPoint(file, kHelpViewerEntry);
+    if (entry == nullptr) entry = LoadEntryPoint(kHelpViewerFile, kHelpViewerEntry);
     return reinterpret_cast<HelpViewerEntry>(entry);
 }
 

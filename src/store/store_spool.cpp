@@ -5,16 +5,14 @@
 namespace norva {
 
 bool CStoreSpool::Open(std::string const& path) {
-    if (!m_file.Open(path, CFile::Mode::CreateReadWrite)) return false;
-    m_removeError = RemoveFile(path);
-    if (m_removeError == 0) return true;
-    m_file.Close();
-    return false;
+    Status const status = m_spool.Create(path, CTemporaryFile::Name::Dropped);
+    m_openReason = status.Reason();
+    return status.IsGood();
 }
 
 bool CStoreSpool::Flush() {
     if (m_buffer.empty()) return true;
-    if (!m_file.Write(m_buffer.data(), m_buffer.size())) return false;
+    if (!m_spool.File().Write(m_buffer.data(), m_buffer.size())) return false;
     m_flushed += m_buffer.size();
     m_buffer.clear();
     return true;
@@ -25,7 +23,7 @@ bool CStoreSpool::Append(void const* data, std::size_t size) {
     if (size > kBufferSize - m_buffer.size() && !Flush()) return false;
     auto const* bytes = static_cast<char const*>(data);
     if (size > kBufferSize) {
-        if (!m_file.Write(bytes, size)) return false;
+        if (!m_spool.File().Write(bytes, size)) return false;
         m_flushed += size;
     } else {
         m_buffer.insert(m_buffer.end(), bytes, bytes + size);
@@ -35,11 +33,11 @@ bool CStoreSpool::Append(void const* data, std::size_t size) {
 
 bool CStoreSpool::Read(std::uint64_t offset, void* out, std::size_t size) {
     std::size_t got = 0;
-    return Flush() && m_file.ReadAt(offset, out, size, got) && got == size;
+    return Flush() && m_spool.File().ReadAt(offset, out, size, got) && got == size;
 }
 
 std::string CStoreSpool::Reason() const {
-    return SystemErrorText(m_removeError != 0 ? m_removeError : m_file.Error());
+    return m_openReason.empty() ? SystemErrorText(m_spool.File().Error()) : m_openReason;
 }
 
 }  // namespace norva

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/files.h"
+#include "platform/temporary_file.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace norva {
 class CStoreSpool {
 public:
     bool Open(std::string const& path);
-    bool IsOpen() const { return m_file.IsOpen(); }
+    bool IsOpen() const { return m_spool.File().IsOpen(); }
     bool Append(void const* data, std::size_t size);
     std::uint64_t Size() const { return m_flushed + m_buffer.size(); }
     /// Exactly `size` bytes.
@@ -26,10 +26,10 @@ private:
 
     bool Flush();
 
-    CFile m_file;
+    CTemporaryFile m_spool;
     std::vector<char> m_buffer;
     std::uint64_t m_flushed = 0;
-    int m_removeError = 0;
+    std::string m_openReason;
 };
 
 }  // namespace norva

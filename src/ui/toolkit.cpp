@@ -55,6 +55,7 @@ void CToolkit::ProgressText(std::string_view /*text*/) {}
 void CToolkit::FileText(std::string_view /*text*/) {}
 void CToolkit::ChannelText(std::string_view /*text*/) {}
 void CToolkit::OwnerNotice(std::string_view /*first*/, std::string_view /*second*/) {}
+void CToolkit::CallEnded() {}
 
 void CToolkit::ShowHelp(std::string const& topic) {
     ShowInHelpViewer(topic);

@@ -135,6 +135,35 @@ TEST(ColumnFiles, AFullDiskFailsEverythingThatFollows) {
     EXPECT_EQ(store.caught, "ab");
 }
 
+TEST(ColumnFiles, ReadingInPiecesOpensAFileOnce) {
+    CTemporaryFolder folder;
+    CFewDescriptors few;
+    CColumnFiles files;
+    ASSERT_TRUE(files.Create(folder / "c", 20, ""));
+    for (int const column : {18, 19}) ASSERT_TRUE(files.AppendBytes(column, "abcdef", 6));
+    int opened = 0;
+    SetFaultHook([&](FaultPoint point, std::string const&) {
+        opened += point == FaultPoint::Open ? 1 : 0;
+        return 0;
+    });
+    std::string read;
+    for (int const column : {18, 18, 19, 19}) {
+        char part[3];
+        for (std::uint64_t at = 0; at < 6; at += 3) {
+            EXPECT_TRUE(files.Read(column, at, part, 0));
+            EXPECT_TRUE(files.Read(column, at, part, 3));
+            read.append(part, 3);
+        }
+        if (column == 18) EXPECT_TRUE(files.AppendBytes(column, "xyz", 3)) << "writing goes on";
+    }
+    SetFaultHook({});
+    EXPECT_EQ(read, "abcdefabcdefabcdefabcdef");
+    CCatchingStore store;
+    EXPECT_TRUE(files.HandOver(18, store));
+    EXPECT_EQ(store.caught, "abcdefxyzxyz");
+    EXPECT_LE(opened, 8);
+}
+
 TEST(ColumnFiles, ImportsOfTheSameNameKeepTheirColumnsApart) {
     CTemporaryFolder folder;
     CFewDescriptors few;
@@ -149,6 +178,7 @@ TEST(ColumnFiles, ImportsOfTheSameNameKeepTheirColumnsApart) {
         EXPECT_TRUE(first.HandOver(column, store) && store.caught == value) << column;
         EXPECT_TRUE(second.HandOver(column, store) && store.caught == "other") << column;
     }
+    EXPECT_EQ(test::ReadWholeFile(folder / "c.0"), "left by another program");
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <dlfcn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -80,6 +82,13 @@ TEST(HelpViewer, ShowsTopicsOrStaysOff) {
         return before && ShowInHelpViewer("b");
     }));
     EXPECT_EQ(ReadWholeFile(folder / "log"), "0 a.chm::/html/x.htm\n0 b\n");
+    // A library that is loaded already answers to its own name, which is that of the default viewer.
+    for (bool const hasKey : {false, true}) {
+        if (hasKey) WriteRegistry(folder, kViewerKey, folder / "none.so");
+        EXPECT_TRUE(InAProcess([&] {
+            return dlopen(NORVA_TEST_VIEWER, RTLD_NOW) != nullptr && ShowInHelpViewer("default");
+        })) << hasKey;
+    }
     EXPECT_EQ(LoadEntryPoint(NORVA_TEST_VIEWER, "NoSuchFunction"), nullptr);
     EXPECT_EQ(LoadEntryPoint(folder / "none.so", "HtmlHelp14"), nullptr);
     unsetenv("NORVA_REGISTRY");

@@ -1,11 +1,13 @@
 #include "formats/cg3/cg3_dump_import.h"
 
+#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
 #include "exchange/store_call.h"
 #include "formats/cg3/cg3_format.h"
 #include "formats/cg3/cg3_import_dlg.h"
 #include "formats/cg3/cg3_import_template.h"
 #include "formats/cg3/cg3_settings.h"
+#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/paths.h"
 #include "platform/text.h"
@@ -27,15 +29,6 @@ bool IsALine(std::string_view line) {
 
 std::string_view WithoutTrailingDots(std::string_view token) {
     return token.substr(0, token.find_last_not_of(". ") + 1);
-}
-
-std::string_view TokenAt(std::string_view line, std::size_t position) {
-    CTokenCursor cursor(line, kCG3DataDelimiters);
-    std::string_view token;
-    for (std::size_t at = 0; cursor.Next(token); ++at) {
-        if (at == position) return token;
-    }
-    return {};
 }
 
 int DecimalsOf(std::string_view token) {
@@ -68,12 +61,13 @@ Status CCG3DumpImport::Import() {
         if (Status status = Convert(); !status) return status;
     }
     std::string const storePath = m_store.GetNorvaFileName();
-    m_store.CloseCurFile();
+    Status closed = CallStore(m_store, [this] { return m_store.CloseCurFile(); });
     progress.DestroyWindow();
-    bool const sorts = m_settings.sortByTime && m_timeChannel >= 0;
-    if (sorts) Sort(storePath, created);
+    if (created && !closed) return closed;
+    std::string sorted = "no";
+    if (m_settings.sortByTime && m_timeChannel >= 0) sorted = Sort(storePath, created) ? "yes" : "no, it failed";
     if (!created) return Status(m_columnFiles.Error()).Silent();
-    m_job.report = Report(sorts);
+    m_job.report = Report(std::move(sorted));
     m_job.settings = std::move(m_settings);
     return {};
 }
@@ -81,7 +75,7 @@ Status CCG3DumpImport::Import() {
 Status CCG3DumpImport::OpenInput() {
     if (m_inputPath.empty()) return Status::Failure("There is no file to open").Silent();
     if (!m_file.Open(m_inputPath)) return Status::FileFailure("open", m_inputPath, m_file.Error()).Silent();
-    return ReadCG3DumpLayout(m_file, m_layout) ? Status() : ReadFailure();
+    return ReadCG3DumpLayout(m_file, m_layout) ? CheckCG3Columns(m_inputPath, m_layout) : ReadFailure();
 }
 
 Status CCG3DumpImport::ObtainSettings() {
@@ -96,14 +90,24 @@ Status CCG3DumpImport::ObtainSettings() {
 
 Status CCG3DumpImport::Convert() {
     Status status = ParseData();
-    return status ? WriteStore() : ShowFailure(std::move(status));
+    return status ? WriteStore() : Shown(std::move(status));
 }
 
-void CCG3DumpImport::Sort(std::string const& storePath, bool isWritten) {
-    if (m_store.SetFileName(storePath, kReopenStore, nullptr) == 0) return;
-    // With nothing written this is an older store, which stays as it was.
-    if (isWritten) m_store.SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1);
-    m_store.CloseCurFile();
+bool CCG3DumpImport::Sort(std::string const& storePath, bool isWritten) {
+    Status status = CallStore(m_store, [&] { return m_store.SetFileName(storePath, kReopenStore, nullptr); });
+    if (status) {
+        // With nothing written this is an older store, which stays as it was.
+        if (isWritten) {
+            status = CallStore(m_store, [this] { return m_store.SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1); });
+        }
+        Status closed = CallStore(m_store, [this] { return m_store.CloseCurFile(); });
+        if (status) status = std::move(closed);
+    }
+    if (!status && isWritten) {
+        ShowMessage("The lines were imported, but could not be sorted by time : " + storePath + "\n" + status.Text());
+        ClearLastErrorText();  // the import goes on
+    }
+    return status.IsGood();
 }
 
 void CCG3DumpImport::DescribeChannels() {
@@ -172,8 +176,10 @@ bool CCG3DumpImport::MeasureTexts() {
         if (!SeekData(profile)) return false;
         while (NextDataLine(line)) {
             if (IsALine(line)) continue;
+            GetTokens(line, m_tokens, kCG3DataDelimiters);
             for (Column* const text : texts) {
-                text->width = std::max(text->width, WithoutTrailingDots(TokenAt(line, text->position)).size());
+                if (text->position >= m_tokens.size()) continue;
+                text->width = std::max(text->width, WithoutTrailingDots(m_tokens[text->position]).size());
             }
         }
         if (m_file.Error() != 0) return false;
@@ -207,7 +213,8 @@ void CCG3DumpImport::ParseProfile(CG3LineRecord& profile) {
         ++number;
         m_report->GoTo(line, number);
         line = Trim(line);
-        ReportPart& part = m_parts[line.empty() ? kEmpty : ParseDataLine(profile, line, number)];
+        bool const isEmpty = line.empty() || line == kCG3TransferEnd;
+        ReportPart& part = m_parts[isEmpty ? kEmpty : ParseDataLine(profile, line, number)];
         ++part.count;
         part.bytes += m_file.Offset() - offset;
         if (m_columnFiles.Failed()) return;
@@ -273,7 +280,9 @@ double CCG3DumpImport::NumberOf(Column& column, std::string_view token) {
         m_report->Note(Found(column).unreadable, token);
         return 0;
     }
-    if (!isWhole) m_report->Note(Found(column).withRest, token);
+    // The instrument marks a value that it has corrected for tilt.
+    bool const isCorrected = token.substr(read.consumed) == "*";
+    if (!isWhole && !isCorrected) m_report->Note(Found(column).withRest, token);
     double const limit = column.kind == Column::Kind::Short ? kNoDataShort : kNoDataDouble;
     bool const isMark = read.value == limit;
     bool const isTooLarge =
@@ -352,7 +361,7 @@ void CCG3DumpImport::StartReport() {
     Found(m_date).column = 0;
 }
 
-ImportReport CCG3DumpImport::Report(bool isSorted) {
+ImportReport CCG3DumpImport::Report(std::string sorted) {
     auto const setRange = [this](Column const& column) {
         if (column.minimum > column.maximum) return;
         ReportChannel& channel = Found(column);
@@ -365,7 +374,7 @@ ImportReport CCG3DumpImport::Report(bool isSorted) {
     setRange(m_date);
     for (ReportPart const& part : m_layout.parts) m_report->AddPart(part.name, part.count, part.bytes);
     for (ReportPart const& part : m_parts) m_report->AddPart(part.name, part.count, part.bytes);
-    m_report->AddSetting("sorted by time", isSorted ? "yes" : "no");
+    m_report->AddSetting("sorted by time", std::move(sorted));
     return m_report->Take("lines", m_layout.lineCount, m_layout.byteCount, m_file.Length());
 }
 
@@ -381,7 +390,9 @@ Status CCG3DumpImport::WriteStore() {
     if (!described) return described;
     for (int channel = 0; channel < m_columnFiles.Count(); ++channel) {
         Status status = CallStore(m_store, [&] { return m_columnFiles.HandOver(channel, m_store) ? 1 : 0; });
-        if (!status) return ShowFailure(std::move(status));
+        if (status) continue;
+        ShowMessage(status.Text());
+        return status;
     }
     return CallStore(m_store, [this] { return m_store.EndWriteData(); });
 }
@@ -403,6 +414,7 @@ bool CCG3DumpImport::NextDataLine(std::string_view& line) {
 Status DescribeCG3File(DescribeJob const& job, FileDescription& description) {
     CG3DumpLayout layout;
     if (Status status = ReadCG3DumpLayout(job.inputPath, layout); !status) return status;
+    if (Status status = CountCG3Readings(job.inputPath, layout); !status) return status;
     FileDescription::Table columns{"columns", {"title"}, {}};
     for (std::string const& title : layout.titles) columns.rows.push_back({title});
     FileDescription::Table lines{"lines", {"name", "date", "readings"}, {}};

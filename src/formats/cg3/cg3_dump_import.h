@@ -68,10 +68,11 @@ private:
     void WriteDates(std::size_t profile);
     Status WriteStore();
     Status Convert();
-    /// Sorts the finished store, or an older one where nothing was written.
-    void Sort(std::string const& storePath, bool isWritten);
+    /// Sorts the finished store; opens and closes an older one where nothing was written. False, told, for a store
+    /// that is as it was.
+    bool Sort(std::string const& storePath, bool isWritten);
     void StartReport();
-    ImportReport Report(bool isSorted);
+    ImportReport Report(std::string sorted);
     ReportChannel& Found(Column const& column) { return m_report->Channel(column.channel); }
     Status ReadFailure() const { return Status::FileFailure("read", m_inputPath, m_file.Error()); }
     /// Goes to the first data line of a profile, an error before forgotten.

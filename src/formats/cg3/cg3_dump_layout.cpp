@@ -195,9 +195,37 @@ bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout) {
 Status ReadCG3DumpLayout(std::string const& path, CG3DumpLayout& layout) {
     CLineReader file;
     if (!file.Open(path) || !ReadCG3DumpLayout(file, layout)) return Status::FileFailure("read", path, file.Error());
-    if (!layout.titles.empty()) return {};
+    if (layout.titles.empty()) {
+        return Status::Failure("Couldn't read the file", path,
+                               "No line of column titles (STATION) follows two lines of dashes.");
+    }
+    return CheckCG3Columns(path, layout);
+}
+
+Status CheckCG3Columns(std::string const& path, CG3DumpLayout const& layout) {
+    if (layout.valueCount <= kMostCG3Columns) return {};
     return Status::Failure("Couldn't read the file", path,
-                           "No line of column titles (STATION) follows two lines of dashes.");
+                           "Its line of column titles has " + std::to_string(layout.valueCount) + " columns; " +
+                               std::to_string(kMostCG3Columns) + " at most are possible.");
+}
+
+Status CountCG3Readings(std::string const& path, CG3DumpLayout& layout) {
+    CLineReader file;
+    if (!file.Open(path)) return Status::FileFailure("read", path, file.Error());
+    std::vector<std::string_view> tokens;
+    std::string_view line;
+    for (CG3LineRecord& profile : layout.profiles) {
+        profile.locationCount = 0;
+        if (!file.Seek(profile.dataStart)) break;
+        file.Next(line);
+        while (file.Next(line) && !IsCG3DashLine(line)) {
+            GetTokens(Trim(line), tokens, kCG3DataDelimiters);
+            bool const isHeight = !tokens.empty() && (tokens[0].front() == 'A' || tokens[0].front() == 'a');
+            if (!tokens.empty() && !isHeight && tokens.size() == layout.valueCount) ++profile.locationCount;
+        }
+        if (file.Error() != 0) break;
+    }
+    return file.Error() == 0 ? Status() : Status::FileFailure("read", path, file.Error());
 }
 
 }  // namespace norva

@@ -14,6 +14,10 @@ namespace norva {
 
 /// Token separators of data lines.
 inline constexpr CDelimiters kCG3DataDelimiters{" ,\t\n"};
+/// A line of its own that ends the transfer from the instrument.
+inline constexpr std::string_view kCG3TransferEnd = "\x13";
+/// Columns of a dump at most; the instrument writes a dozen.
+inline constexpr std::size_t kMostCG3Columns = 1000;
 /// Title of the column that stands for the A-lines.
 inline constexpr std::string_view kCG3HeightTitle = "A:";
 
@@ -45,7 +49,12 @@ bool IsCG3DashLine(std::string_view line);
 
 /// Reads the blocks and the column titles of a dump. False only after a read error.
 bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout);
-/// The same of a file that is not open. Fails also when it has no line of column titles.
+/// The same of a file that is not open. Fails also when it has no line of column titles, or
+/// one of too many.
 Status ReadCG3DumpLayout(std::string const& path, CG3DumpLayout& layout);
+/// Refuses a dump with more columns than kMostCG3Columns.
+Status CheckCG3Columns(std::string const& path, CG3DumpLayout const& layout);
+/// Makes the location counts of the profiles those that an import finds: lines with a value for each column.
+Status CountCG3Readings(std::string const& path, CG3DumpLayout& layout);
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #include "formats/column_text/ascii_file_import.h"
 
 #include "exchange/column_files.h"
+#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
 #include "formats/column_text/ascii_import_dlg.h"
 #include "formats/column_text/column_store.h"
@@ -51,11 +52,11 @@ std::string_view ValueAt(std::string_view line, int column, CDelimiters const& d
 }  // namespace
 
 Status ShowOpenFailure(Status status) {
-    if (status.IsSilent()) return status;
     // The box leaves the system's reason out.
     bool const isUnopened = status.What() == "Couldn't open the file";
-    std::string const text = isUnopened ? status.What() + " : " + status.Path() : std::string();
-    return ShowFailure(std::move(status), text);
+    if (!isUnopened) return Shown(std::move(status));
+    std::string const text = status.What() + " : " + status.Path();
+    return ShownAs(text, std::move(status));
 }
 
 CAsciiFileImport::CAsciiFileImport(ImportJob& job) : m_job(job) {}
@@ -69,7 +70,7 @@ Status CAsciiFileImport::Run(std::string const& textPath) {
     m_settings = draft.Settings();
 
     CProgressWindow window("Loading data from the file");
-    if (Status status = FindProfiles(); !status) return ShowFailure(std::move(status));
+    if (Status status = FindProfiles(); !status) return Shown(std::move(status));
     for (ProfileRecord const& profile : m_profiles) {
         m_job.store->AddProfileToStructure(profile.name, profile.rowCount);
     }
@@ -93,7 +94,7 @@ Status CAsciiFileImport::ReadHead(std::string const& textPath) {
     }
     if (!m_job.asks) m_preview.path = m_job.inputPath;
     Status status = CheckPreview(m_file, m_preview);
-    return status ? status : ShowFailure(std::move(status));
+    return Shown(std::move(status));
 }
 
 Status CAsciiFileImport::TakeSettings(CColumnTextDraft& draft) const {

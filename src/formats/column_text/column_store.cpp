@@ -1,9 +1,9 @@
 #include "formats/column_text/column_store.h"
 
+#include "exchange/exception_guard.h"
 #include "norva/converters.h"
 #include "norva/import_export.h"
 #include "platform/paths.h"
-#include "ui/messages.h"
 
 namespace norva {
 
@@ -48,8 +48,8 @@ Status CreateColumnFiles(CColumnFiles& files, std::string const& path, std::size
 }
 
 Status PassStatus(CLineReader const& file, CColumnFiles const& files, std::string const& path) {
-    if (file.Error() != 0) return ShowFailure(Status::FileFailure("read", path, file.Error()));
-    return files.Failed() ? ShowFailure(Status::Failure(GetLastErrorText())) : Status();
+    if (file.Error() != 0) return Shown(Status::FileFailure("read", path, file.Error()));
+    return files.Failed() ? Shown(Status::Failure(GetLastErrorText())) : Status();
 }
 
 Status HandOverColumns(CProgressWindow& window, CColumnFiles& files, std::vector<NorvaChannelStruct> const& columns,
@@ -62,8 +62,8 @@ Status HandOverColumns(CProgressWindow& window, CColumnFiles& files, std::vector
             files.Remove(i);
         } else if (!files.HandOver(i, store)) {
             std::string const reason = GetLastErrorText();
-            return ShowFailure(reason.empty() ? Status::Failure("Couldn't write the file", store.GetNorvaFileName())
-                                              : Status::Failure(reason));
+            return Shown(reason.empty() ? Status::Failure("Couldn't write the file", store.GetNorvaFileName())
+                                        : Status::Failure(reason));
         }
     }
     if (store.EndWriteData() == 0) return Refused();

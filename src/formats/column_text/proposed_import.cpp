@@ -1,6 +1,7 @@
 #include "formats/column_text/proposed_import.h"
 
 #include "exchange/column_files.h"
+#include "exchange/exception_guard.h"
 #include "exchange/row_report.h"
 #include "formats/column_text/column_store.h"
 #include "formats/column_text/row_converter.h"
@@ -9,7 +10,6 @@
 #include "inspection/source_lines.h"
 #include "norva/import_export.h"
 #include "platform/file_percent.h"
-#include "ui/messages.h"
 
 #include <algorithm>
 #include <array>
@@ -97,7 +97,7 @@ private:
         }
         if (goesOn) adaptor.Finish();
         if (lines.Error() != 0) return Status::FileFailure("read", textPath, lines.Error());
-        if (m_files.Failed()) return ShowFailure(Status::Failure(GetLastErrorText()));
+        if (m_files.Failed()) return Shown(Status::Failure(GetLastErrorText()));
         if (m_profiles.empty()) return Status::Failure("There are no data rows in the file", textPath);
         m_converter.Finish();
         FinishReport(lines.Length(), lines.Number());

@@ -1,9 +1,8 @@
 #include "formats/gbn/gbn_columns.h"
 
-#include "formats/records/binary_conversion.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "store/value_rules.h"
+#include "store/value_conversion.h"
 
 #include <algorithm>
 #include <array>
@@ -18,30 +17,17 @@ namespace {
 
 // Conversion of one value to the type of its channel.
 
-/// Truncated; the no-data value stays one, and what fits no 32-bit integer is -2147483648.
-template <std::floating_point Source>
-std::int32_t ToLong(Source value) {
-    return IsNoData(value) ? kNoDataLong : TruncateToInt32(value);
-}
-
+/// No-data of a float stays no-data in an integer.
 template <class Target, class Source>
 Target Convert(Source value) {
     if constexpr (std::same_as<Source, std::string_view>) {
-        if constexpr (std::floating_point<Target>)
-            return static_cast<Target>(ReadNumber(value));
-        else
-            return Convert<Target>(std::int32_t{ReadInt(value)});
-    } else if constexpr (std::floating_point<Target> || std::same_as<Target, Source>) {
-        return static_cast<Target>(value);
-    } else if constexpr (std::same_as<Target, std::int32_t>) {
-        if constexpr (std::floating_point<Source>)
-            return ToLong(value);
-        else
-            return value;
-    } else if constexpr (std::floating_point<Source>) {
-        return IsNoData(value) ? kNoDataShort : LowShort(TruncateToInt32(value));
+        if constexpr (std::floating_point<Target>) return static_cast<Target>(ReadNumber(value));
+        return ConvertNumber<Target>(std::int32_t{ReadInt(value)});
     } else {
-        return LowShort(value);
+        if constexpr (std::floating_point<Source> && !std::floating_point<Target>) {
+            if (IsNoDataValue(value)) return NoDataOf<Target>();
+        }
+        return ConvertNumber<Target>(value);
     }
 }
 
@@ -52,29 +38,6 @@ void AppendText(std::string& out, Source value) {
         AppendFixed(out, value, 6);
     else
         AppendInteger(out, value);
-}
-
-void Put(char* out, float value) {
-    StoreFloat(out, value);
-}
-void Put(char* out, double value) {
-    StoreDouble(out, value);
-}
-void Put(char* out, std::int32_t value) {
-    StoreLittle32(out, static_cast<std::uint32_t>(value));
-}
-void Put(char* out, std::int16_t value) {
-    StoreLittle16(out, static_cast<std::uint16_t>(value));
-}
-
-bool IsMarked(std::floating_point auto value) {
-    return IsNoData(value);
-}
-bool IsMarked(std::int32_t value) {
-    return IsNoDataLong(value);
-}
-bool IsMarked(std::int16_t value) {
-    return IsNoDataShort(value);
 }
 
 /// Counts what became of `count` values that now stand at `out`; `at(i)` gives what the i-th was.
@@ -88,6 +51,7 @@ void TallyNumbers(std::int64_t count, char const* out, ValueTally& tally, At at)
     for (std::int64_t i = 0; i < count; ++i, out += sizeof(Target)) {
         Source const value = at(i);
         double number = 0;
+        bool isMarked = false;
         if constexpr (std::same_as<Source, std::string_view>) {
             NumberRead const read = ScanNumber(value);
             tally.unreadable += read.consumed == 0 ? 1U : 0U;
@@ -95,12 +59,10 @@ void TallyNumbers(std::int64_t count, char const* out, ValueTally& tally, At at)
             tally.withRest += read.consumed < TrimRight(value).size() ? 1U : 0U;
             number = read.value;
         } else {
-            tally.noData += IsMarked(value) ? 1U : 0U;
-            if (IsMarked(value)) continue;
+            isMarked = IsNoDataValue(value);
             number = static_cast<double>(value);
         }
-        Target const stored = LoadValue<Target>(out);
-        if (!TallyLoss(number, stored, tally)) TallyRange(stored, tally);
+        TallyConverted(number, isMarked, LoadValue<Target>(out), tally);
     }
 }
 
@@ -129,11 +91,11 @@ public:
             for (; end - done >= kBatch; done += kBatch) {
                 for (std::int64_t i = 0; i < kBatch; ++i) batch[static_cast<std::size_t>(i)] = next(done + i);
                 for (Target const value : batch) {
-                    Put(out, value);
+                    StoreValue(out, value);
                     out += sizeof(Target);
                 }
             }
-            for (; done < end; ++done, out += sizeof(Target)) Put(out, next(done));
+            for (; done < end; ++done, out += sizeof(Target)) StoreValue(out, next(done));
             if (m_tally == nullptr) continue;
             TallyNumbers<Target>(end - first, values, *m_tally, [&](std::int64_t i) { return at(first + i); });
         }

@@ -13,26 +13,16 @@ namespace {
 
 constexpr std::size_t kWidth = sizeof(double);
 constexpr std::int64_t kValuesAtOnce = 8192;
-constexpr int kAttempts = 100;
 
 }  // namespace
 
 Status GbnFiducialFile::Create(std::string const& inputPath) {
-    std::string const path = FullPath("fiducial");
-    int error = IsSameFile(path, inputPath) ? EEXIST : 0;
-    for (int attempt = 0; error == 0 && attempt < kAttempts; ++attempt) {
-        bool const isNew = m_file.Open(path, CFile::Mode::CreateNew);
-        // An older file is taken over only if it could have been truncated as well.
-        if (isNew || (m_file.Error() == EEXIST && m_file.Open(path, CFile::Mode::Update))) {
-            error = RemoveFile(path);
-            if (error == ENOENT) error = 0;  // another import was quicker
-            if (isNew && error == 0) return {};
-            m_file.Close();
-        } else if (m_file.Error() != ENOENT) {
-            error = m_file.Error();
-        }
-    }
-    return Status::FileFailure("create", path, error != 0 ? error : EEXIST);
+    constexpr auto kDropped = CTemporaryFile::Name::Dropped;
+    Status status = m_file.Create(FullPath("fiducial"), kDropped, inputPath);
+    int const error = m_file.File().Error();
+    bool const isClosedFolder = error == EACCES || error == EPERM || error == EROFS || error == ENOENT;
+    if (status || !isClosedFolder) return status;
+    return m_file.Create(std::string(FolderOf(inputPath)) + "fiducial", kDropped, inputPath);
 }
 
 Status GbnFiducialFile::Write(double start, double increment, std::int64_t count) {
@@ -45,7 +35,8 @@ Status GbnFiducialFile::Write(double start, double increment, std::int64_t count
             StoreDouble(buffer.data() + used, value);
             value += increment;
         }
-        if (!m_file.Write(buffer.data(), used)) return Status::FileFailure("write", m_file.Path(), m_file.Error());
+        if (!m_file.File().Write(buffer.data(), used))
+            return Status::FileFailure("write", m_file.Path(), m_file.File().Error());
     }
     return {};
 }
@@ -53,8 +44,8 @@ Status GbnFiducialFile::Write(double start, double increment, std::int64_t count
 Status GbnFiducialFile::Read(std::int64_t first, std::int64_t count, char* bytes) {
     std::size_t const size = static_cast<std::size_t>(count) * kWidth;
     std::size_t got = 0;
-    if (m_file.ReadAt(static_cast<std::uint64_t>(first) * kWidth, bytes, size, got) && got == size) return {};
-    return Status::FileFailure("read", m_file.Path(), m_file.Error());
+    if (m_file.File().ReadAt(static_cast<std::uint64_t>(first) * kWidth, bytes, size, got) && got == size) return {};
+    return Status::FileFailure("read", m_file.Path(), m_file.File().Error());
 }
 
 }  // namespace norva

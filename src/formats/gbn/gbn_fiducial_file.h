@@ -1,7 +1,7 @@
 #pragma once
 
 #include "norva/status.h"
-#include "platform/files.h"
+#include "platform/temporary_file.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,21 +9,20 @@
 
 namespace norva {
 
-/// The temporary file "fiducial" in the current folder, one double a location. It loses its name as soon as it is
-/// open, so that it is gone whatever ends the import, and imports that run in one folder at once do not meet.
+/// The temporary file "fiducial" in the current folder, one double per location; beside the input file where that
+/// folder takes no files.
 class GbnFiducialFile {
 public:
-    /// Takes the place of an older file. Fails when that is the input file or cannot be written.
     Status Create(std::string const& inputPath);
     /// Writes `count` values: `start`, then each the one before plus `increment`.
     Status Write(double start, double increment, std::int64_t count);
     /// Reads the bytes of `count` values from the `first` on.
     Status Read(std::int64_t first, std::int64_t count, char* bytes);
     /// Frees its room on the disk.
-    void Close() { m_file.Close(); }
+    void Close() { m_file.Discard(); }
 
 private:
-    CFile m_file;
+    CTemporaryFile m_file;
 };
 
 }  // namespace norva

@@ -1,5 +1,7 @@
 #include "formats/gbn/gbn_import.h"
 
+#include "exchange/disk_space.h"
+#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
 #include "exchange/store_call.h"
 #include "formats/gbn/gbn_format.h"
@@ -22,26 +24,6 @@ namespace norva {
 
 namespace {
 
-/// A progress window that is open as long as this object lives.
-class ProgressWindow {
-public:
-    ProgressWindow(char const* title, std::string const& fileText) : m_reporter(m_window) {
-        m_window.Create();
-        m_window.SetWindowTitle(title);
-        m_window.ResetBars();
-        m_window.ShowFileName(fileText);
-    }
-    ProgressWindow(ProgressWindow const&) = delete;
-    ProgressWindow& operator=(ProgressWindow const&) = delete;
-    ~ProgressWindow() { m_window.DestroyWindow(); }
-
-    CProgressReporter& Reporter() { return m_reporter; }
-
-private:
-    CProgressDlg m_window;
-    CProgressReporter m_reporter;
-};
-
 bool IsImported(GbnChannelEntry const& entry) {
     return entry.selected != 0 && entry.description.dataType != DataType::kSkipped;
 }
@@ -55,7 +37,7 @@ std::size_t ValueSize(NorvaChannelStruct const& channel) {
 Status CGbnImport::Import() {
     if (m_inputPath.empty()) return Status::Failure("There is no file to open").Silent();
     for (auto const step : {&CGbnImport::OpenInput, &CGbnImport::Scan, &CGbnImport::ObtainSettings,
-                            &CGbnImport::Prepare, &CGbnImport::WriteData}) {
+                            &CGbnImport::RequireRoom, &CGbnImport::Prepare, &CGbnImport::WriteData}) {
         if (Status status = (this->*step)(); !status) return status;
     }
     m_job.report = Report();
@@ -72,7 +54,7 @@ Status CGbnImport::OpenInput() {
         error = EWOULDBLOCK;
     }
     if (error == 0) return {};
-    return ShowFailure(Status::FileFailure("open", m_inputPath, error), "File could not be open");
+    return ShownAs("File could not be open", Status::FileFailure("open", m_inputPath, error));
 }
 
 Status CGbnImport::Scan() {
@@ -81,7 +63,7 @@ Status CGbnImport::Scan() {
     if (file.ReadSignature() != kGbnSignature) ShowMessage("File is not Oasis Binary");
     {
         CWaitCursor const wait;
-        ProgressWindow window("Import GBN", m_inputPath);
+        CProgressWindow window("Import GBN", m_inputPath);
         ReadGbnContents(file, m_contents, GbnValues::Keep,
                         [&window](int percent) { window.Reporter().FilePercent(percent); });
     }
@@ -104,8 +86,27 @@ Status CGbnImport::ObtainSettings() {
     return ApplyGbnSettings(m_settings, m_inputPath, m_contents);
 }
 
+Status CGbnImport::RequireRoom() {
+    double selected = 0;
+    for (GbnLineEntry const& line : m_contents.lines) {
+        if (line.selected != 0) selected += static_cast<double>(line.locationCount);
+    }
+    ImportRoom room;
+    auto const add = [&](double width) {
+        double const size = width * static_cast<double>(m_contents.locationCount);
+        room.temporary += size;
+        room.widest = std::max(room.widest, size);
+        room.stored += width * selected;
+    };
+    if (m_settings.fiducial) add(sizeof(double));
+    for (GbnChannelEntry const& entry : m_contents.channels) {
+        if (IsImported(entry)) add(static_cast<double>(ValueSize(DescribedGbnChannel(entry))));
+    }
+    return HasRoomForImport(m_inputPath, m_store.GetNorvaFileName(), room);
+}
+
 Status CGbnImport::Prepare() {
-    ProgressWindow const window("Loading data from the file", "Please wait a second");
+    CProgressWindow const window("Loading data from the file");
     auto const count = static_cast<int>(m_contents.channels.size());
     if (!m_columns.Create(std::string(WithoutExtension(m_inputPath)), count, m_inputPath)) {
         return Status(m_columns.Error()).Silent();
@@ -113,7 +114,7 @@ Status CGbnImport::Prepare() {
     if (m_settings.fiducial) {
         if (Status status = m_fiducials.Create(m_inputPath); !status) return std::move(status).Silent();
     }
-    if (Status status = WriteTemporaryFiles(); !status) return ShowFailure(std::move(status));
+    if (Status status = WriteTemporaryFiles(); !status) return Shown(std::move(status));
     m_contents.arena.Clear();
     m_contents.values.clear();
     return Describe();
@@ -149,7 +150,7 @@ Status CGbnImport::Describe() {
 }
 
 Status CGbnImport::WriteData() {
-    ProgressWindow window("Import GBN", m_inputPath);
+    CProgressWindow window("Import GBN", m_inputPath);
     CProgressReporter& progress = window.Reporter();
     MakeRoomForLines();
     if (m_settings.fiducial) {
@@ -167,8 +168,7 @@ Status CGbnImport::WriteData() {
         progress.ChannelPercent(100);
     }
     if (Status status = CallStore(m_store, [this] { return m_store.EndWriteData(); }); !status) return status;
-    m_store.CloseCurFile();
-    return {};
+    return CallStore(m_store, [this] { return m_store.CloseCurFile(); });
 }
 
 void CGbnImport::MakeRoomForLines() {
@@ -189,7 +189,7 @@ Status CGbnImport::WriteFiducials() {
     for (GbnLineEntry const& line : m_contents.lines) {
         if (line.selected != 0) {
             Status read = m_fiducials.Read(first, line.locationCount, m_lineValues.get());
-            if (!read) return ShowFailure(std::move(read));
+            if (!read) return Shown(std::move(read));
             std::size_t const size = static_cast<std::size_t>(line.locationCount) * sizeof(double);
             TallyStored<double>(m_lineValues.get(), static_cast<std::size_t>(line.locationCount), m_fiducialTally);
             Status status = CallStore(m_store, [&] { return m_store.WriteHuge(m_lineValues.get(), size); });
@@ -212,7 +212,7 @@ Status CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress
         if (line.selected != 0) {
             progress.ChannelPercent(static_cast<long long>(100 * k / count));
             if (!m_columns.Read(static_cast<int>(channel), offset, m_lineValues.get(), size)) {
-                return ShowFailure(m_columns.Error());
+                return Shown(m_columns.Error());
             }
             Status status = CallStore(m_store, [&] { return m_store.WriteHuge(m_lineValues.get(), size); });
             if (!status) return status;

@@ -29,6 +29,8 @@ private:
     Status OpenInput();
     Status Scan();
     Status ObtainSettings();
+    /// Refuses what would fill the disk: a small file may ask for very many locations of every channel.
+    Status RequireRoom();
     /// Writes the temporary files and describes lines and channels to the store.
     Status Prepare();
     Status WriteTemporaryFiles();

@@ -1,6 +1,7 @@
 #include "formats/records/binary_xyz_import.h"
 
 #include "exchange/disk_space.h"
+#include "exchange/exception_guard.h"
 #include "exchange/store_call.h"
 #include "formats/records/binary_conversion.h"
 #include "formats/records/binary_import_dlg.h"
@@ -70,7 +71,7 @@ Status CBinaryXYZImport::OpenInput() {
         error = m_file.Error();
     }
     if (error == 0) return {};
-    return ShowFailure(Status::FileFailure("open", m_job.inputPath, error), "File could not be open");
+    return ShownAs("File could not be open", Status::FileFailure("open", m_job.inputPath, error));
 }
 
 Status CBinaryXYZImport::ObtainSettings() {
@@ -89,22 +90,16 @@ Status CBinaryXYZImport::ObtainSettings() {
 /// Refuses what would fill the disk: a count of records may be typed that has nothing to do with the file.
 Status CBinaryXYZImport::RequireRoom() const {
     auto const records = static_cast<double>(Records());
-    double columns = 0;
-    double widest = 0;
+    ImportRoom room;
     for (RecordChannel const& channel : m_settings.channels) {
         double const size = records * static_cast<double>(ValueWidth(channel.dataType));
-        columns += size;
-        widest = std::max(widest, size);
+        room.temporary += size;
+        room.widest = std::max(room.widest, size);
     }
-    double const fiducial = m_settings.fiducial ? records * static_cast<double>(ValueWidth(DataType::kFloat)) : 0;
-    std::string const storePath = m_store.GetNorvaFileName();
-    if (IsSameDisk(m_job.inputPath, storePath)) {
-        // A column file goes before the next column is written to the store.
-        if (Status status = HasRoomFor(storePath, columns + fiducial + widest); !status) return status;
-    } else {
-        if (Status status = HasRoomFor(m_job.inputPath, columns); !status) return status;
-        if (Status status = HasRoomFor(storePath, columns + fiducial); !status) return status;
-    }
+    room.stored = room.temporary;
+    if (m_settings.fiducial) room.stored += records * static_cast<double>(ValueWidth(DataType::kFloat));
+    Status status = HasRoomForImport(m_job.inputPath, m_store.GetNorvaFileName(), room);
+    if (!status) return status;
     std::int64_t const lines = CountLines(Records(), PointsPerLine());
     if (lines <= kMostLines) return {};
     return Status::Failure(std::to_string(Records()) + " records of " + std::to_string(PointsPerLine()) +

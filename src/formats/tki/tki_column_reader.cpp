@@ -131,8 +131,8 @@ bool CTkiColumnReader::ReadExactly(std::uint64_t offset, char* to, std::size_t s
     std::size_t got = 0;
     bool const isRead = m_file.ReadAt(offset, to, size, got);
     if (isRead && got == size) return true;
-    SetLastErrorText("Couldn't read the file : " + m_file.Path() + "\n" +
-                     (isRead ? "it was cut short" : SystemErrorText(m_file.Error())));
+    m_failure = Status::Failure("Couldn't read the file", m_file.Path(),
+                                isRead ? "it was cut short" : SystemErrorText(m_file.Error()));
     m_nextRecord = m_records.count;
     return false;
 }

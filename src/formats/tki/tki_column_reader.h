@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/status.h"
 #include "norva/tki_file_read.h"
 #include "platform/files.h"
 
@@ -36,6 +37,8 @@ public:
     bool Select(std::size_t channel);
     /// Goes there reading no other channel along.
     void SelectAlone(std::size_t channel);
+    /// Why a channel could not be read to its end; good when it could.
+    Status const& Failure() const { return m_failure; }
     /// The channel's bytes in the next record; null at the end, after a read error, or when the file has become
     /// shorter. They last until the call after the next one.
     char const* Next() {
@@ -73,6 +76,7 @@ private:
     std::uint64_t m_nextRecord = 0;             ///< to be read by Refill
     std::array<std::vector<char>, 2> m_blocks;  ///< by turns, so that the record before stays
     std::size_t m_turn = 0;
+    Status m_failure;
 };
 
 }  // namespace norva

@@ -1,9 +1,6 @@
 #include "formats/tki/tki_format.h"
 
-#include "exchange/result.h"
-#include "norva/import_export.h"
 #include "norva/tki_file_read.h"
-#include "platform/last_error.h"
 
 #include <charconv>
 
@@ -25,16 +22,10 @@ class CTkiDescriber : public CTkiFileRead {
 public:
     using CTkiFileRead::CTkiFileRead;
 
-    int Describe(std::string const& path, FileDescription& description) {
-        if (GetTkiDataChannels() == 0) {
-            if (GetLastErrorText().empty()) {
-                SetLastErrorText("Couldn't read the file : " + path +
-                                 "\nThe header holds no channel between BEGIN and END.");
-            }
-            return 0;
-        }
-        int const locations = GetMaxInterpRecords();
-        if (locations == 0) return 0;
+    Status Describe(FileDescription& description) {
+        if (Status status = ReadDescriptors(); !status) return status;
+        if (Status status = FindInterpolation(); !status) return status;
+        int const locations = Interpolation();
         FileDescription::Table channels{
             "channels", {"name", "samples", "type", "scale", "offset", "units", "more"}, {}};
         for (TkiChannelDesc const& channel : Channels()) {
@@ -44,10 +35,11 @@ public:
         description.tables.push_back(std::move(channels));
         description.AddCount("record bytes", RecordLength());
         description.AddFact("locations of a record", std::int64_t{locations});
-        if (GetProfiles() == 0) {
-            if (!GetLastErrorText().empty()) return 0;
+        if (Status status = FindProfiles(); !status) {
+            // Without records the header still tells what they would be.
+            if (!HasNoRecords()) return status;
             description.problem = "There is no record behind the end mark of the header, or no end mark.";
-            return 1;
+            return {};
         }
         description.AddCount("header bytes", HeaderLength());
         description.AddCount("records", RecordCount());
@@ -56,14 +48,14 @@ public:
             lines.rows.push_back({profile.name, static_cast<std::int64_t>(profile.locations)});
         }
         description.tables.push_back(std::move(lines));
-        return 1;
+        return {};
     }
 };
 
 }  // namespace
 
 Status DescribeTkiFile(DescribeJob const& job, FileDescription& description) {
-    return ResultOf(CTkiDescriber(job.inputPath, {}).Describe(job.inputPath, description));
+    return CTkiDescriber(job.inputPath, {}).Describe(description);
 }
 
 }  // namespace norva

@@ -3,7 +3,6 @@
 #include "exchange/disk_space.h"
 #include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
-#include "exchange/result.h"
 #include "exchange/store_call.h"
 #include "formats/tki/tki_column_reader.h"
 #include "formats/tki/tki_format.h"
@@ -14,7 +13,6 @@
 #include "platform/last_error.h"
 #include "platform/text.h"
 #include "store/value_rules.h"
-#include "ui/messages.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -59,26 +57,37 @@ void CTkiFileRead::SetEETFileName(std::string path) {
 }
 
 int CTkiFileRead::LoadFile(CNorvaFileUtil* store, CWindow* window) {
-    return GuardedResult("Couldn't import the file", m_tkiPath, [&] {
-        m_report = {};
-        if (store == nullptr || ReadContents() == 0 || WriteToEETFile(store, window) == 0) return 0;
-        m_report = MakeReport();
-        return 1;
+    ClearLastErrorText();
+    m_report = {};
+    m_failure = Guarded("Couldn't import the file", m_tkiPath, [&] {
+        if (store == nullptr) return Status::Failure("There is no store to import into").Silent();
+        return Load(*store, window);
     });
+    return Conclude(m_failure);
 }
 
-int CTkiFileRead::ReadContents() {
-    bool const isRead = !m_tkiPath.empty() && GetTkiDataChannels() > 0 && GetMaxInterpRecords() > 0 &&
-                        GetProfiles() != 0 && !m_profiles.empty();
-    if (!isRead)
-        SetLastErrorText("Couldn't read the file : " + m_tkiPath + "\nit describes no channels or has no records");
-    return isRead ? 1 : 0;
+Status CTkiFileRead::Load(CNorvaFileUtil& store, CWindow* window) {
+    if (Status status = ReadDescriptors(); !status) return status;
+    if (Status status = FindInterpolation(); !status) return status;
+    if (Status status = FindProfiles(); !status) return status;
+    if (m_profiles.empty()) {
+        return Status::Failure("Couldn't read the file", m_tkiPath, "it describes no channels or has no records")
+            .Silent();
+    }
+    Status status = WriteStore(store, window);
+    if (status) m_report = MakeReport();
+    return status;
 }
 
 int CTkiFileRead::GetTkiDataChannels() {
-    std::string problem;
-    ReadTkiDescriptors(m_tkiPath, m_channels, problem);
-    if (!problem.empty()) ShowMessage(problem);
+    Conclude(ReadDescriptors());
+    return static_cast<int>(m_channels.size());
+}
+
+Status CTkiFileRead::ReadDescriptors() {
+    Status status = m_tkiPath.empty() ? Status::Failure("There is no file to open").Silent()
+                                      : ReadTkiDescriptors(m_tkiPath, m_channels);
+    if (!status) m_channels.clear();
     m_recordLength = 0;
     m_textChannels = m_arrayChannels = m_otherChannels = 0;
     for (TkiChannelDesc const& channel : m_channels) {
@@ -86,42 +95,63 @@ int CTkiFileRead::GetTkiDataChannels() {
         TkiType const* const type = FindTkiType(channel.type);
         ++(type->isArray ? m_arrayChannels : type->IsText() ? m_textChannels : m_otherChannels);
     }
-    return static_cast<int>(m_channels.size());
+    if (!status || !m_channels.empty()) return status;
+    return Status::Failure("Couldn't read the file", m_tkiPath, "The header holds no channel between BEGIN and END.")
+        .Silent();
 }
 
 int CTkiFileRead::GetMaxInterpRecords() {
+    Conclude(FindInterpolation());
+    return m_interpolation;
+}
+
+Status CTkiFileRead::FindInterpolation() {
     std::int64_t common = 1;
+    m_interpolation = 0;
     for (TkiChannelDesc const& channel : m_channels) {
         std::int64_t const samples = FindTkiType(channel.type)->IsScalar() ? channel.count : 1;
         std::int64_t const before = samples > common ? std::exchange(common, samples) : samples;
         if (common % before != 0) common *= before;
         if (common > kMostLocations) {
-            ShowMessage(m_tkiPath + ", line " + std::to_string(channel.line) + ": \"" + channel.name + "\", " +
-                        std::to_string(channel.count) + " samples in a record\na record would have " +
-                        std::to_string(common) + " locations; " + std::to_string(kMostLocations) +
-                        " at most are possible");
-            return m_interpolation = 0;
+            return Status::Failure(m_tkiPath + ", line " + std::to_string(channel.line) + ": \"" + channel.name +
+                                   "\", " + std::to_string(channel.count) +
+                                   " samples in a record\na record would have " + std::to_string(common) +
+                                   " locations; " + std::to_string(kMostLocations) + " at most are possible");
         }
     }
-    return m_interpolation = static_cast<int>(common);
+    m_interpolation = static_cast<int>(common);
+    return {};
 }
 
 int CTkiFileRead::GetProfiles() {
+    return Conclude(FindProfiles());
+}
+
+Status CTkiFileRead::FindProfiles() {
     m_profiles.clear();
     m_headerLength = m_recordCount = 0;
+    m_hasNoRecords = false;
+    auto const none = [this] {
+        return Status::Failure("Couldn't read the file", m_tkiPath, "it describes no channels or has no records")
+            .Silent();
+    };
+    if (m_recordLength == 0 || m_interpolation == 0) return none();
     CFile file;
     std::uint64_t size = 0;
-    if (m_recordLength == 0 || m_interpolation == 0 || !file.Open(m_tkiPath, CFile::Mode::Read) || !file.Size(size) ||
-        !FindTkiHeaderEnd(file, m_headerLength) || size <= m_headerLength + 1) {
-        return 0;
+    if (!file.Open(m_tkiPath, CFile::Mode::Read) || !file.Size(size)) {
+        return Status::FileFailure("open", m_tkiPath, file.Error()).Silent();
     }
+    bool const hasEnd = FindTkiHeaderEnd(file, m_headerLength);
+    if (file.Error() != 0) return Status::FileFailure("read", m_tkiPath, file.Error()).Silent();
+    m_hasNoRecords = !hasEnd || size <= m_headerLength + 1;
+    if (m_hasNoRecords) return none();
     m_fileLength = size;
     TkiRecords const records{m_headerLength + 1, m_recordLength, (size - m_headerLength - 1) / m_recordLength};
     m_recordCount = records.count;
     auto const line = std::ranges::find_if(m_channels, IsLineChannel);
     if (line == m_channels.end()) {
         if (records.count > 0) m_profiles.push_back({"", LocationsOf(records.count, m_interpolation)});
-        return 1;
+        return {};
     }
     CTkiColumnReader reader(file, records, m_channels);
     reader.SelectAlone(static_cast<std::size_t>(line - m_channels.begin()));
@@ -129,19 +159,18 @@ int CTkiFileRead::GetProfiles() {
     std::uint64_t first = 0;  // record of the profile
     for (std::uint64_t record = 0; record < records.count; ++record) {
         char const* const value = reader.Next();
-        if (value == nullptr) return 0;
-        std::string_view const name = Trim(std::string_view(value, width));
+        if (value == nullptr) return Status(reader.Failure()).Silent();
+        std::string name = TkiText(std::string_view(value, width));
         if (record > 0 && name == m_profiles.back().name) continue;
         if (m_profiles.size() == static_cast<std::size_t>(kMostProfiles)) {
-            ShowMessage(m_tkiPath + " has more than " + std::to_string(kMostProfiles) + " lines");
-            return 0;
+            return Status::Failure(m_tkiPath + " has more than " + std::to_string(kMostProfiles) + " lines");
         }
         if (record > 0) m_profiles.back().locations = LocationsOf(record - first, m_interpolation);
-        m_profiles.push_back({std::string(name), 0});
+        m_profiles.push_back({std::move(name), 0});
         first = record;
     }
     if (records.count > 0) m_profiles.back().locations = LocationsOf(records.count - first, m_interpolation);
-    return 1;
+    return {};
 }
 
 NorvaChannelStruct CTkiFileRead::GetNorvaChannels(int channel) const {
@@ -176,18 +205,23 @@ Status CTkiFileRead::RequireRoom(CNorvaFileUtil const& store) const {
 }
 
 int CTkiFileRead::WriteToEETFile(CNorvaFileUtil* store, CWindow* window) {
-    if (Status const room = RequireRoom(*store); !room) return Conclude(room);
-    for (TkiProfile const& profile : m_profiles) store->AddProfileToStructure(profile.name, profile.locations);
-    if (store->SaveProfileStructure() == 0) return 0;
+    return Conclude(WriteStore(*store, window));
+}
+
+Status CTkiFileRead::WriteStore(CNorvaFileUtil& store, CWindow* /*window*/) {
+    if (Status status = RequireRoom(store); !status) return status;
+    for (TkiProfile const& profile : m_profiles) store.AddProfileToStructure(profile.name, profile.locations);
+    if (Status status = CallStore(store, [&] { return store.SaveProfileStructure(); }); !status) return status;
     for (int i = 0; i < static_cast<int>(m_channels.size()); ++i) {
         NorvaChannelStruct const channel = GetNorvaChannels(i);
         constexpr int kUnset = -1;
-        store->AddChannelToStructure(channel.name, channel.units, channel.dataType, channel.recordType,
-                                     channel.arraySize, channel.reserved1, DisplayFormat::kUnset, kUnset, kUnset);
+        store.AddChannelToStructure(channel.name, channel.units, channel.dataType, channel.recordType,
+                                    channel.arraySize, channel.reserved1, DisplayFormat::kUnset, kUnset, kUnset);
     }
-    bool const isWritten = store->SaveChannelStructure() != 0 && store->StartWriteData() != 0 &&
-                           WriteData(store, window) != 0 && store->EndWriteData() != 0 && store->CloseCurFile() != 0;
-    return isWritten ? 1 : 0;
+    Status status = CallStore(store, [&] { return store.SaveChannelStructure() != 0 ? store.StartWriteData() : 0; });
+    if (status) status = WriteValues(store);
+    if (status) status = CallStore(store, [&] { return store.EndWriteData(); });
+    return status ? CallStore(store, [&] { return store.CloseCurFile(); }) : status;
 }
 
 ImportReport CTkiFileRead::MakeReport() {
@@ -225,32 +259,33 @@ ImportReport CTkiFileRead::MakeReport() {
 }
 
 int CTkiFileRead::WriteData(CNorvaFileUtil* store, CWindow* /*window*/) {
+    return Conclude(WriteValues(*store));
+}
+
+Status CTkiFileRead::WriteValues(CNorvaFileUtil& store) {
     CFile file;
     if (!file.Open(m_tkiPath, CFile::Mode::Read)) {
-        SetLastErrorText("Couldn't open the file : " + m_tkiPath + "\n" + SystemErrorText(file.Error()));
-        return 0;
+        return Status::FileFailure("open", m_tkiPath, file.Error()).Silent();
     }
     std::vector<std::uint64_t> profiles;
     profiles.reserve(m_profiles.size());
     for (TkiProfile const& profile : m_profiles) profiles.push_back(RecordsOf(profile, m_interpolation));
 
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Import");
-    window.ResetBars();
-    window.ShowFileName(m_tkiPath);
-    CProgressReporter progress(window);
+    CProgressWindow window("Import", m_tkiPath);
+    CProgressReporter& progress = window.Reporter();
     CTkiColumnReader reader(file, {m_headerLength + 1, m_recordLength, m_recordCount}, m_channels);
-    CTkiValueWriter writer(*store, progress, m_interpolation);
-    bool isWritten = true;
+    CTkiValueWriter writer(store, progress, m_interpolation);
     m_reported.assign(m_channels.size(), {});
-    for (std::size_t i = 0; i < m_channels.size() && isWritten; ++i) {
+    for (std::size_t i = 0; i < m_channels.size(); ++i) {
         progress.ChannelName(m_channels[i].name);
         progress.FilePercent(static_cast<long long>(100 * (i + 1) / m_channels.size()));
-        isWritten = reader.Select(i) && writer.Write(m_channels[i], reader, profiles, m_reported[i]);
+        bool const isSelected = reader.Select(i);
+        Status status = CallStore(
+            store, [&] { return isSelected && writer.Write(m_channels[i], reader, profiles, m_reported[i]) ? 1 : 0; });
+        if (!reader.Failure()) return Status(reader.Failure()).Silent();
+        if (!status) return status;
     }
-    window.DestroyWindow();
-    return isWritten ? 1 : 0;
+    return {};
 }
 
 namespace {
@@ -301,7 +336,7 @@ double CTkiFileRead::ConvertByte(char const* record, std::size_t offset, std::si
 std::string CTkiFileRead::GetCharacter(char const* record, std::size_t offset, std::size_t length,
                                        std::string_view type) const {
     if (!IsOneOf(FindTkiType(type), {TkiElement::Character})) return {};
-    return std::string(Trim(std::string_view(record + offset, length)));
+    return TkiText(std::string_view(record + offset, length));
 }
 
 Status ImportTkiFile(ImportJob& job) {
@@ -311,9 +346,9 @@ Status ImportTkiFile(ImportJob& job) {
     if (status) status = job.TakeSettings(none);
     if (!status) return status;
     CTkiFileRead importer(job.inputPath, job.storePath);
-    status = ResultOf(importer.LoadFile(job.store, job.owner));
+    if (importer.LoadFile(job.store, job.owner) == 0) return Status(importer.Failure()).Silent();
     job.report = importer.Report();
-    return status;
+    return {};
 }
 
 }  // namespace norva

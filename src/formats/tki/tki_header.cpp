@@ -1,7 +1,6 @@
 #include "formats/tki/tki_header.h"
 
 #include "formats/tki/tki_types.h"
-#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
@@ -99,7 +98,7 @@ private:
     bool m_failed = false;
 };
 
-std::string Shown(std::string_view text) {
+std::string Quoted(std::string_view text) {
     std::string shown = "\"" + std::string(text.substr(0, kShownLine));
     return shown + (text.size() > kShownLine ? "...\"" : "\"");
 }
@@ -117,7 +116,7 @@ bool ParseTkiDescriptor(std::string_view line, TkiChannelDesc& channel, std::str
     channel.rest = fields.Rest();
     TkiType const* const type = FindTkiType(channel.type);
     if (type == nullptr) {
-        why = "unknown type code " + Shown(channel.type);
+        why = "unknown type code " + Quoted(channel.type);
     } else if (channel.count < 1 || channel.count > CTkiFileRead::kMostElements) {
         why = "the count is " + std::to_string(channel.count) + ", not 1 to " +
               std::to_string(CTkiFileRead::kMostElements);
@@ -128,18 +127,16 @@ bool ParseTkiDescriptor(std::string_view line, TkiChannelDesc& channel, std::str
     return false;
 }
 
-bool ReadTkiDescriptors(std::string const& path, std::vector<TkiChannelDesc>& channels, std::string& problem) {
+Status ReadTkiDescriptors(std::string const& path, std::vector<TkiChannelDesc>& channels) {
     channels.clear();
     CFile file;
     if (!file.Open(path, CFile::Mode::Read)) {
-        SetLastErrorText("Couldn't open the file : " + path + "\n" + SystemErrorText(file.Error()));
-        return false;
+        return Status::FileFailure("open", path, file.Error()).Silent();
     }
     CHeaderLines lines(file);
     auto const reject = [&](int number, std::string_view line, std::string const& why) {
-        problem = path + ", line " + std::to_string(number) + ": " + Shown(line) + "\n" + why;
         channels.clear();
-        return false;
+        return Status::Failure(path + ", line " + std::to_string(number) + ": " + Quoted(line) + "\n" + why);
     };
     bool hasBegun = false;
     std::string_view line;
@@ -159,11 +156,7 @@ bool ReadTkiDescriptors(std::string const& path, std::vector<TkiChannelDesc>& ch
         channels.push_back(std::move(channel));
     }
     if (lines.IsTooLong() && hasBegun) return reject(lines.Number() + 1, "", "the line is too long");
-    if (lines.Failed()) {
-        SetLastErrorText("Couldn't read the file : " + path + "\n" + SystemErrorText(file.Error()));
-        channels.clear();
-    }
-    return !lines.Failed();
+    return lines.Failed() ? Status::FileFailure("read", path, file.Error()).Silent() : Status();
 }
 
 bool FindTkiHeaderEnd(CFile& file, std::uint64_t& length) {

@@ -16,11 +16,11 @@ inline constexpr char kTkiHeaderEnd = '\x1A';
 /// One descriptor line. False, with the reason in `why`, when its type or its count cannot be used.
 bool ParseTkiDescriptor(std::string_view line, TkiChannelDesc& channel, std::string& why);
 
-/// Reads the descriptors. False when the file cannot be read, or when a descriptor cannot be used: `problem` then
-/// says which line it is and what is wrong.
-bool ReadTkiDescriptors(std::string const& path, std::vector<TkiChannelDesc>& channels, std::string& problem);
+/// Reads the descriptors. Fails when the file cannot be read, and, as something to be shown, when a descriptor cannot
+/// be used: which line it is and what is wrong.
+Status ReadTkiDescriptors(std::string const& path, std::vector<TkiChannelDesc>& channels);
 
-/// Number of bytes before the end mark; false when there is none, or the file cannot be read.
+/// Number of bytes before the end mark; false when there is none, or the file cannot be read, which `file` tells.
 bool FindTkiHeaderEnd(CFile& file, std::uint64_t& length);
 
 }  // namespace norva

@@ -1,5 +1,7 @@
 #include "formats/tki/tki_types.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -23,6 +25,12 @@ constexpr TkiType kTypes[] = {
 TkiType const* FindTkiType(std::string_view code) {
     auto const* const found = std::ranges::find(kTypes, code, &TkiType::code);
     return found == std::end(kTypes) ? nullptr : found;
+}
+
+std::string TkiText(std::string_view bytes) {
+    std::string text(TrimOf(bytes, std::string_view(" \t\r\n\0", 5)));
+    std::ranges::replace(text, '\0', ' ');
+    return text;
 }
 
 }  // namespace norva

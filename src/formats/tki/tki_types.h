@@ -3,6 +3,7 @@
 #include "store/value_rules.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace norva {
@@ -26,6 +27,10 @@ struct TkiType {
 
 /// Compared exactly; null for an unknown code.
 TkiType const* FindTkiType(std::string_view code);
+
+/// The text that stands in so many bytes: blanks, tabs and zero bytes around it are left out, zero bytes in it are
+/// blanks.
+std::string TkiText(std::string_view bytes);
 
 /// The number that stands at `bytes`; 0 for a character.
 inline double LoadTkiNumber(TkiElement element, char const* bytes) {

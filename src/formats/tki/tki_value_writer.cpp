@@ -3,7 +3,6 @@
 #include "exchange/progress_dlg.h"
 #include "formats/tki/tki_types.h"
 #include "norva/values.h"
-#include "platform/text.h"
 #include "store/value_rules.h"
 
 #include <algorithm>
@@ -58,11 +57,9 @@ public:
 
 private:
     void Count(double sample) const {
-        if (IsNoData(sample)) {
-            ++m_writer.m_tally.noData;
-        } else {
-            TallyRange(sample, m_writer.m_tally);
-        }
+        // Single precision's no-data value is a number in double precision.
+        bool const isMarked = IsNoDataValue(sample) || sample == double{kNoDataFloat};
+        TallyConverted(sample, isMarked, sample, m_writer.m_tally);
     }
     double Value(char const* bytes) const { return LoadTkiNumber(m_element, bytes) * m_scale + m_offset; }
     bool Save(double value) const { return m_writer.m_store.SaveData(DataType::kDouble, &value) != 0; }
@@ -94,14 +91,14 @@ public:
     }
     bool Closing(char const* record) const {
         // One location is one finding, however many of its elements do not fit.
-        std::uint64_t const before = m_writer.m_tally.outOfRange;
+        std::uint64_t const before = m_writer.m_tally.altered;
         for (int i = 0; i < m_channel.count; ++i, record += m_channel.elementSize) {
             double const value = LoadTkiNumber(m_element, record) * m_channel.scale + m_channel.offset;
             std::int32_t const stored = TruncateToInt32(value);
-            if (!TallyLoss(value, stored, m_writer.m_tally)) TallyRange(stored, m_writer.m_tally);
+            if (!TallyTruncation(value, stored, m_writer.m_tally)) TallyRange(stored, m_writer.m_tally);
             if (!Save(stored)) return false;
         }
-        m_writer.m_tally.outOfRange = std::min(m_writer.m_tally.outOfRange, before + 1);
+        m_writer.m_tally.altered = std::min(m_writer.m_tally.altered, before + 1);
         return true;
     }
 
@@ -134,7 +131,7 @@ public:
 
 private:
     void Take(char const* record) {
-        m_text = Trim(std::string_view(record, m_width));
+        m_text = TkiText(std::string_view(record, m_width));
         m_text.resize(m_width, ' ');
     }
     bool Save() const {

@@ -1,3 +1,6 @@
+#include "norva/file_description.h"
+#include "norva/import_export.h"
+#include "norva/import_report.h"
 #include "platform/files.h"
 #include "platform/text.h"
 #include "support/findings.h"
@@ -7,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <string>
@@ -45,6 +49,8 @@ TEST(CG3Import, StoresWhatTheDumpHolds) {
         {"values as they are", kHeader + kTitles + "1001. 4123.5 .01 3 12:30:00\n\t1002 -.5,1 0 06:15:00.0 \r\n",
          "Station: 100.['1001' '1002']; Grav.: 100.[4123.5 -0.5]; Time: 100.[12.5 6.25]; Date: 100.[@ @]; ",
          "0 losses; Time: backwards 1"},
+        {"corrected for tilt, the end of the transfer", kHeader + kTitles + "1 6850.110* 1 0 01:00\n\x13",
+         "Station: 100.['1']; Grav.: 100.[6850.11]; Time: 100.[1]; Date: 100.[@]; ", "0 losses"},
         {"missing and unreadable", kHeader + kTitles + "* * 1 1 *\nx abc 1 1 25:99\n1.. 1e400 1 1 -\n",
          "Station: 100.['*' 'X' '1']; Grav.: 100.[* 0 *]; Time: 100.[* * *]; Date: 100.[@ @ @]; ",
          "4 losses; Grav.: no_data 1, out_of_range 1, unreadable 1; Time: no_data 1, unreadable 2"},
@@ -82,6 +88,13 @@ TEST(CG3Import, StoresWhatTheDumpHolds) {
         EXPECT_EQ(Stored(folder), c.store) << c.name;
         EXPECT_EQ(test::FindingsOfLastImport(c.text.size()), c.findings) << c.name;
         EXPECT_EQ(folder.Count(), 2U) << c.name;
+        FileDescription description;
+        ASSERT_EQ(DescribeFile(folder / "in.dmp", {"Scintrex CG3", {}}, description), 1) << GetLastErrorText();
+        ImportReport report;
+        ASSERT_EQ(GetImportReport(report, 0), 1);
+        std::pair<std::string, FileDescription::Value> const readings{
+            "readings", static_cast<std::int64_t>(report.LocationCount())};
+        EXPECT_NE(std::ranges::find(description.facts, readings), description.facts.end()) << c.name;
     }
 }
 

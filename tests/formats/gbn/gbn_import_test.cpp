@@ -1,5 +1,6 @@
 #include "formats/gbn/gbn_bytes.h"
 #include "formats/gbn/gbn_import_template.h"
+#include "norva/exchange.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "support/findings.h"
@@ -91,21 +92,21 @@ TEST_F(GbnImport, ConvertsEveryTypeToEveryOther) {
               "2147483648 2147483648]\nC2: 1[-32768 32767 32767 32767 32767 32767]\nC3: 1[-2147483648 "
               "2147483648 65537 2147483648 2147483648 2147483648]\nC4: 1[-2.75 * inf 3e+09 -2147483648 "
               "*]\nC5: 1[70000.9 * inf -2147483648 2147483648 *]\nText: 1[12.5 -700 0 9 3e+09 0]\n",
-              "3 losses; C0: missing 4; C1: no_data 1, missing 4; C2: no_data 1, missing 4; C3: no_data 1, missing 3; "
-              "C4: no_data 2; C5: no_data 1, missing 1, out_of_range 1; Text: missing 1, unreadable 1, with_rest 1"},
+              "6 losses; C0: missing 4; C1: missing 4, altered 1; C2: missing 4, altered 1; C3: missing 3, altered 1; "
+              "C4: no_data 2; C5: no_data 1, missing 1, altered 1; Text: missing 1, unreadable 1, with_rest 1"},
              {"Short Integer (2 bytes)",
               "C0: 1[-128 53 * * * *]\nC1: 1[-25536 -1 -1 -1 -1 -1]\nC2: 1[-32768 * * * * *]\n"
               "C3: 1[0 -1 1 -1 -1 -1]\nC4: 1[-2 * 0 0 0 *]\nC5: 1[4464 * 0 0 0 *]\nText: 1[12 -700 0 9 3 0]\n",
-              "15 losses; C0: missing 4; C1: no_data 1, missing 4, out_of_range 1; C2: no_data 1, missing 4; C3: "
-              "no_data 1, missing 3, out_of_range 2; C4: no_data 2, out_of_range 3, with_fraction 1; C5: no_data 1, "
-              "missing 1, out_of_range 4; Text: missing 1, out_of_range 1, unreadable 1, with_rest 1, with_fraction 1"},
+              "17 losses; C0: missing 4; C1: missing 4, altered 2; C2: no_data 1, missing 4; C3: missing 3, altered 3; "
+              "C4: no_data 2, altered 3, with_fraction 1; C5: no_data 1, missing 1, altered 4; Text: missing 1, "
+              "altered 1, unreadable 1, with_rest 1, with_fraction 1"},
              {"Long Integer (4 bytes)",
               "C0: 1[-128 53 32767 32767 32767 32767]\nC1: 1[40000 * * * * *]\nC2: 1[-32768 32767 32767 32767 32767 "
               "32767]\nC3: 1[-2147483648 * 65537 * * *]\nC4: 1[-2 * -2147483648 -2147483648 -2147483648 *]\n"
               "C5: 1[70000 * -2147483648 -2147483648 -2147483648 *]\nText: 1[12 -700 0 9 3 0]\n",
-              "11 losses; C0: missing 4; C1: no_data 1, missing 4; C2: no_data 1, missing 4; C3: no_data 1, missing 3; "
-              "C4: no_data 2, out_of_range 2, with_fraction 1; C5: no_data 1, missing 1, out_of_range 2, with_fraction "
-              "2; Text: missing 1, out_of_range 1, unreadable 1, with_rest 1, with_fraction 1"},
+              "12 losses; C0: missing 4; C1: no_data 1, missing 4; C2: missing 4, altered 1; C3: no_data 1, missing 3; "
+              "C4: no_data 2, altered 2, with_fraction 1; C5: no_data 1, missing 1, altered 2, with_fraction 2; Text: "
+              "missing 1, altered 1, unreadable 1, with_rest 1, with_fraction 1"},
              {"General Text",
               "C0: 1['-' '5' '3' '3' '3' '3']\nC1: 1['4' '2' '2' '2' '2' '2']\nC2: 1['-' '3' '3' '3' '3' '3']\n"
               "C3: 1['-' '2' '6' '2' '2' '2']\nC4: 1['-' '1' 'i' '3' '-' '1']\nC5: 1['7' '1' '1' '-' '2' '1']\n"
@@ -228,6 +229,21 @@ TEST_F(GbnImport, EndsWithNothingLeftBehind) {
     PlayRun const missing = Import("", R"({"message": "File could not be open", "answer": "ok"})");
     EXPECT_EQ(missing.failure, "");
     EXPECT_EQ(missing.value, 0);
+}
+
+TEST_F(GbnImport, CountsFiducialsAsTheFirstImportedChannelDoes) {
+    test::WriteWholeFile(folder / "in.gbn", Survey().bytes);
+    for (auto const& [channel, fiducials] : {std::pair(0, "FIDUCIAL: 10[100 100.5 101] 20.3[101.5] 30:7[102 102.5]\n"),
+                                             std::pair(1, "FIDUCIAL: 10[1 2 3] 20.3[4] 30:7[5 6]\n")}) {
+        ImportRequest request;
+        request.inputPath = folder / "in.gbn";
+        request.storePath = folder / "out.nvt";
+        request.replace = true;
+        request.settings = GbnSettings{.channels = std::vector<int>{channel}};
+        ImportResult result;
+        EXPECT_TRUE(ImportFile(request, result));
+        EXPECT_TRUE(Stored().starts_with(fiducials)) << Stored();
+    }
 }
 
 /// Longer than a column's buffer holds.

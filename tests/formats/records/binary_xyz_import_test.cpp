@@ -170,14 +170,15 @@ struct Piece {
 
 TEST(BinaryXYZImport, AccountsForEveryByteAndValue) {
     constexpr auto kNoData = &ReportChannel::noData;
-    constexpr auto kOut = &ReportChannel::outOfRange;
+    constexpr auto kOut = &ReportChannel::altered;
+    constexpr auto kNotNumber = &ReportChannel::notNumber;
     constexpr auto kFraction = &ReportChannel::withFraction;
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     // 98303 becomes 32767 in 16 bits, which no source marked as no-data.
     Piece<std::int32_t> const wholes[] = {
         {2, nullptr, nullptr}, {32767, kNoData, nullptr}, {98303, kOut, nullptr}, {-70000, kOut, nullptr}};
     Piece<double> const reals[] = {{2, nullptr, nullptr},     {-2.5, kFraction, nullptr}, {32767, kNoData, nullptr},
-                                   {98303, kOut, nullptr},    {1.0e30, kOut, kNoData},    {kNaN, kOut, nullptr},
+                                   {98303, kOut, nullptr},    {1.0e30, kOut, kNoData},    {kNaN, kOut, kNotNumber},
                                    {-1.0e300, kOut, nullptr}, {1.5e9, kOut, nullptr}};
     std::mt19937 random(5);
     for (std::size_t const size : {1U, 4U, 11U, 12U, 13U, 14U, 15U, 140U, 700U, 1411U, 14'000U, 400'003U}) {
@@ -222,7 +223,7 @@ TEST(BinaryXYZImport, AccountsForEveryByteAndValue) {
             ASSERT_EQ(report.channels.size(), 4U) << input;
             for (std::size_t i = 0; i < 3; ++i) {
                 ReportChannel const& channel = report.channels[i + 1];
-                for (auto const kind : {kNoData, kOut, kFraction}) {
+                for (auto const kind : {kNoData, kOut, kFraction, kNotNumber}) {
                     EXPECT_EQ((channel.*kind).count, (expected[i].*kind).count) << input << ", channel " << i;
                 }
                 EXPECT_EQ(channel.missing.count, records - present(i == 0 ? 4 : i == 1 ? 12 : 14)) << input;

@@ -69,7 +69,12 @@ TEST(TkiHeader, GivesTheDescriptorsBetweenItsMarks) {
             channels.push_back(text.str());
         }
         EXPECT_EQ(channels, c.channels) << what;
-        EXPECT_EQ(GetLastErrorText(), c.problem.empty() ? "" : folder / "in.p01" + ", " + c.problem) << what;
+        std::string const none =
+            "Couldn't read the file : " + (folder / "in.p01") + "\nThe header holds no channel between BEGIN and END.";
+        std::string const expected = !c.problem.empty()   ? folder / "in.p01" + ", " + c.problem
+                                     : c.channels.empty() ? none
+                                                          : "";
+        EXPECT_EQ(GetLastErrorText(), expected) << what;
     }
 }
 

@@ -6,6 +6,7 @@
 #include "support/findings.h"
 #include "support/play.h"
 #include "support/store_samples.h"
+#include "support/store_text.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -194,6 +195,19 @@ public:
     }
 };
 
+TEST(TkiImport, TakesZeroBytesAndTabsForBlanks) {
+    CTemporaryFolder const folder;
+    auto const record = [](std::string const& line, std::string const& note) {
+        return line + std::string(4 - line.size(), '\0') + note + std::string(4 - note.size(), '\0');
+    };
+    WriteWholeFile(folder / "in.p01", "BEGIN\nline,4,as,,,\nnote,4,as,,,\nEND\x1A" + record("A", "\tx") +
+                                          record("A \t", std::string("a\0b", 3)) + record(" B", ""));
+    CNorvaFileUtil store;
+    ASSERT_EQ(store.SetFileName(folder / "out.nvt", kCreateStore, nullptr), 1);
+    ASSERT_EQ(CTkiFileRead(folder / "in.p01", folder / "out.nvt").LoadFile(&store, nullptr), 1);
+    EXPECT_EQ(StoreText(folder / "out.nvt"), "line: A['A' 'A'] B['B']\nnote: A['x' 'a b'] B['']\n");
+}
+
 TEST(TkiImport, EndsWhenSomethingFails) {
     CTemporaryFolder const folder;
     auto const load = [&folder](CRefusingStore& store) {
@@ -215,6 +229,7 @@ TEST(TkiImport, EndsWhenSomethingFails) {
             [&](FaultPoint point, auto const&) { return point == FaultPoint::Read && ++reads > good ? EIO : 0; });
         load(store);
         SetFaultHook({});
+        EXPECT_NE(GetLastErrorText().find("in.p01\nInput/output error"), std::string::npos) << GetLastErrorText();
     }
     WriteWholeFile(folder / "in.p01", "BEGIN\na,1000000,by,\nb,1000000,by*,\nEND\x1A" + std::string(6'000'000, 'x'));
     ClearLastErrorText();
