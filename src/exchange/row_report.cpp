@@ -1,5 +1,7 @@
 #include "exchange/row_report.h"
 
+#include "exchange/report_places.h"
+
 namespace norva {
 
 CRowReport::CRowReport(std::vector<NorvaChannelStruct> const& columns)
@@ -21,7 +23,7 @@ void CRowReport::StartLine(std::string const& name, std::uint64_t number) {
 }
 
 void CRowReport::Note(ReportFinding& finding, std::string_view value) {
-    if (finding.places.size() == ReportFinding::kMostPlaces) {  // where it stands need not be found
+    if (finding.places.size() >= MostPlaces()) {  // where it stands need not be found
         ++finding.count;
         return;
     }
