@@ -4,9 +4,13 @@
 #include "norva/contents.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
-// The functions that the JSON library looks for beside the types.
 namespace norva {
 
 namespace {
@@ -16,184 +20,277 @@ using Json = nlohmann::ordered_json;
 /// In the order of ImportSettings.
 constexpr std::array<char const*, std::variant_size_v<ImportSettings>> kKinds = {"",    "column text",    "SeaSPY",
                                                                                  "CG3", "binary records", "GBN"};
+// In the orders of their enumerations.
+constexpr std::array<char const*, 4> kEncodings = {"UTF-8", "Latin-1", "UTF-16LE", "UTF-16BE"};
+constexpr std::array<char const*, 7> kLooks = {"empty", "text", "number", "date", "time", "date and time", "position"};
+constexpr std::array<char const*, 10> kForms = {"plain",       "date",          "time",         "date and time",
+                                                "day of year", "compact date",  "compact time", "epoch seconds",
+                                                "degrees",     "packed minutes"};
+
+// The members of every struct by their names, for both directions.
+template <typename Visitor>
+void Visit(NorvaChannelStruct& column, Visitor visit) {
+    visit("name", column.name);
+    visit("units", column.units);
+    visit("data_type", column.dataType);
+    visit("record_type", column.recordType);
+    visit("array_size", column.arraySize);
+    visit("display_format", column.displayFormat);
+    visit("decimals", column.decimalPlaces);
+    visit("template", column.templateFormat);
+}
+
+template <typename Visitor>
+void Visit(TextReading& reading, Visitor visit) {
+    visit("encoding", reading.encoding);
+    visit("separator", reading.separator);
+    visit("quote", reading.quote);
+    visit("backslash_quote", reading.backslashQuote);
+    visit("quotes_every_row", reading.quotesEveryRow);
+    visit("decimal_mark", reading.decimalMark);
+    visit("width", reading.width);
+    visit("trailing_separator", reading.trailingSeparator);
+    visit("comment_marks", reading.commentMarks);
+    visit("missing", reading.missing);
+    visit("first_data_line", reading.firstDataLine);
+    visit("first_marker_line", reading.firstMarkerLine);
+    visit("header_text", reading.headerText);
+    visit("marker_words", reading.markerWords);
+}
+
+template <typename Visitor>
+void Visit(ColumnLook& look, Visitor visit) {
+    visit("kind", look.kind);
+    visit("usual_length", look.usualLength);
+    visit("has_blanks", look.hasBlanks);
+    visit("has_digits", look.hasDigits);
+    visit("is_quoted", look.isQuoted);
+    visit("suffix", look.suffix);
+}
+
+template <typename Visitor>
+void Visit(ColumnReading& reading, Visitor visit) {
+    visit("source", reading.source);
+    visit("form", reading.form);
+    visit("order", reading.order);
+    visit("missing", reading.missing);
+    visit("epoch_divisor", reading.epochDivisor);
+}
+
+template <typename Visitor>
+void Visit(ColumnTextSettings& settings, Visitor visit) {
+    visit("skip", settings.skip);
+    visit("label_column", settings.labelColumn);
+    visit("columns", settings.columns);
+    visit("reading", settings.reading);
+    visit("column_readings", settings.columnReadings);
+    visit("looks", settings.looks);
+}
+
+template <typename Visitor>
+void Visit(SeaSpySettings& settings, Visitor visit) {
+    visit("interpolated", settings.interpolated);
+    visit("columns", settings.columns);
+}
+
+template <typename Visitor>
+void Visit(Cg3Settings& settings, Visitor visit) {
+    visit("columns", settings.columns);
+    visit("date_format", settings.dateFormat);
+    visit("time_format", settings.timeFormat);
+    visit("sort_by_time", settings.sortByTime);
+}
+
+template <typename Visitor>
+void Visit(RecordChannel& channel, Visitor visit) {
+    visit("name", channel.name);
+    visit("units", channel.units);
+    visit("format", channel.format);
+    visit("data_type", channel.dataType);
+}
+
+template <typename Visitor>
+void Visit(RecordSettings& settings, Visitor visit) {
+    visit("records", settings.records);
+    visit("points_per_line", settings.pointsPerLine);
+    visit("fiducial", settings.fiducial);
+    visit("frequency", settings.frequency);
+    visit("channels", settings.channels);
+}
+
+template <typename Visitor>
+void Visit(GbnSettings::Channel& channel, Visitor visit) {
+    visit("number", channel.number);
+    visit("name", channel.name);
+    visit("units", channel.units);
+    visit("data_type", channel.dataType);
+}
+
+template <typename Visitor>
+void Visit(GbnSettings::Line& line, Visitor visit) {
+    visit("number", line.number);
+    visit("name", line.name);
+}
+
+template <typename Visitor>
+void Visit(GbnSettings& settings, Visitor visit) {
+    visit("lines", settings.lines);
+    visit("channels", settings.channels);
+    visit("fiducial", settings.fiducial);
+    visit("changes", settings.changes);
+    visit("line_names", settings.lineNames);
+}
+
+bool IsUtf8(std::string const& text) {
+    try {
+        return !Json(text).dump().empty();
+    } catch (Json::type_error const&) {
+        return false;
+    }
+}
+
+/// A text that is no UTF-8 becomes an object that says its bytes, so that it comes back the same.
+Json ToJson(std::string const& text) {
+    if (IsUtf8(text)) return text;
+    Json bytes = Json::array();
+    for (char const byte : text) bytes.push_back(static_cast<unsigned char>(byte));
+    return {{"bytes", std::move(bytes)}};
+}
+void FromJson(nlohmann::json const& json, std::string& text) {
+    if (!json.is_object()) return json.get_to(text), void();
+    text.clear();
+    for (nlohmann::json const& byte : json.at("bytes")) text += static_cast<char>(byte.get<unsigned char>());
+}
+
+Json ToJson(char character) {
+    return character == '\0' ? Json("") : ToJson(std::string(1, character));
+}
+void FromJson(nlohmann::json const& json, char& character) {
+    std::string text;
+    FromJson(json, text);
+    character = text.empty() ? '\0' : text.front();
+}
+
+template <typename Enum, std::size_t N>
+void FindName(nlohmann::json const& json, std::array<char const*, N> const& names, Enum& value) {
+    std::string const name = json.get<std::string>();
+    for (std::size_t i = 0; i < N; ++i) {
+        if (name == names[i]) {
+            value = static_cast<Enum>(i);
+            return;
+        }
+    }
+    throw CommandError("settings say \"" + name + "\", which is unknown");
+}
+
+Json ToJson(TextReading::Encoding value) {
+    return kEncodings.at(static_cast<std::size_t>(value));
+}
+void FromJson(nlohmann::json const& json, TextReading::Encoding& value) {
+    FindName(json, kEncodings, value);
+}
+Json ToJson(ColumnLook::Kind value) {
+    return kLooks.at(static_cast<std::size_t>(value));
+}
+void FromJson(nlohmann::json const& json, ColumnLook::Kind& value) {
+    FindName(json, kLooks, value);
+}
+Json ToJson(ColumnReading::Form value) {
+    return kForms.at(static_cast<std::size_t>(value));
+}
+void FromJson(nlohmann::json const& json, ColumnReading::Form& value) {
+    FindName(json, kForms, value);
+}
+Json ToJson(RecordChannel::Format value) {
+    return RecordFormatName(value);
+}
+void FromJson(nlohmann::json const& json, RecordChannel::Format& value) {
+    value = FindRecordFormat(json.get<std::string>()).value_or(RecordChannel::Format::None);
+}
 
 template <typename T>
-Json OptionalJson(std::optional<T> const& value) {
-    return value ? Json(*value) : Json();
+requires std::is_arithmetic_v<T> Json ToJson(T value) {
+    return value;
+}
+template <typename T>
+requires std::is_arithmetic_v<T>
+void FromJson(nlohmann::json const& json, T& value) {
+    json.get_to(value);
 }
 
 template <typename T>
-void Take(nlohmann::json const& json, char const* name, T& value) {
-    json.at(name).get_to(value);
+Json ToJson(std::vector<T> const& list);
+template <typename T>
+void FromJson(nlohmann::json const& json, std::vector<T>& list);
+template <typename T>
+Json ToJson(std::optional<T> const& value);
+template <typename T>
+void FromJson(nlohmann::json const& json, std::optional<T>& value);
+
+/// A struct with members to visit.
+template <typename T>
+requires std::is_aggregate_v<T> Json ToJson(T const& value) {
+    Json json = Json::object();
+    T copy = value;
+    Visit(copy, [&json](char const* name, auto const& member) { json[name] = ToJson(member); });
+    return json;
 }
 template <typename T>
-void Take(nlohmann::json const& json, char const* name, std::optional<T>& value) {
-    nlohmann::json const& found = json.at(name);
-    value = found.is_null() ? std::nullopt : std::optional<T>(found.get<T>());
+requires std::is_aggregate_v<T>
+void FromJson(nlohmann::json const& json, T& value) {
+    Visit(value, [&json](char const* name, auto& member) { FromJson(json.at(name), member); });
 }
 
-Json ColumnsJson(std::vector<NorvaChannelStruct> const& columns) {
-    Json list = Json::array();
-    for (NorvaChannelStruct const& column : columns) {
-        list.push_back({{"name", column.name},
-                        {"units", column.units},
-                        {"data_type", column.dataType},
-                        {"record_type", column.recordType},
-                        {"array_size", column.arraySize},
-                        {"display_format", column.displayFormat},
-                        {"decimals", column.decimalPlaces},
-                        {"template", column.templateFormat}});
+template <typename T>
+Json ToJson(std::vector<T> const& list) {
+    Json json = Json::array();
+    for (T const& one : list) json.push_back(ToJson(one));
+    return json;
+}
+template <typename T>
+void FromJson(nlohmann::json const& json, std::vector<T>& list) {
+    for (nlohmann::json const& one : json) FromJson(one, list.emplace_back());
+}
+
+template <typename T>
+Json ToJson(std::optional<T> const& value) {
+    return value ? ToJson(*value) : Json();
+}
+template <typename T>
+void FromJson(nlohmann::json const& json, std::optional<T>& value) {
+    if (!json.is_null()) FromJson(json, value.emplace());
+}
+
+template <std::size_t I = 1>
+ImportSettings SettingsOfKind(nlohmann::json const& json, std::string const& kind) {
+    if constexpr (I == std::variant_size_v<ImportSettings>) {
+        throw CommandError("there are no settings of the kind \"" + kind + "\"");
+    } else {
+        if (kind != kKinds[I]) return SettingsOfKind<I + 1>(json, kind);
+        std::variant_alternative_t<I, ImportSettings> settings;
+        FromJson(json, settings);
+        return settings;
     }
-    return list;
-}
-
-std::vector<NorvaChannelStruct> ColumnsFromJson(nlohmann::json const& list) {
-    std::vector<NorvaChannelStruct> columns;
-    for (nlohmann::json const& json : list) {
-        NorvaChannelStruct& column = columns.emplace_back();
-        Take(json, "name", column.name);
-        Take(json, "units", column.units);
-        Take(json, "data_type", column.dataType);
-        Take(json, "record_type", column.recordType);
-        Take(json, "array_size", column.arraySize);
-        Take(json, "display_format", column.displayFormat);
-        Take(json, "decimals", column.decimalPlaces);
-        Take(json, "template", column.templateFormat);
-    }
-    return columns;
-}
-
-Json MembersJson(std::monostate /*settings*/) {
-    return Json::object();
-}
-
-Json MembersJson(ColumnTextSettings const& settings) {
-    return {
-        {"skip", settings.skip}, {"label_column", settings.labelColumn}, {"columns", ColumnsJson(settings.columns)}};
-}
-
-Json MembersJson(SeaSpySettings const& settings) {
-    return {{"interpolated", settings.interpolated}, {"columns", ColumnsJson(settings.columns)}};
-}
-
-Json MembersJson(Cg3Settings const& settings) {
-    return {{"columns", OptionalJson(settings.columns)},
-            {"date_format", settings.dateFormat},
-            {"time_format", settings.timeFormat},
-            {"sort_by_time", settings.sortByTime}};
-}
-
-Json MembersJson(RecordSettings const& settings) {
-    Json channels = Json::array();
-    for (RecordChannel const& channel : settings.channels) {
-        channels.push_back({{"name", channel.name},
-                            {"units", channel.units},
-                            {"format", RecordFormatName(channel.format)},
-                            {"data_type", channel.dataType}});
-    }
-    return {{"records", OptionalJson(settings.records)},
-            {"points_per_line", OptionalJson(settings.pointsPerLine)},
-            {"fiducial", settings.fiducial},
-            {"frequency", settings.frequency},
-            {"channels", std::move(channels)}};
-}
-
-Json MembersJson(GbnSettings const& settings) {
-    Json changes = Json::array();
-    for (GbnSettings::Channel const& change : settings.changes) {
-        changes.push_back({{"number", change.number},
-                           {"name", OptionalJson(change.name)},
-                           {"units", OptionalJson(change.units)},
-                           {"data_type", OptionalJson(change.dataType)}});
-    }
-    Json lineNames = Json::array();
-    for (GbnSettings::Line const& line : settings.lineNames) {
-        lineNames.push_back({{"number", line.number}, {"name", line.name}});
-    }
-    return {{"lines", OptionalJson(settings.lines)},
-            {"channels", OptionalJson(settings.channels)},
-            {"fiducial", settings.fiducial},
-            {"changes", std::move(changes)},
-            {"line_names", std::move(lineNames)}};
-}
-
-ColumnTextSettings ColumnTextFromJson(nlohmann::json const& json) {
-    ColumnTextSettings settings;
-    Take(json, "skip", settings.skip);
-    Take(json, "label_column", settings.labelColumn);
-    settings.columns = ColumnsFromJson(json.at("columns"));
-    return settings;
-}
-
-SeaSpySettings SeaSpyFromJson(nlohmann::json const& json) {
-    SeaSpySettings settings;
-    Take(json, "interpolated", settings.interpolated);
-    settings.columns = ColumnsFromJson(json.at("columns"));
-    return settings;
-}
-
-Cg3Settings Cg3FromJson(nlohmann::json const& json) {
-    Cg3Settings settings;
-    Take(json, "columns", settings.columns);
-    Take(json, "date_format", settings.dateFormat);
-    Take(json, "time_format", settings.timeFormat);
-    Take(json, "sort_by_time", settings.sortByTime);
-    return settings;
-}
-
-RecordSettings RecordsFromJson(nlohmann::json const& json) {
-    RecordSettings settings;
-    Take(json, "records", settings.records);
-    Take(json, "points_per_line", settings.pointsPerLine);
-    Take(json, "fiducial", settings.fiducial);
-    Take(json, "frequency", settings.frequency);
-    for (nlohmann::json const& one : json.at("channels")) {
-        RecordChannel& channel = settings.channels.emplace_back();
-        Take(one, "name", channel.name);
-        Take(one, "units", channel.units);
-        std::string const format = one.at("format").get<std::string>();
-        channel.format = FindRecordFormat(format).value_or(RecordChannel::Format::None);
-        Take(one, "data_type", channel.dataType);
-    }
-    return settings;
-}
-
-GbnSettings GbnFromJson(nlohmann::json const& json) {
-    GbnSettings settings;
-    Take(json, "lines", settings.lines);
-    Take(json, "channels", settings.channels);
-    Take(json, "fiducial", settings.fiducial);
-    for (nlohmann::json const& one : json.at("changes")) {
-        GbnSettings::Channel& change = settings.changes.emplace_back();
-        Take(one, "number", change.number);
-        Take(one, "name", change.name);
-        Take(one, "units", change.units);
-        Take(one, "data_type", change.dataType);
-    }
-    for (nlohmann::json const& one : json.at("line_names")) {
-        settings.lineNames.push_back({one.at("number").get<int>(), one.at("name").get<std::string>()});
-    }
-    return settings;
 }
 
 }  // namespace
 
 Json SettingsJson(ImportSettings const& settings) {
-    if (std::holds_alternative<std::monostate>(settings)) return {};
-    Json json = {{"kind", kKinds[settings.index()]}};
-    json.update(std::visit([](auto const& held) { return MembersJson(held); }, settings));
+    Json json;
+    std::visit(
+        [&](auto const& held) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(held)>, std::monostate>) {
+                json = {{"kind", kKinds[settings.index()]}};
+                json.update(ToJson(held));
+            }
+        },
+        settings);
     return json;
 }
 
 ImportSettings SettingsFromJson(nlohmann::json const& json) {
     if (json.is_null()) return {};
-    std::string const kind = json.at("kind").get<std::string>();
-    if (kind == kKinds[1]) return ColumnTextFromJson(json);
-    if (kind == kKinds[2]) return SeaSpyFromJson(json);
-    if (kind == kKinds[3]) return Cg3FromJson(json);
-    if (kind == kKinds[4]) return RecordsFromJson(json);
-    if (kind == kKinds[5]) return GbnFromJson(json);
-    throw CommandError("there are no settings of the kind \"" + kind + "\"");
+    return SettingsOfKind(json, json.at("kind").get<std::string>());
 }
 
 }  // namespace norva

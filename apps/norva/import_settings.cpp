@@ -333,4 +333,16 @@ ChosenSettings SettingsFrom(ImportOptions const& options, ImportFormatInfo const
     return {};
 }
 
+int BetterSkip(ImportReport const& report, ColumnTextSettings const& settings, ImportFormatInfo const& format,
+               std::string const& input) {
+    TextPreview preview;
+    bool const isMost = report.moreValues.count > report.LocationCount() / 2;
+    if (!isMost || !ReadTextPreview(input, format.label, preview)) return 0;
+    CColumnTextDraft draft(std::move(preview));
+    for (int skip = settings.skip + 1; skip <= draft.LastSkip(); ++skip) {
+        if (draft.SetSkip(skip) && draft.Settings().columns.size() > settings.columns.size()) return skip;
+    }
+    return 0;
+}
+
 }  // namespace norva

@@ -3,6 +3,7 @@
 #include "common/column_template.h"
 #include "import_options.h"
 #include "norva/formats.h"
+#include "norva/import_report.h"
 #include "norva/settings.h"
 
 #include <optional>
@@ -27,5 +28,10 @@ struct ChosenSettings {
 /// `needsColumns`: the columns are asked for, even where no option changes them.
 ChosenSettings SettingsFrom(ImportOptions const& options, ImportFormatInfo const& format, std::string const& input,
                             bool needsColumns);
+
+/// The number of lines to skip that gives a text more columns, where the first row decided for too few: most rows of
+/// its import had more values. 0 for none.
+int BetterSkip(ImportReport const& report, ColumnTextSettings const& settings, ImportFormatInfo const& format,
+               std::string const& input);
 
 }  // namespace norva

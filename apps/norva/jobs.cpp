@@ -83,6 +83,13 @@ ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
     request.places = task.places;
     ImportOutcome outcome = RunImport(std::move(request), task.input, console);
     outcome.columns = std::move(chosen.columns);
+    if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings)) {
+        int const skip = BetterSkip(outcome.report, *text, format, task.input);
+        if (skip > 0) {
+            console.Complain(task.input + ": most rows have more values than the first one; try --skip " +
+                             std::to_string(skip));
+        }
+    }
     return outcome;
 }
 

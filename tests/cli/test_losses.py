@@ -96,7 +96,7 @@ class Losses(Case):
             (["convert", "s.xyz", "o.txt", *typed], 0, "1 loss", ""),
             (["convert", "s.xyz", "o.txt", *typed, "--quiet"], 0, "", "1 loss\n"),
             (["convert", "s.xyz", "o.txt", *typed, "--strict"], 4, "", "line 2, column 3: '4x'"),
-            (["convert", "s.xyz", "t.xyz", "o", *typed, "--strict"], 4, "s.xyz           1           6           1  converted",
+            (["convert", "s.xyz", "t.xyz", "o", *typed, "--strict"], 4, "s.xyz           1           6           1           0  converted",
              ""),
             (["convert", "t.xyz", "o", "--to", "txt", "--strict"], 0, "nothing lost", ""),
         ):
@@ -104,6 +104,16 @@ class Losses(Case):
                 done = self.norva(*arguments, "--force", status=status)
                 self.assertIn(out, done.stdout)
                 self.assertIn(err, done.stderr) if err else self.assertEqual(done.stderr.count("loss"), int(status == 4))
+
+    def test_a_first_row_that_is_too_short_is_told_with_what_mends_it(self):
+        dump = (SAMPLES / "ipr12.dmp").read_text().replace("P-Line:", "X-Line:")
+        for name, content, skip in (("no_line.dmp", dump, "3"), ("late.xyz", "Tie\n1 2 3\n4 5 6\n7 8 9\n", "1")):
+            self.write(name, content)
+            done = self.norva("import", name, "-o", "n.nvt", "--force", "--quiet")
+            self.assertIn(f"most rows have more values than the first one; try --skip {skip}\n", done.stderr)
+            done = self.norva("import", name, "-o", "n.nvt", "--force", "--skip", skip)
+            self.assertIn("nothing lost", done.stdout)
+            self.assertNotIn("try", done.stderr)
 
     def test_convert_sums_up_and_keeps_reports(self):
         self.write("s.xyz", self.ROWS)
@@ -126,6 +136,23 @@ class Losses(Case):
             finding = json.loads((self.folder / "r.json").read_text())["channels"][1]["with_rest"]
             self.assertEqual((finding["count"], len(finding["places"])), (12, count))
         self.norva("import", "s.xyz", "--places", "some", status=2)
+
+
+    def test_exports_say_what_the_output_does_not_hold(self):
+        self.write("s.xyz", "7134550 0.123456789\n7134551 0.5\n")
+        self.norva("import", "s.xyz", "-o", "s.nvt", "--column", "1:type=double", "--column", "2:type=double")
+        for options, status, losses in (([], 0, True), (["--strict"], 4, True), (["--full-digits", "--strict"], 0, False)):
+            done = self.norva("export", "s.nvt", "o.xyz", "--force", *options, status=status)
+            said = done.stdout + done.stderr
+            self.assertEqual("nothing lost" not in said, losses, said)
+            written = [float(row.split()[1]) for row in (self.folder / "o.xyz").read_text().splitlines()[2:]]
+            self.assertEqual(written == [0.123456789, 0.5], not losses)
+        quiet = self.norva("export", "s.nvt", "o.xyz", "--force", "--quiet")
+        self.assertEqual((quiet.stdout, quiet.stderr.count("\n")), ("", 1))
+        cells = [self.norva("show", "s.nvt", *digits).stdout.splitlines()[2].split()[1]
+                 for digits in ([], ["--full-digits"])]
+        self.assertEqual((float(cells[0]) == 0.123456789, float(cells[1])), (False, 0.123456789))
+        self.assertNotIn("0.123456789", cells[0])
 
 
 class Verify(Case):
