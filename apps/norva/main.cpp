@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
         std::cerr << "norva: " << error.what() << "\n";
         return error.Status();
     } catch (norva::Interrupted const&) {
-        std::cerr << "norva: interrupted, nothing was changed\n";
+        std::cerr << "norva: interrupted, nothing is left half written\n";
         return norva::kExitInterrupted;
     } catch (std::exception const& error) {
         std::cerr << "norva: " << error.what() << "\n";
