@@ -1,9 +1,8 @@
 #include "common/column_template.h"
 
 #include "common/command_error.h"
-#include "common/set_channels_dialog.h"
-
-#include <nlohmann/json.hpp>
+#include "common/names.h"
+#include "common/text_file.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,34 +14,21 @@ namespace norva {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace set_channels;
 
-constexpr int kCheckedRows = 5;
-
-std::string SelectedItem(CControl const& combo) {
-    return combo.selected.empty() ? "" : combo.items[static_cast<std::size_t>(combo.selected.front())];
-}
-
-int SkipOf(CDialogHand const& hand) {
-    std::string const text = SelectedItem(hand.Control(kSkipCombo));
-    return text.empty() ? 0 : std::stoi(text);
-}
-
-std::vector<std::string> HeaderLines(CDialogHand const& hand) {
-    return hand.Control(kHeaderList).items;
-}
+constexpr std::size_t kCheckedRows = 5;
 
 /// The line that names every column, in their order.
-int FindHeaderLine(std::vector<std::string> const& lines, std::vector<std::string> const& titles) {
-    for (std::size_t i = 0; i < lines.size(); ++i) {
+int FindHeaderLine(std::vector<PreviewLine> const& lines, int count, std::vector<std::string> const& titles) {
+    for (int i = 0; i < count; ++i) {
+        std::string const& line = lines[static_cast<std::size_t>(i)].text;
         std::size_t at = 0;
         bool const namesAll = std::ranges::all_of(titles, [&](std::string const& title) {
-            at = lines[i].find(title, at);
+            at = line.find(title, at);
             bool const found = !title.empty() && at != std::string::npos;
             if (found) at += title.size();
             return found;
         });
-        if (namesAll) return static_cast<int>(i) + 1;
+        if (namesAll) return i + 1;
     }
     return 0;
 }
@@ -51,43 +37,50 @@ bool HoldsOnly(std::string_view token, std::string_view characters) {
     return !token.empty() && token.find_first_not_of(characters) == std::string_view::npos;
 }
 
-/// Whether a column of this type could hold the token as it is meant.
-bool Suits(std::string_view token, ColumnTemplate::Column const& column) {
-    if (column.type == "text" || column.type == "skip" || token == "*") return true;
-    if (column.type == "short" || column.type == "long") return HoldsOnly(token, "+-0123456789");
-    if (column.type == "float" || column.type == "double") return HoldsOnly(token, "+-.0123456789eE");
-    if (column.type == "geographic") return HoldsOnly(token, "+-.:0123456789");
-    // Dates and times have their separators where their template has them, as far as both go.
-    for (std::size_t i = 0; i < std::min(token.size(), column.format.size()); ++i) {
-        std::string_view const separators = "/-:. ";
-        bool const isSeparator = separators.find(token[i]) != std::string_view::npos;
-        if (isSeparator != (separators.find(column.format[i]) != std::string_view::npos)) return false;
-    }
-    return HoldsOnly(token, "/-:.+0123456789");
+/// The templates of a column's type; null for other types than dates and times.
+ValueTemplates const* TemplatesOf(ColumnType type) {
+    if (type == ColumnType::Date) return &DateTemplates();
+    return type == ColumnType::Time ? &TimeTemplates() : nullptr;
 }
 
-std::string ColumnText(std::size_t index, ColumnTemplate::Column const& column) {
+/// Name of a date's or time's template; empty for none.
+std::string FormatName(NorvaChannelStruct const& column) {
+    ValueTemplates const* const templates = TemplatesOf(TypeOf(column));
+    int const place = templates != nullptr ? templates->IndexOf(column.templateFormat) : -1;
+    return place < 0 ? "" : templates->names[static_cast<std::size_t>(place)];
+}
+
+/// Whether a column of this type could hold the value as it is meant.
+bool Suits(std::string_view value, NorvaChannelStruct const& column) {
+    if (value == "*") return true;
+    switch (TypeOf(column)) {
+        case ColumnType::Text:
+        case ColumnType::Skipped:
+            return true;
+        case ColumnType::Short:
+        case ColumnType::Long:
+            return HoldsOnly(value, "+-0123456789");
+        case ColumnType::Float:
+        case ColumnType::Double:
+            return HoldsOnly(value, "+-.0123456789eE");
+        case ColumnType::Geographic:
+            return HoldsOnly(value, "+-.:0123456789");
+        default:
+            break;
+    }
+    // Dates and times have their separators where their template has them, as far as both go.
+    std::string const format = FormatName(column);
+    for (std::size_t i = 0; i < std::min(value.size(), format.size()); ++i) {
+        std::string_view const separators = "/-:. ";
+        bool const isSeparator = separators.find(value[i]) != std::string_view::npos;
+        if (isSeparator != (separators.find(format[i]) != std::string_view::npos)) return false;
+    }
+    return HoldsOnly(value, "/-:.+0123456789");
+}
+
+std::string ColumnText(std::size_t index, NorvaChannelStruct const& column) {
     return "column " + std::to_string(index + 1) + (column.name.empty() ? "" : " \"" + column.name + "\"");
 }
-
-/// The selected column of the preview; the same again at the end.
-class CColumnKeeper {
-public:
-    explicit CColumnKeeper(CDialogHand& hand) : m_hand(hand), m_column(hand.Control(kGrid).column) {}
-    CColumnKeeper(CColumnKeeper const&) = delete;
-    CColumnKeeper& operator=(CColumnKeeper const&) = delete;
-    ~CColumnKeeper() {
-        try {
-            if (m_column >= 0) m_hand.SelectColumn(kGrid, m_column);
-        } catch (CommandError const&) {
-            m_column = -1;  // it is gone
-        }
-    }
-
-private:
-    CDialogHand& m_hand;
-    int m_column;
-};
 
 fs::path UserFolder() {
     char const* const config = std::getenv("XDG_CONFIG_HOME");
@@ -110,140 +103,167 @@ bool IsMarker(std::vector<std::string> const& row) {
     throw CommandError(path + ": is no column template: " + why);
 }
 
-nlohmann::ordered_json JsonOf(ColumnTemplate const& columns) {
-    nlohmann::ordered_json list = nlohmann::ordered_json::array();
-    for (ColumnTemplate::Column const& column : columns.columns) {
-        nlohmann::ordered_json one = {{"type", column.type}, {"name", column.name}, {"units", column.units}};
-        if (!column.format.empty()) one["format"] = column.format;
-        if (column.width > 0) one["width"] = column.width;
-        list.push_back(std::move(one));
+/// The column that a template's file describes.
+NorvaChannelStruct ColumnFromJson(nlohmann::json const& json, std::string const& path) {
+    NorvaChannelStruct column;
+    column.name = json.value("name", "");
+    column.units = json.value("units", "");
+    std::string const typeName = json.at("type").get<std::string>();
+    std::optional<ColumnType> const type = FindColumnType(typeName);
+    if (!type) Reject(path, "there is no type \"" + typeName + "\"");
+    switch (*type) {
+        case ColumnType::Text:
+            column.dataType = DataType::kText;
+            column.arraySize = std::max(json.value("width", 1), 1);
+            break;
+        case ColumnType::Float:
+            break;
+        case ColumnType::Short:
+            column.dataType = DataType::kShort;
+            break;
+        case ColumnType::Long:
+            column.dataType = DataType::kLong;
+            break;
+        case ColumnType::Skipped:
+            column.dataType = DataType::kSkipped;
+            break;
+        default:
+            column.dataType = DataType::kDouble;
     }
-    nlohmann::ordered_json json = {{"norva", "column template"}, {"version", 1}, {"skip", columns.skip}};
-    if (columns.headerLine > 0) json["header"] = {{"line", columns.headerLine}, {"text", columns.headerText}};
-    if (columns.labelColumn > 0) json["labelColumn"] = columns.labelColumn;
-    json["columns"] = std::move(list);
-    return json;
+    if (*type == ColumnType::Date) column.displayFormat = DisplayFormat::kDate;
+    if (*type == ColumnType::Time) column.displayFormat = DisplayFormat::kTime;
+    if (*type == ColumnType::Geographic) column.displayFormat = DisplayFormat::kGeographic;
+    ValueTemplates const* const templates = TemplatesOf(*type);
+    std::string const format = json.value("format", "");
+    if (templates != nullptr && !format.empty()) {
+        auto const found = std::ranges::find(templates->names, format);
+        if (found == templates->names.end()) Reject(path, "there is no format \"" + format + "\" of a " + typeName);
+        column.templateFormat = templates->codes[static_cast<std::size_t>(found - templates->names.begin())];
+    }
+    return column;
 }
 
-ColumnTemplate FromJson(nlohmann::json const& json, std::string const& path) {
-    if (!json.is_object() || json.value("norva", "") != "column template") Reject(path, "it does not say so");
-    if (json.value("version", 0) != 1) Reject(path, "its version is not 1");
-    ColumnTemplate result;
-    result.skip = json.at("skip").get<int>();
-    if (json.contains("header")) {
-        result.headerLine = json["header"].at("line").get<int>();
-        result.headerText = json["header"].at("text").get<std::string>();
-    }
-    result.labelColumn = json.value("labelColumn", 0);
-    for (nlohmann::json const& one : json.at("columns")) {
-        ColumnTemplate::Column column{one.at("type").get<std::string>(), one.value("name", ""), one.value("units", ""),
-                                      one.value("format", ""), one.value("width", 0)};
-        if (RadioOf(column.type) == 0) Reject(path, "there is no type \"" + column.type + "\"");
-        result.columns.push_back(std::move(column));
-    }
-    auto const count = static_cast<int>(result.columns.size());
-    if (result.skip < 0 || result.headerLine < 0 || result.labelColumn < 0 || result.labelColumn > count) {
-        Reject(path, "a line or column number is out of range");
-    }
-    return result;
+/// A step of ApplyTemplate.
+void Require(Status const& status) {
+    if (!status) throw CommandError(status.Reason().empty() ? status.Text() : status.Reason());
 }
 
 }  // namespace
 
-ColumnTemplate CaptureTemplate(CDialogHand& hand) {
-    CColumnKeeper const keeper(hand);
+ColumnTemplate TemplateOf(CColumnTextDraft const& draft) {
     ColumnTemplate result;
-    result.skip = SkipOf(hand);
-    std::vector<std::string> const titles = hand.Control(kGrid).columns;
-    for (std::size_t i = 0; i < titles.size(); ++i) {
-        hand.SelectColumn(kGrid, static_cast<int>(i));
-        ColumnTemplate::Column column;
-        for (auto const& [type, radio] : kTypes) {
-            if (hand.Control(radio).checked) column.type = type;
-        }
-        column.name = hand.Control(kName).text;
-        column.units = hand.Control(kUnits).text;
-        if (column.type == "text") column.width = std::atoi(hand.Control(kWidthEdit).text.c_str());
-        if (column.type == "date") column.format = SelectedItem(hand.Control(kDateCombo));
-        if (column.type == "time") column.format = SelectedItem(hand.Control(kTimeCombo));
-        if (hand.Control(kLabelCheck).checked) result.labelColumn = static_cast<int>(i) + 1;
-        result.columns.push_back(std::move(column));
-    }
-    std::vector<std::string> const lines = HeaderLines(hand);
-    result.headerLine = FindHeaderLine(lines, titles);
-    if (result.headerLine > 0) result.headerText = lines[static_cast<std::size_t>(result.headerLine) - 1];
+    result.settings = draft.Settings();
+    std::vector<PreviewLine> const& lines = draft.Preview().lines;
+    result.headerLine = FindHeaderLine(lines, draft.HeaderCount(), draft.Titles());
+    if (result.headerLine > 0) result.headerText = lines[static_cast<std::size_t>(result.headerLine) - 1].text;
     return result;
 }
 
-std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CDialogHand& hand) {
-    int const before = SkipOf(hand);
+std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CColumnTextDraft const& draft) {
+    CColumnTextDraft trial = draft;
+    std::vector<NorvaChannelStruct> const& wanted = columns.settings.columns;
+    if (trial.Settings().skip != columns.settings.skip) {
+        if (Status const status = trial.SetSkip(columns.settings.skip); !status) return {status.Reason()};
+    }
     std::vector<std::string> misfits;
-    if (before != columns.skip) {
-        std::vector<std::string> const& offered = hand.Control(kSkipCombo).items;
-        auto const row = std::ranges::find(offered, std::to_string(columns.skip));
-        if (row == offered.end()) {
-            return {std::to_string(columns.skip) + " lines cannot be skipped; the data begin after line " +
-                    (offered.empty() ? "0" : offered.front())};
-        }
-        hand.Choose(kSkipCombo, static_cast<int>(row - offered.begin()));
-    }
-    if (columns.headerLine > 0) {
-        std::vector<std::string> const lines = HeaderLines(hand);
-        auto const line = static_cast<std::size_t>(columns.headerLine) - 1;
-        if (line >= lines.size()) {
-            misfits.push_back("there is no header line " + std::to_string(columns.headerLine) + " \"" +
-                              columns.headerText + "\"");
-        } else if (lines[line] != columns.headerText) {
-            misfits.push_back("line " + std::to_string(columns.headerLine) + " is \"" + lines[line] + "\", not \"" +
+    if (columns.headerLine > trial.HeaderCount()) {
+        misfits.push_back("there is no header line " + std::to_string(columns.headerLine) + " \"" + columns.headerText +
+                          "\"");
+    } else if (columns.headerLine > 0) {
+        std::string const& line = trial.Preview().lines[static_cast<std::size_t>(columns.headerLine) - 1].text;
+        if (line != columns.headerText) {
+            misfits.push_back("line " + std::to_string(columns.headerLine) + " is \"" + line + "\", not \"" +
                               columns.headerText + "\"");
         }
     }
-    CControl const& grid = hand.Control(kGrid);
-    if (grid.columns.size() != columns.columns.size()) {
-        misfits.push_back("the rows have " + std::to_string(grid.columns.size()) + " columns, not " +
-                          std::to_string(columns.columns.size()));
-    } else {
-        // The dialog of an instrument's log, which offers no rows to skip, knows that log's own dates and times.
-        bool const isLog = !hand.Control(kSkipCombo).enabled;
-        for (std::size_t i = 0; i < columns.columns.size(); ++i) {
-            ColumnTemplate::Column const& column = columns.columns[i];
-            if (isLog && !column.format.empty()) continue;
-            for (std::size_t r = 0; r < std::min<std::size_t>(grid.rows.size(), kCheckedRows); ++r) {
-                if (IsMarker(grid.rows[r]) || i >= grid.rows[r].size() || Suits(grid.rows[r][i], column)) continue;
-                misfits.push_back("row " + std::to_string(r + 1) + ", " + ColumnText(i, column) + " holds \"" +
-                                  grid.rows[r][i] + "\", which is no " + column.type +
-                                  (column.format.empty() ? "" : " like " + column.format));
-                break;
-            }
+    if (trial.Titles().size() != wanted.size()) {
+        misfits.push_back("the rows have " + std::to_string(trial.Titles().size()) + " columns, not " +
+                          std::to_string(wanted.size()));
+        return misfits;
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        // An instrument's log has dates and times of its own.
+        std::string const format = FormatName(wanted[i]);
+        if (trial.Preview().isSeaSpy && !format.empty()) continue;
+        for (std::size_t r = 0; r < std::min(trial.Rows().size(), kCheckedRows); ++r) {
+            std::vector<std::string> const& row = trial.Rows()[r];
+            if (IsMarker(row) || i >= row.size() || Suits(row[i], wanted[i])) continue;
+            misfits.push_back("row " + std::to_string(r + 1) + ", " + ColumnText(i, wanted[i]) + " holds \"" + row[i] +
+                              "\", which is no " + std::string(ColumnTypeName(TypeOf(wanted[i]))) +
+                              (format.empty() ? "" : " like " + format));
+            break;
         }
     }
-    if (!misfits.empty() && SkipOf(hand) != before) hand.Set(kSkipCombo, std::to_string(before));
     return misfits;
 }
 
-void ApplyTemplate(ColumnTemplate const& columns, CDialogHand& hand) {
-    std::vector<std::string> const misfits = TemplateMisfits(columns, hand);
+void ApplyTemplate(ColumnTemplate const& columns, CColumnTextDraft& draft, TemplateFit fit) {
+    std::vector<std::string> misfits;
+    if (fit == TemplateFit::Checked) misfits = TemplateMisfits(columns, draft);
     if (!misfits.empty()) {
         std::string text = "the template does not fit this file";
         for (std::string const& misfit : misfits) text += "\n  " + misfit;
         throw CommandError(text);
     }
-    CColumnKeeper const keeper(hand);
-    for (std::size_t i = 0; i < columns.columns.size(); ++i) {
-        ColumnTemplate::Column const& column = columns.columns[i];
-        bool const isLabel = static_cast<int>(i) + 1 == columns.labelColumn;
-        hand.SelectColumn(kGrid, static_cast<int>(i));
-        if (hand.Control(kLabelCheck).checked != isLabel) hand.Click(kLabelCheck);
-        int const radio = RadioOf(column.type);
-        if (!hand.Control(radio).checked) hand.Click(radio);
-        // A text of this file that is longer than those of the template's is not to be cut.
-        if (column.width > std::atoi(hand.Control(kWidthEdit).text.c_str())) {
-            hand.Set(kWidthEdit, std::to_string(column.width));
-        }
-        if (!column.format.empty()) hand.Set(column.type == "date" ? kDateCombo : kTimeCombo, column.format);
-        if (hand.Control(kName).text != column.name) hand.Set(kName, column.name);
-        if (hand.Control(kUnits).text != column.units) hand.Set(kUnits, column.units);
+    CColumnTextDraft next = draft;
+    if (next.Settings().skip != columns.settings.skip) Require(next.SetSkip(columns.settings.skip));
+    if (next.Settings().columns.size() != columns.settings.columns.size()) {
+        throw CommandError("the rows have " + std::to_string(next.Settings().columns.size()) + " columns, not " +
+                           std::to_string(columns.settings.columns.size()));
     }
+    next.SetLabelColumn(columns.settings.labelColumn);
+    for (int i = 0; i < next.ColumnCount(); ++i) {
+        NorvaChannelStruct const& wanted = columns.settings.columns[static_cast<std::size_t>(i)];
+        auto const now = [&]() -> NorvaChannelStruct const& {
+            return next.Settings().columns[static_cast<std::size_t>(i)];
+        };
+        ColumnType const type = TypeOf(wanted);
+        if (type != TypeOf(now())) Require(next.SetType(i, type));
+        // A text of this file that is longer than those of the template's is not to be cut.
+        if (type == ColumnType::Text && wanted.arraySize > now().arraySize) {
+            Require(next.SetTextSize(i, wanted.arraySize));
+        }
+        if (TemplatesOf(type) != nullptr && wanted.templateFormat != -1) {
+            Require(next.SetTemplate(i, wanted.templateFormat));
+        }
+        if (now().name != wanted.name) next.SetName(i, wanted.name);
+        if (now().units != wanted.units) next.SetUnits(i, wanted.units);
+    }
+    draft = std::move(next);
+}
+
+nlohmann::ordered_json TemplateJson(ColumnTemplate const& columns) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (NorvaChannelStruct const& column : columns.settings.columns) {
+        ColumnType const type = TypeOf(column);
+        nlohmann::ordered_json one = {{"type", ColumnTypeName(type)}, {"name", column.name}, {"units", column.units}};
+        if (std::string const format = FormatName(column); !format.empty()) one["format"] = format;
+        if (type == ColumnType::Text) one["width"] = column.arraySize;
+        list.push_back(std::move(one));
+    }
+    nlohmann::ordered_json json = {{"norva", "column template"}, {"version", 1}, {"skip", columns.settings.skip}};
+    if (columns.headerLine > 0) json["header"] = {{"line", columns.headerLine}, {"text", columns.headerText}};
+    if (columns.settings.labelColumn >= 0) json["labelColumn"] = columns.settings.labelColumn + 1;
+    json["columns"] = std::move(list);
+    return json;
+}
+
+ColumnTemplate TemplateFromJson(nlohmann::json const& json, std::string const& path) {
+    if (!json.is_object() || json.value("norva", "") != "column template") Reject(path, "it does not say so");
+    if (json.value("version", 0) != 1) Reject(path, "its version is not 1");
+    ColumnTemplate result;
+    ColumnTextSettings& settings = result.settings;
+    settings.skip = json.at("skip").get<int>();
+    if (json.contains("header")) {
+        result.headerLine = json["header"].at("line").get<int>();
+        result.headerText = json["header"].at("text").get<std::string>();
+    }
+    settings.labelColumn = json.value("labelColumn", 0) - 1;
+    for (nlohmann::json const& one : json.at("columns")) settings.columns.push_back(ColumnFromJson(one, path));
+    bool const isInRange = settings.skip >= 0 && result.headerLine >= 0 && settings.labelColumn >= -1 &&
+                           settings.labelColumn < static_cast<int>(settings.columns.size());
+    if (!isInRange) Reject(path, "a line or column number is out of range");
+    return result;
 }
 
 std::string TemplatePath(std::string const& nameOrPath) {
@@ -254,13 +274,12 @@ std::string TemplatePath(std::string const& nameOrPath) {
 ColumnTemplate ReadTemplate(std::string const& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        std::string known;
-        for (std::string const& name : TemplateNames()) known += (known.empty() ? "" : ", ") + name;
+        std::string const known = ListOf(TemplateNames());
         throw CommandError(path + ": there is no such column template" +
                            (known.empty() ? "" : " (yours are: " + known + ")"));
     }
     try {
-        return FromJson(nlohmann::json::parse(in), path);
+        return TemplateFromJson(nlohmann::json::parse(in), path);
     } catch (nlohmann::json::exception const& error) {
         Reject(path, error.what());
     }
@@ -268,20 +287,9 @@ ColumnTemplate ReadTemplate(std::string const& path) {
 
 void WriteTemplate(std::string const& path, ColumnTemplate const& columns) {
     fs::path const target(path);
-    std::error_code error;
-    if (target.has_parent_path()) fs::create_directories(target.parent_path(), error);
-    std::string const next = path + ".new";
-    {
-        std::ofstream out(next, std::ios::binary);
-        out << JsonOf(columns).dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
-        out.close();
-        if (!out) error = std::make_error_code(std::errc::io_error);
-    }
-    if (!error) fs::rename(next, target, error);
-    if (!error) return;
     std::error_code ignored;
-    fs::remove(next, ignored);
-    throw CommandError(path + ": cannot be written: " + error.message());
+    if (target.has_parent_path()) fs::create_directories(target.parent_path(), ignored);
+    WriteTextFile(path, TemplateJson(columns).dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
 }
 
 std::vector<std::string> TemplateNames() {

@@ -1,48 +1,47 @@
 #pragma once
 
-#include "common/dialog_hand.h"
+#include "norva/column_text.h"
 
 #include <string>
 #include <vector>
 
-/// The choices of the column dialog, kept in a file and made again for the next survey file.
+#include <nlohmann/json.hpp>
+
+/// Settings of columns that are kept in a file and used for the next survey file.
 namespace norva {
 
 struct ColumnTemplate {
-    struct Column {
-        std::string type;  ///< one of set_channels::kTypes
-        std::string name;
-        std::string units;
-        std::string format;  ///< text of the date or time template; empty for other types
-        int width = 0;       ///< characters of a text; 0 for other types
-    };
-
-    int skip = 0;            ///< non-empty lines before the data
-    int headerLine = 0;      ///< line (from 1) that holds the columns' names; 0 for none
+    ColumnTextSettings settings;
+    int headerLine = 0;      ///< line with text (from 1) that holds the columns' names; 0 for none
     std::string headerText;  ///< that line
-    int labelColumn = 0;     ///< column (from 1) whose changes start a survey line; 0 for none
-    std::vector<Column> columns;
 };
 
-/// What the dialog says now; its selected column is the same afterwards.
-ColumnTemplate CaptureTemplate(CDialogHand& hand);
+/// The settings with the line that named the columns, if there is one.
+ColumnTemplate TemplateOf(CColumnTextDraft const& draft);
 
-/// How the file in the dialog differs from the files that the template was made for, one sentence each: another header
-/// line, another number of columns, first rows that the types cannot hold. Empty when it fits.
-std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CDialogHand& hand);
+/// How the draft's file differs from the files that the template was made for, one sentence each: another header line,
+/// another number of columns, first rows that the types cannot hold. Empty when it fits.
+std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CColumnTextDraft const& draft);
 
-/// Makes the template's choices; throws CommandError with the misfits, after which the rows to skip are as before.
-void ApplyTemplate(ColumnTemplate const& columns, CDialogHand& hand);
+/// Whether a template is held against a file first, or known to belong to it.
+enum class TemplateFit { Checked, Trusted };
 
-/// The file of a template: a name with a separator or the ending ".json" is a path, any other a template of the user's
-/// ($XDG_CONFIG_HOME/norva/templates, else ~/.config/norva/templates).
+/// Gives the draft the template's settings; throws CommandError with the misfits, and leaves the draft as it was.
+void ApplyTemplate(ColumnTemplate const& columns, CColumnTextDraft& draft, TemplateFit fit = TemplateFit::Checked);
+
+/// As templates are kept: types and formats by their names, so that a person can change them.
+nlohmann::ordered_json TemplateJson(ColumnTemplate const& columns);
+/// Throws CommandError with `path` when it is none.
+ColumnTemplate TemplateFromJson(nlohmann::json const& json, std::string const& path);
+
+/// The path of a template named by its path (with a "/" or ending in ".json") or by its name in the user's folder,
+/// $XDG_CONFIG_HOME/norva/templates.
 std::string TemplatePath(std::string const& nameOrPath);
+/// Names of the user's own templates, sorted.
+std::vector<std::string> TemplateNames();
 
-/// Both throw CommandError. The file is replaced only by a whole one; folders are made.
+/// Both throw CommandError with the path and the reason.
 ColumnTemplate ReadTemplate(std::string const& path);
 void WriteTemplate(std::string const& path, ColumnTemplate const& columns);
-
-/// Names of the user's templates, sorted.
-std::vector<std::string> TemplateNames();
 
 }  // namespace norva

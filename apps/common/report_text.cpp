@@ -255,4 +255,26 @@ std::string ReportSummary(ImportReport const& report) {
     return text;
 }
 
+std::string ReportSummary(ExportReport const& report) {
+    std::string text = Counted(report.lines, "line") + ", " + Counted(report.locations, "location") + " written";
+    auto const left = [&text](std::uint64_t count, std::string const& noun) {
+        if (count > 0) text += ", " + Counted(count, noun) + " left out";
+    };
+    left(report.hiddenLines, "hidden line");
+    left(report.deletedLocations, "deleted location");
+    if (report.changedNames > 0) text += ", " + Counted(report.changedNames, "name") + " changed";
+    std::uint64_t const losses = report.LossCount();
+    text += losses == 0 ? "; nothing lost" : "; " + Counted(losses, "loss", "es");
+    for (ExportReportChannel const& channel : report.channels) {
+        for (ExportKind const* kind = kExportKinds; kind->name != nullptr; ++kind) {
+            std::uint64_t const count = channel.*kind->count;
+            if (count > 0) text += "\n  " + channel.name + ": " + kind->text + ": " + std::to_string(count);
+        }
+    }
+    if (report.rowsBeyond > 0) {
+        text += "\n  rows and columns that readers of such a sheet do not show: " + std::to_string(report.rowsBeyond);
+    }
+    return text;
+}
+
 }  // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/export_report.h"
 #include "norva/import_report.h"
 
 #include <nlohmann/json.hpp>
@@ -16,5 +17,7 @@ std::string ReportHtml(ImportReport const& report);
 std::string Counted(std::uint64_t count, std::string const& noun, char const* plural = "s");
 /// A line if nothing was lost; else one more for each kind of loss, with its first place.
 std::string ReportSummary(ImportReport const& report);
+/// The same of an export.
+std::string ReportSummary(ExportReport const& report);
 
 }  // namespace norva

@@ -44,7 +44,7 @@ void AppendAligned(std::string& out, std::string const& text) {
 
 }  // namespace
 
-CValuePrinter::CValuePrinter(CNorvaFileUtil& store) : m_store(store) {
+CValuePrinter::CValuePrinter(CNorvaFileUtil& store, ValueDigits digits) : m_store(store), m_texts(digits) {
     for (int n = 0; n < store.ChannelCount; ++n) {
         int const index = store.GetFileChanIndex(n);
         if (static_cast<std::size_t>(index) >= m_channels.size())

@@ -10,7 +10,7 @@ namespace norva {
 /// Values of a store as the programs show them.
 class CValuePrinter {
 public:
-    explicit CValuePrinter(CNorvaFileUtil& store);
+    explicit CValuePrinter(CNorvaFileUtil& store, ValueDigits digits = ValueDigits::AsFormatted);
 
     /// The title and the values of a column, right-aligned, as the channel's formats say; "*" for no-data.
     void AppendTitle(std::string& out, int channel) const;

@@ -1,6 +1,5 @@
 #include "desktop_toolkit.h"
 
-#include "common/set_channels_dialog.h"
 #include "norva/scripted_toolkit.h"
 #include "qt_dialog.h"
 #include "template_buttons.h"
@@ -12,12 +11,12 @@ namespace norva {
 
 namespace {
 
-constexpr int kFormatDialog = 4063;
+constexpr char const* kFormatDialog = "Import Formats";
 
 }  // namespace
 
 bool CDesktopToolkit::ChoosePresetFormat(CDialog& dialog) {
-    if (!m_nextFormat || dialog.TemplateNumber() != kFormatDialog) return false;
+    if (!m_nextFormat || dialog.Title() != kFormatDialog) return false;
     std::string const format = *std::exchange(m_nextFormat, std::nullopt);
     std::string why;
     CControl const* const list = ResolveControl(dialog, "Formats", why);
@@ -40,7 +39,7 @@ int CDesktopToolkit::RunModal(CDialog& dialog) {
     if (m_recorder != nullptr) {
         window.onEvent = [this, &dialog, entry](DialogEvent const& event) { m_recorder->Act(entry, dialog, event); };
     }
-    if (dialog.TemplateNumber() == set_channels::kTemplate) AddTemplateButtons(window);
+    if (auto* const columns = dynamic_cast<CColumnTextDialog*>(&dialog)) AddTemplateButtons(window, *columns);
     window.exec();
     return dialog.Result();
 }

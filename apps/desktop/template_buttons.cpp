@@ -15,20 +15,20 @@ namespace norva {
 
 namespace {
 
-std::vector<std::string> const kNoMessages;
-
-void UseTemplate(CQtDialog& window, std::string const& nameOrPath) {
-    CDialogHand hand(window.Dialog(), kNoMessages);
-    hand.onEvent = window.onEvent;
+void UseTemplate(CQtDialog& window, CColumnTextDialog& dialog, std::string const& nameOrPath) {
+    std::string why;
     try {
-        ApplyTemplate(ReadTemplate(TemplatePath(nameOrPath)), hand);
+        CColumnTextDraft draft = dialog.Draft();
+        ApplyTemplate(ReadTemplate(TemplatePath(nameOrPath)), draft);
+        why = dialog.TakeSettings(draft.Settings(), window.onEvent).Text();
     } catch (CommandError const& error) {
-        QMessageBox::warning(&window, QObject::tr("Use template"), ToQString(error.what()));
+        why = error.what();
     }
+    if (!why.empty()) QMessageBox::warning(&window, QObject::tr("Use template"), ToQString(why));
     window.RefreshAll();
 }
 
-void SaveTemplate(CQtDialog& window) {
+void SaveTemplate(CQtDialog& window, CColumnTextDialog const& dialog) {
     QString const title = QObject::tr("Save as template");
     bool accepted = false;
     QString const name =
@@ -40,36 +40,34 @@ void SaveTemplate(CQtDialog& window) {
         QMessageBox::question(&window, title, QObject::tr("Replace the template %1?").arg(name)) != QMessageBox::Yes) {
         return;
     }
-    CDialogHand hand(window.Dialog(), kNoMessages);
     try {
-        WriteTemplate(path, CaptureTemplate(hand));
+        WriteTemplate(path, TemplateOf(dialog.Draft()));
     } catch (CommandError const& error) {
         QMessageBox::warning(&window, title, ToQString(error.what()));
     }
-    window.RefreshAll();
 }
 
 }  // namespace
 
-void AddTemplateButtons(CQtDialog& window) {
+void AddTemplateButtons(CQtDialog& window, CColumnTextDialog& dialog) {
     auto* const use = new QPushButton(window.WithMnemonic("Use template"));
     auto* const save = new QPushButton(window.WithMnemonic("Save as template..."));
     for (QPushButton* const button : {use, save}) button->setAutoDefault(false);
     auto* const menu = new QMenu(use);
     use->setMenu(menu);
-    QObject::connect(menu, &QMenu::aboutToShow, menu, [&window, menu] {
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [&window, &dialog, menu] {
         menu->clear();
         for (std::string const& name : TemplateNames()) {
-            menu->addAction(ToQString(name), [&window, name] { UseTemplate(window, name); });
+            menu->addAction(ToQString(name), [&window, &dialog, name] { UseTemplate(window, dialog, name); });
         }
         if (!menu->isEmpty()) menu->addSeparator();
-        menu->addAction(QObject::tr("From a file..."), [&window] {
+        menu->addAction(QObject::tr("From a file..."), [&window, &dialog] {
             QString const path = QFileDialog::getOpenFileName(&window, QObject::tr("Use template"), {},
                                                               QObject::tr("Column templates (*.json)"));
-            if (!path.isEmpty()) UseTemplate(window, path.toStdString());
+            if (!path.isEmpty()) UseTemplate(window, dialog, path.toStdString());
         });
     });
-    QObject::connect(save, &QPushButton::clicked, &window, [&window] { SaveTemplate(window); });
+    QObject::connect(save, &QPushButton::clicked, &window, [&window, &dialog] { SaveTemplate(window, dialog); });
     auto* const row = new QHBoxLayout;
     row->addWidget(use);
     row->addWidget(save);

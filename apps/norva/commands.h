@@ -25,6 +25,10 @@ private:
     std::list<std::pair<CLI::App*, CommandBody>> m_commands;
 };
 
+struct ExportOptions;
+/// The options that "export" and "convert" share.
+void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelection);
+
 void AddImportCommand(CCommands& commands);
 void AddExportCommand(CCommands& commands);
 void AddConvertCommand(CCommands& commands);

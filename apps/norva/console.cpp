@@ -71,8 +71,14 @@ void CatchInterrupts() {
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
     action.sa_flags = static_cast<int>(SA_RESETHAND);  // a second Ctrl-C ends the program at once
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before {};
+        // A program that was started by nohup goes on when its terminal hangs up.
+        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+        sigaction(signal, &action, nullptr);
+    }
+    // A file that grows beyond the limit is then an error of writing like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool WasInterrupted() {

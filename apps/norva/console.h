@@ -31,7 +31,8 @@ private:
     int m_percent = -1;
 };
 
-/// Installs the Ctrl-C handler; Interrupt() then throws Interrupted once it was pressed.
+/// From now on Ctrl-C, a closed terminal and SIGTERM let the running command clean up: ThrowIfInterrupted() then
+/// throws.
 void CatchInterrupts();
 void ThrowIfInterrupted();
 bool WasInterrupted();

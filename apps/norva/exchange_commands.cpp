@@ -1,9 +1,9 @@
 #include "commands.h"
 #include "common/command_error.h"
+#include "import_settings.h"
 #include "jobs.h"
 #include "norva/formats.h"
 #include "reports.h"
-#include "scratch_folder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -11,15 +11,11 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <set>
 
 namespace norva {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-/// The export options that "export" and "convert" share.
 void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelection) {
     if (withSelection) {
         command.add_option_function<std::string>(
@@ -31,67 +27,11 @@ void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelect
     }
     command.add_flag("--label-as-channel", options.labelAsChannel, "Write the line's name in a column of its own");
     command.add_flag("--point-id", options.pointId, "Write a point number in a column of its own");
+    command.add_flag("--full-digits", options.fullDigits,
+                     "Write as many digits as a number needs to read back the same (XYZ text and worksheets)");
     command.add_flag("--force", options.force, "Replace existing files; write sheets too large for their readers");
     command.add_flag("--units,!--no-units", options.units, "Keep the units in the column titles (default)");
 }
-
-struct ConvertJob {
-    std::vector<std::string> paths;
-    std::string extension;  ///< given by --to
-    bool quiet = false;
-    ImportOptions import;
-    ExportOptions output;
-};
-
-void ConvertOne(std::string const& input, std::string const& output, ConvertJob const& job,
-                CScratchFolder const& scratch, CConsole& console) {
-    RequireFree(output, job.output.force);
-    std::string const store = scratch.StorePath(input);
-    RunImport(input, store, job.import, console);
-    RunExport(store, output, job.output, console);
-    console.Say(output + ": " + StoreSummary(store));
-    std::error_code error;
-    fs::remove(store, error);
-}
-
-/// Goes on after a bad file and sums up at the end.
-int RunConvert(ConvertJob const& job) {
-    CConsole console(job.quiet);
-    std::vector<std::string> inputs = job.paths;
-    std::string const target = inputs.back();
-    inputs.pop_back();
-    bool const intoFolder = fs::is_directory(target) || inputs.size() > 1 || !job.extension.empty();
-    std::error_code error;
-    if (intoFolder && !fs::is_directory(target) && !fs::create_directory(target, error)) {
-        throw CommandError(target + ": " + (error ? error.message() : "is no folder"), kExitUsage);
-    }
-    std::string const extension = "." + (job.extension.empty() ? "xyz" : job.extension);
-
-    CScratchFolder const scratch;
-    std::vector<std::string> failed;
-    std::set<std::string> outputs;
-    for (std::string const& input : inputs) {
-        std::string const output =
-            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + extension : WrittenPath(target);
-        try {
-            if (!outputs.insert(output).second) throw CommandError(input + ": another file became " + output);
-            ConvertOne(input, output, job, scratch, console);
-        } catch (CommandError const& error) {
-            if (!intoFolder || error.Status() == kExitUsage) throw;
-            console.Complain(error.what());
-            failed.push_back(input);
-        }
-    }
-    if (intoFolder) {
-        std::string summary =
-            std::to_string(inputs.size() - failed.size()) + " of " + std::to_string(inputs.size()) + " files converted";
-        for (std::string const& input : failed) summary += "\n  failed: " + input;
-        console.Say(summary);
-    }
-    return failed.empty() ? kExitDone : kExitFailed;
-}
-
-}  // namespace
 
 void AddFormatsCommand(CCommands& commands) {
     auto const json = std::make_shared<bool>(false);
@@ -104,7 +44,7 @@ void AddFormatsCommand(CCommands& commands) {
                 label.resize(std::max<std::size_t>(label.size(), 28), ' ');
                 text += "  " + label + files + "\n";
             };
-            for (ImportFormatInfo const& format : ListImportFormats(kHighestLevel)) {
+            for (ImportFormatInfo const& format : ListImportFormats(kEveryFormat)) {
                 imports.push_back({{"code", format.code}, {"label", format.label}, {"filter", format.filter}});
                 add(format.label, format.filter.substr(0, format.filter.find('|')));
             }
@@ -131,6 +71,7 @@ void AddImportCommand(CCommands& commands) {
         bool quiet = false;
         std::string saveTemplate;
         std::string report;
+        std::size_t places = ReportFinding::kUsualPlaces;
         bool strict = false;
         ImportOptions options;
         CLI::App const* command = nullptr;
@@ -143,26 +84,33 @@ void AddImportCommand(CCommands& commands) {
             CConsole console(job->quiet);
             if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
             job->store = WrittenPath(job->store);
-            RequireFree(job->store, job->force);
+            RequireFree(job->store, job->force, job->input);
             std::string const templatePath = job->saveTemplate.empty() ? "" : TemplatePath(job->saveTemplate);
-            if (!templatePath.empty()) RequireFree(templatePath, job->force);
-            if (!job->report.empty()) RequireReportPath(job->report, job->force);
-            ColumnTemplate chosen;
-            RunImport(job->input, job->store, job->options, console, &chosen);
+            if (!templatePath.empty()) RequireFree(templatePath, job->force, job->input);
+            if (!job->report.empty()) RequireReportPath(job->report, job->force, job->input);
+            ImportOutcome const outcome = RunImport(
+                {job->input, job->store, job->options, !templatePath.empty(), !job->report.empty(), job->places},
+                console);
             console.Say(job->store + ": " + StoreSummary(job->store));
             if (!templatePath.empty()) {
-                if (chosen.columns.empty()) throw CommandError(templatePath + ": this format has no column template");
-                WriteTemplate(templatePath, chosen);
+                if (!outcome.columns) throw CommandError(templatePath + ": this format has no column template");
+                WriteTemplate(templatePath, *outcome.columns);
                 console.Say(templatePath + ": written");
             }
-            return TellReport({job->report, job->strict, ImportOptionWords(*job->command)}, chosen, console);
+            TellSummary(outcome.report, job->strict, console);
+            if (!job->report.empty()) {
+                WriteReport(job->report, outcome, ImportOptionWords(*job->command));
+                console.Say(job->report + ": written");
+            }
+            return job->strict && HasLoss(outcome.report) ? kExitLoss : kExitDone;
         });
     job->command = &command;
     command.add_option("INPUT", job->input, "File to import")->required();
     command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
     command.add_flag("--force", job->force, "Replace an existing store or template");
-    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    command.add_flag("--quiet", job->quiet, "Say only what went wrong, losses among it");
     command.add_option("--report", job->report, "Write what became of every line and value (.json or .html)");
+    AddPlacesOption(command, job->places);
     command.add_flag("--strict", job->strict,
                      "Exit with status " + std::to_string(kExitLoss) +
                          " when anything was lost or changed; the store is made all the same");
@@ -178,6 +126,7 @@ void AddExportCommand(CCommands& commands) {
         std::string store;
         std::string output;
         bool quiet = false;
+        bool strict = false;
         ExportOptions options;
     };
     auto const job = std::make_shared<Job>();
@@ -187,28 +136,18 @@ void AddExportCommand(CCommands& commands) {
             CConsole console(job->quiet);
             job->output = WrittenPath(job->output);
             RequireFree(job->output, job->options.force);
-            RunExport(job->store, job->output, job->options, console);
+            ExportReport const report = RunExport(job->store, job->output, job->options, console);
             console.Say(job->output + ": written");
-            return kExitDone;
+            TellSummary(report, job->output, job->strict, console);
+            return job->strict && report.LossCount() > 0 ? kExitLoss : kExitDone;
         });
     command.add_option("STORE", job->store, "Store to read")->required();
     command.add_option("OUTPUT", job->output, "File to write")->required();
-    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
+    command.add_flag("--strict", job->strict,
+                     "Exit with status " + std::to_string(kExitLoss) +
+                         " when a value does not read back from the file; the file is made all the same");
+    command.add_flag("--quiet", job->quiet, "Say only what went wrong, losses among it");
     AddExportOptions(command, job->options, true);
-}
-
-void AddConvertCommand(CCommands& commands) {
-    auto const job = std::make_shared<ConvertJob>();
-    CLI::App& command =
-        commands.Add("convert", "Import files and write them out in another format, without keeping the store",
-                     "norva convert survey.csv survey.xyz\n  norva convert *.gpx folder --to xyz",
-                     [job] { return RunConvert(*job); });
-    command.add_option("PATHS", job->paths, "INPUT OUTPUT, or INPUT... FOLDER")->required()->expected(2, -1);
-    command.add_option("--to", job->extension,
-                       "Extension of the files made in FOLDER, which is made if it is missing (default: xyz)");
-    command.add_flag("--quiet", job->quiet, "Say only what went wrong");
-    AddImportOptions(command, job->import);
-    AddExportOptions(command, job->output, false);
 }
 
 }  // namespace norva

@@ -1,5 +1,8 @@
 #include "import_options.h"
 
+#include "common/command_error.h"
+#include "common/names.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -14,9 +17,7 @@ constexpr std::array<std::string_view, 4> kRecordFormats = {"int32", "int16", "d
 
 template <std::size_t N>
 std::string ListOf(std::array<std::string_view, N> const& names) {
-    std::string text;
-    for (std::string_view const name : names) text += (text.empty() ? "" : ", ") + std::string(name);
-    return text;
+    return norva::ListOf(std::vector<std::string>(names.begin(), names.end()));
 }
 
 template <std::size_t N>
@@ -108,93 +109,106 @@ std::vector<RecordField> ParseRecordOption(std::string const& text) {
 }
 
 void AddImportOptions(CLI::App& command, ImportOptions& options) {
+    using Kinds = std::vector<SettingsKind>;
+    Kinds const columns = {SettingsKind::ColumnText};
+    Kinds const fields = {SettingsKind::ColumnText, SettingsKind::SeaSpy};
+    Kinds const gbn = {SettingsKind::Gbn};
+    Kinds const records = {SettingsKind::Records};
+    Kinds const dumps = {SettingsKind::Cg3};
+    std::string group;
+    auto const declare = [&](CLI::Option* option, Kinds const& kinds) {
+        option->group(group);
+        options.declared.push_back({option, kinds});
+        return option;
+    };
+    auto const names = [&](char const* name, std::vector<std::string>& list, char const* help, Kinds const& kinds) {
+        declare(command.add_option_function<std::string>(
+                    name, [&list](std::string const& text) { list = SplitNames(text); }, help),
+                kinds);
+    };
     command.add_option("--format", options.format,
-                       "Format as 'norva formats' names it (default: recognised from the file)");
+                       "Format: a label of 'norva formats' or a word of it, such as csv (default: recognised from the "
+                       "file)");
 
-    std::string const text = "Column text";
-    command
-        .add_option("--template", options.columnTemplate,
-                    "Column template (a name, see 'norva template', or a .json file); the other options come after it")
-        ->group(text);
-    command.add_option("--skip", options.skip, "Rows to skip at the top (non-empty lines)")
-        ->check(CLI::NonNegativeNumber)
-        ->group(text);
-    command
-        .add_option("--header-line", options.headerLine,
-                    "Name the columns from this line (1 is the file's first non-empty line)")
-        ->check(CLI::PositiveNumber)
-        ->group(text);
-    command
-        .add_option("--label-column", options.labelColumn,
-                    "Column (1-based number or name) whose changes start a new line")
-        ->group(text);
-    command
-        .add_option_function<std::string>(
-            "--delimiters",
-            [&options](std::string const& text) {
-                options.delimiters = text;
-                std::size_t const tab = text.find("\\t");  // a tab is hard to type
-                if (tab != std::string::npos) options.delimiters.replace(tab, 2, "\t");
-            },
-            "Characters that separate the names of the header line, e.g. ';' or ',\\t'")
-        ->group(text);
-    command
-        .add_option_function<std::vector<std::string>>(
-            "--column",
-            [&options](std::vector<std::string> const& texts) {
-                for (std::string const& one : texts) options.columns.push_back(ParseColumnOption(one));
-            },
-            "C:type=double,name=Mag,units=nT with C a 1-based number or a name; type: " + ListOf(kColumnTypes) +
-                "; also template=DD/MM/YYYY and width=8 (repeatable)")
-        ->expected(1)
-        ->take_all()
-        ->group(text);
+    group = "Column text (XYZ, CSV, GEM, CG5, IPR_12, GPX; templates and --column for SeaSPY too)";
+    declare(command.add_option(
+                "--template", options.columnTemplate,
+                "Column template (a name, see 'norva template', or a .json file); the other options come after it"),
+            fields);
+    declare(
+        command.add_option("--skip", options.skip, "Lines with text to skip at the top")->check(CLI::NonNegativeNumber),
+        columns);
+    declare(command
+                .add_option("--header-line", options.headerLine,
+                            "Name the columns from this line (1 is the file's first line with text)")
+                ->check(CLI::PositiveNumber),
+            columns);
+    declare(command.add_option("--label-column", options.labelColumn,
+                               "Column (name, or number from 1) whose changes start a new line"),
+            columns);
+    declare(command.add_option_function<std::string>(
+                "--delimiters",
+                [&options](std::string const& text) {
+                    options.delimiters = text;
+                    std::size_t const tab = text.find("\\t");  // a tab is hard to type
+                    if (tab != std::string::npos) options.delimiters.replace(tab, 2, "\t");
+                },
+                "Characters that separate the names of the header line, e.g. ';' or ',\\t'"),
+            columns);
+    declare(command
+                .add_option_function<std::vector<std::string>>(
+                    "--column",
+                    [&options](std::vector<std::string> const& texts) {
+                        for (std::string const& one : texts) options.columns.push_back(ParseColumnOption(one));
+                    },
+                    "C:type=double,name=Mag,units=nT with C a name, or a number from 1; type: " + ListOf(kColumnTypes) +
+                        "; also template=DD/MM/YYYY and width=8 (repeatable; also GBN)")
+                ->expected(1)
+                ->take_all(),
+            {SettingsKind::ColumnText, SettingsKind::SeaSpy, SettingsKind::Gbn});
 
-    std::string const gbn = "GBN";
-    command
-        .add_option_function<std::string>(
-            "--lines", [&options](std::string const& names) { options.keepLines = SplitNames(names); },
-            "Lines to keep, names separated by commas")
-        ->group(gbn);
-    command
-        .add_option_function<std::string>(
-            "--channels", [&options](std::string const& names) { options.keepChannels = SplitNames(names); },
-            "Channels to keep, names separated by commas")
-        ->group(gbn);
+    group = "GBN";
+    names("--lines", options.keepLines, "Lines to keep: names, or numbers from 1, separated by commas", gbn);
+    names("--channels", options.keepChannels, "Channels to keep: names, or numbers from 1, separated by commas", gbn);
 
-    std::string const binary = "Fixed binary records";
-    command
-        .add_option_function<std::string>(
-            "--record", [&options](std::string const& layout) { options.record = ParseRecordOption(layout); },
-            "Layout: \"X:double,Mag:float>double:nT\" (name, read format, stored format, units); formats: " +
-                ListOf(kRecordFormats))
-        ->group(binary);
-    command.add_option("--points-per-line", options.pointsPerLine, "Records of one line (default: all)")
-        ->check(CLI::PositiveNumber)
-        ->group(binary);
-    command.add_option("--records", options.records, "Records to import (default: all)")
-        ->check(CLI::PositiveNumber)
-        ->group(binary);
-    command.add_flag("!--no-fiducial", options.fiducial, "Leave the fiducial channel out (also GBN)")->group(binary);
-    command.add_option("--frequency", options.frequency, "Sampling frequency of the fiducial channel in Hz")
-        ->check(CLI::PositiveNumber)
-        ->group(binary);
+    group = "Fixed binary records";
+    declare(command.add_option_function<std::string>(
+                "--record", [&options](std::string const& layout) { options.record = ParseRecordOption(layout); },
+                "Layout: \"X:double,Mag:float>double:nT\" (name, read format, stored format, units); formats: " +
+                    ListOf(kRecordFormats)),
+            records);
+    declare(command.add_option("--points-per-line", options.pointsPerLine, "Records of one line (default: all)")
+                ->check(CLI::PositiveNumber),
+            records);
+    declare(command.add_option("--records", options.records, "Records to import (default: all)")
+                ->check(CLI::PositiveNumber),
+            records);
+    declare(command.add_flag("!--no-fiducial", options.fiducial, "Leave the fiducial channel out (also GBN)"),
+            {SettingsKind::Records, SettingsKind::Gbn});
+    declare(command.add_option("--frequency", options.frequency, "Sampling frequency of the fiducial channel in Hz")
+                ->check(CLI::PositiveNumber),
+            records);
 
-    std::string const dumps = "Instrument dumps";
-    command
-        .add_option_function<std::string>(
-            "--columns", [&options](std::string const& names) { options.dumpColumns = SplitNames(names); },
-            "CG3: columns to import, titles separated by commas")
-        ->group(dumps);
-    command.add_option("--date-format", options.dateFormat, "CG3: date format, e.g. YY/MM/DD")->group(dumps);
-    command.add_option("--time-format", options.timeFormat, "CG3: time format, e.g. HH:MM:SS")->group(dumps);
-    command.add_flag("--sort,!--no-sort", options.sortByTime, "CG3: sort by the time channel (default)")->group(dumps);
-    command
-        .add_option_function<std::string>(
-            "--interpolated", [&options](std::string const& answer) { options.interpolated = answer == "yes"; },
-            "SeaSPY: import interpolated coordinates")
-        ->check(CLI::IsMember({"yes", "no"}))
-        ->group(dumps);
+    group = "Instrument dumps";
+    names("--columns", options.dumpColumns, "CG3: columns to import: titles, or numbers from 1, separated by commas",
+          dumps);
+    declare(command.add_option("--date-format", options.dateFormat, "CG3: date format, e.g. YY/MM/DD"), dumps);
+    declare(command.add_option("--time-format", options.timeFormat, "CG3: time format, e.g. HH:MM:SS"), dumps);
+    declare(command.add_flag("--sort,!--no-sort", options.sortByTime, "CG3: sort by the time channel (default)"),
+            dumps);
+    declare(command
+                .add_option_function<std::string>(
+                    "--interpolated", [&options](std::string const& answer) { options.interpolated = answer == "yes"; },
+                    "SeaSPY: import interpolated coordinates")
+                ->check(CLI::IsMember({"yes", "no"})),
+            {SettingsKind::SeaSpy});
+}
+
+void RequireApplicable(ImportOptions const& options, SettingsKind kind, std::string const& format) {
+    for (ImportOptions::Declared const& one : options.declared) {
+        if (one.option->count() == 0 || std::ranges::find(one.kinds, kind) != one.kinds.end()) continue;
+        throw CommandError(one.option->get_name() + " has no meaning for the format \"" + format + "\"", kExitUsage);
+    }
 }
 
 std::vector<std::string> ImportOptionWords(CLI::App const& command) {
@@ -221,6 +235,7 @@ ImportOptions ParseImportOptions(std::vector<std::string> words) {
     AddImportOptions(command, options);
     std::ranges::reverse(words);  // as the parser takes them
     command.parse(std::move(words));
+    options.declared.clear();  // they go with the command
     return options;
 }
 

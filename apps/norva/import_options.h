@@ -1,7 +1,10 @@
 #pragma once
 
+#include "norva/settings.h"
+
 #include <CLI/CLI.hpp>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,9 +29,9 @@ struct RecordField {
     std::string units;
 };
 
-/// What a person could set in the import dialogs.
+/// What a command line says of an import.
 struct ImportOptions {
-    std::string format;  ///< label in the format list; empty: recognised
+    std::string format;  ///< as typed; empty: recognised
     // Column text.
     std::string columnTemplate;  ///< name or path; applied before the other options
     std::optional<int> skip{};
@@ -42,19 +45,28 @@ struct ImportOptions {
     std::vector<std::string> dumpColumns;
     std::string dateFormat;
     std::string timeFormat;
-    std::optional<bool> sortByTime{};
+    bool sortByTime = true;
     // Fixed binary records.
     std::vector<RecordField> record;
-    std::optional<long> pointsPerLine{};
-    std::optional<long> records{};
+    std::optional<std::int64_t> pointsPerLine{};
+    std::optional<std::int64_t> records{};
     bool fiducial = true;
     std::optional<int> frequency{};
     // SeaSPY.
     std::optional<bool> interpolated{};
+
+    /// Options of certain formats only, and which; of the command that they were declared on.
+    struct Declared {
+        CLI::Option const* option;
+        std::vector<SettingsKind> kinds;
+    };
+    std::vector<Declared> declared;
 };
 
 /// Declares the import options on a subcommand. `options` must outlive the parse.
 void AddImportOptions(CLI::App& command, ImportOptions& options);
+/// Throws CommandError for a given option that a format has no use for.
+void RequireApplicable(ImportOptions const& options, SettingsKind kind, std::string const& format);
 
 /// The import options that a parsed command was given, as words of a command line.
 std::vector<std::string> ImportOptionWords(CLI::App const& command);

@@ -1,6 +1,6 @@
 #include "commands.h"
 #include "common/command_error.h"
-#include "import_options.h"
+#include "import_settings.h"
 #include "jobs.h"
 #include "norva/file_description.h"
 #include "norva/file_util.h"
@@ -165,14 +165,12 @@ int RunInfo(InfoJob const& job) {
     nlohmann::ordered_json json;
     if (job.settings.format.empty() && job.settings.record.empty() && IsStore(job.path)) {
         CNorvaFileUtil store;
-        if (store.SetFileName(job.path, kReopenStore, nullptr) == 0) {
-            throw CommandError(job.path + ": " + GetLastErrorText());
-        }
+        OpenStore(store, job.path);
         if (!job.json) PrintStore(store);
         if (job.json) json = StoreJson(store);
     } else {
         DescriptionSettings settings = job.settings;
-        if (!settings.format.empty()) settings.format = FormatLabel(settings.format);
+        if (!settings.format.empty()) settings.format = FindFormat(settings.format).label;
         FileDescription description;
         if (DescribeFile(job.path, settings, description) == 0) throw CommandError(GetLastErrorText());
         if (!job.json) PrintDescription(description);
@@ -193,7 +191,7 @@ void AddInfoCommand(CCommands& commands) {
     command.add_option("FILE", job->path, "File to look at")->required();
     command.add_flag("--json", job->json, "Print JSON");
     command.add_option("--format", job->settings.format,
-                       "Format as 'norva formats' names it (default: recognised from the file)");
+                       "Format: a label of 'norva formats' or a word of it (default: recognised from the file)");
     command.add_option_function<std::string>(
         "--record",
         [job](std::string const& layout) {

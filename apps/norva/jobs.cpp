@@ -1,25 +1,20 @@
 #include "jobs.h"
 
 #include "common/command_error.h"
+#include "common/names.h"
 #include "common/report_text.h"
+#include "import_settings.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 
 #include <unistd.h>
+
+#include <cstdio>
 #include <filesystem>
 
 namespace norva {
 
 namespace {
-
-/// What the operation said last, or why it failed in silence.
-[[noreturn]] void Fail(CCommandToolkit const& toolkit, std::string const& what) {
-    ThrowIfInterrupted();
-    if (!toolkit.WhyFailed().empty()) throw CommandError(what + ": " + toolkit.WhyFailed());
-    std::string const reason = GetLastErrorText();
-    bool const said = !toolkit.Messages().empty() && (reason.empty() || toolkit.Messages().back() == reason);
-    throw CommandError(what + ": " + (said || reason.empty() ? "failed" : reason));
-}
 
 std::string FullPathOf(std::string const& path) {
     std::error_code error;
@@ -27,84 +22,139 @@ std::string FullPathOf(std::string const& path) {
     return error ? path : full.string();
 }
 
-std::string FormatOf(std::string const& input, ImportOptions const& options, CConsole& console) {
-    if (!options.format.empty()) return FormatLabel(options.format);
-    RecognizedFormat const format = RecognizeImportFormat(input);
-    if (format.code == 0) throw CommandError(input + ": " + format.reason);
-    console.Say(input + ": read as " + format.label + ", because " + format.reason);
-    return format.label;
+/// A text of the library about the file at `path`, for a person who calls it `name`.
+std::string Named(std::string text, std::string const& path, std::string const& name) {
+    std::string const full = FullPathOf(path);
+    if (std::size_t const at = text.find(full); full != name && at != std::string::npos) {
+        text.replace(at, full.size(), name);
+    }
+    return text.find(name) == std::string::npos ? name + ": " + text : text;
+}
+
+/// Ends the command with a failure; what else the library said is shown before it.
+void Conclude(Status const& status, std::vector<std::string> const& messages, std::string const& path,
+              std::string const& name, CConsole& console) {
+    if (status.IsCancelled()) ThrowIfInterrupted();
+    std::string const failure = status.Text();
+    for (std::string const& text : messages) {
+        if (status || failure.find(text) == std::string::npos) console.Complain(Named(text, path, name));
+    }
+    if (!status) throw CommandError(Named(failure, path, name));
+}
+
+ProgressCallback ProgressOf(CConsole& console) {
+    return [&console](ExchangeProgress const& progress) {
+        console.JobPercent(progress.percent);
+        return !WasInterrupted();
+    };
+}
+
+ImportFormatInfo FormatOf(ImportTask const& task, CConsole& console) {
+    if (!task.options.format.empty()) return FindFormat(task.options.format);
+    RecognizedFormat const format = RecognizeImportFormat(task.input);
+    if (format.code == 0) throw CommandError(task.input + ": " + format.reason);
+    console.Say(task.input + ": read as " + format.label + ", because " + format.reason);
+    return FindFormat(format.label);
+}
+
+/// What becomes of coordinates that a log has interpolated, where no option says it.
+bool AskForInterpolated(std::string const& input, CConsole& console) {
+    if (isatty(STDIN_FILENO) != 1 || isatty(STDERR_FILENO) != 1 || console.Quiet()) {
+        console.Say(input + ": interpolated coordinates are left out (--interpolated yes keeps them)");
+        return false;
+    }
+    console.Complain("import interpolated coordinates if there are any? [y/N]");
+    int const answer = std::getchar();
+    return answer == 'y' || answer == 'Y';
 }
 
 }  // namespace
 
-std::string FormatLabel(std::string const& wanted) {
-    std::vector<std::string> labels;
-    for (ImportFormatInfo const& format : ListImportFormats(kHighestLevel)) labels.push_back(format.label);
-    return labels[static_cast<std::size_t>(FindNamed(labels, wanted, 1, "format"))];
-}
-
-void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
-               ColumnTemplate* chosen) {
-    CCommandToolkit toolkit(console, input);
-    std::string const format = FormatOf(input, options, console);
-    toolkit.SetOpenPath(FullPathOf(input));
-    toolkit.SetSavePath(FullPathOf(store));
-    toolkit.OnDialog(4063, [&](CDialogHand& hand) { ChooseFormat(hand, format); });
-    toolkit.OnDialog(4003, [&](CDialogHand& hand) { SetColumns(hand, options, chosen); });
-    toolkit.OnDialog(4060, [&](CDialogHand& hand) { SetDelimiters(hand, options.delimiters); });
-    toolkit.OnDialog(4004, [&](CDialogHand& hand) { SetRecordLayout(hand, options, input); });
-    toolkit.OnDialog(4059, [&](CDialogHand& hand) { ChooseGbnContents(hand, options); });
-    toolkit.OnDialog(4062, [&](CDialogHand& hand) { ChooseDumpColumns(hand, options); });
-    toolkit.OnQuestion("Do you want to change the column labels?", true);
-    bool interpolated = options.interpolated.value_or(false);
-    if (!options.interpolated && format.starts_with("SeaSPY")) {
-        if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1 && !console.Quiet()) {
-            console.Complain("import interpolated coordinates if there are any? [y/N]");
-            int const answer = std::getchar();
-            interpolated = answer == 'y' || answer == 'Y';
-        } else {
-            console.Say(input + ": interpolated coordinates are left out (--interpolated yes keeps them)");
+ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
+    ImportFormatInfo const format = FormatOf(task, console);
+    ChosenSettings chosen = SettingsFrom(task.options, format, task.input, task.keepsColumns);
+    if (chosen.mayInterpolate) {
+        std::get<SeaSpySettings>(chosen.settings).interpolated = AskForInterpolated(task.input, console);
+    }
+    ImportRequest request{.inputPath = task.input, .storePath = FullPathOf(task.store)};
+    request.format = format.label;
+    request.settings = std::move(chosen.settings);
+    request.checksum = task.hashesSource;
+    request.places = task.places;
+    ImportOutcome outcome = RunImport(std::move(request), task.input, console);
+    outcome.columns = std::move(chosen.columns);
+    if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings)) {
+        int const skip = BetterSkip(outcome.report, *text, format, task.input);
+        if (skip > 0) {
+            console.Complain(task.input + ": most rows have more values than the first one; try --skip " +
+                             std::to_string(skip));
         }
     }
-    toolkit.OnQuestion("interpolated coordinates", interpolated);
-
-    CNorvaFileUtil target;
-    std::string name;
-    CWindow owner;
-    int result = 0;
-    {
-        CToolkitScope const scope(toolkit);
-        console.BeginJob("Importing " + input);
-        result = Import_Data_File(&target, name, &owner, kHighestLevel);
-        console.EndJob();
-    }
-    if (result != 1 || !toolkit.WhyFailed().empty()) Fail(toolkit, input);
+    return outcome;
 }
 
-void RunExport(std::string const& store, std::string const& output, ExportOptions const& options, CConsole& console) {
-    CNorvaFileUtil source;
-    if (source.SetFileName(store, kReopenStore, nullptr) == 0) {
-        throw CommandError(store + ": " + GetLastErrorText());
-    }
-    CCommandToolkit toolkit(console, output);
-    toolkit.SetSavePath(FullPathOf(output));
-    toolkit.OnDialog(4000, [&](CDialogHand& hand) { ChooseExport(hand, options); });
-    toolkit.OnQuestion("Do you want to write it?", options.force);
-    std::string newName;
-    CWindow owner;
-    int result = 0;
+ImportOutcome RunImport(ImportRequest request, std::string const& name, CConsole& console) {
+    request.replace = true;  // what may not be replaced was refused before
+    request.progress = ProgressOf(console);
+    ImportResult result;
+    console.BeginJob("Importing " + name);
+    Status const status = ImportFile(request, result);
+    console.EndJob();
+    Conclude(status, result.messages, request.inputPath, name, console);
+    return {std::move(result.report), std::move(result.settings)};
+}
+
+ExportReport RunExport(std::string const& store, std::string const& output, ExportOptions const& options,
+                       CConsole& console) {
+    ExportRequest request{.storePath = store, .outputPath = FullPathOf(output)};
+    request.settings.labelAsChannel = options.labelAsChannel;
+    request.settings.pointId = options.pointId;
+    request.settings.units = options.units;
+    request.settings.fullDigits = options.fullDigits;
+    request.settings.writeOversized = options.force;
     {
-        CToolkitScope const scope(toolkit);
-        console.BeginJob("Writing " + output);
-        result = Export_Data_File(&source, FullPathOf(output), newName, &owner);
-        console.EndJob();
+        CNorvaFileUtil source;
+        OpenStore(source, store);
+        if (!options.lines.empty()) {
+            request.settings.lines = FindListed(LineNames(source), options.lines, 0, "line");
+        }
+        if (!options.channels.empty()) {
+            request.settings.channels = FindListed(ChannelNames(source), options.channels, 0, "channel");
+        }
     }
-    if (result != 1 || !toolkit.WhyFailed().empty()) Fail(toolkit, output);
+    request.replace = true;
+    request.progress = ProgressOf(console);
+    ExportResult result;
+    console.BeginJob("Writing " + output);
+    Status const status = ExportStore(request, result);
+    console.EndJob();
+    Conclude(status, result.messages, output, output, console);
+    return std::move(result.report);
+}
+
+void OpenStore(CNorvaFileUtil& store, std::string const& path) {
+    if (store.SetFileName(path, kReopenStore, nullptr) == 0) throw CommandError(path + ": " + GetLastErrorText());
+}
+
+std::vector<std::string> LineNames(CNorvaFileUtil& store) {
+    std::vector<std::string> names;
+    for (int profile = 0; profile < store.ProfileCount; ++profile) {
+        long locations = 0;
+        int flag = 0;
+        store.GetProfileInfo(profile, names.emplace_back(), locations, flag);
+    }
+    return names;
+}
+
+std::vector<std::string> ChannelNames(CNorvaFileUtil& store) {
+    std::vector<std::string> names;
+    for (int n = 0; n < store.ChannelCount; ++n) names.push_back(store.GetChannelName(store.GetFileChanIndex(n)));
+    return names;
 }
 
 std::string StoreSummary(std::string const& store) {
     CNorvaFileUtil file;
-    if (file.SetFileName(store, kReopenStore, nullptr) == 0) throw CommandError(store + ": " + GetLastErrorText());
+    OpenStore(file, store);
     std::uint64_t locations = 0;
     for (int profile = 0; profile < file.ProfileCount; ++profile) {
         locations += static_cast<std::uint64_t>(file.GetProfileLocationNum(profile, 0));
@@ -119,9 +169,12 @@ std::string WrittenPath(std::string const& path) {
     return isWhole ? path : path + ".nvt";
 }
 
-void RequireFree(std::string const& path, bool force) {
+void RequireFree(std::string const& path, bool force, std::string const& source) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) throw CommandError(path + ": is a folder");
+    if (!source.empty() && std::filesystem::equivalent(path, source, error)) {
+        throw CommandError(path + ": is the input itself, which is not replaced");
+    }
     if (!force && std::filesystem::exists(path, error)) {
         throw CommandError(path + ": exists already (--force replaces it)");
     }

@@ -1,26 +1,56 @@
 #pragma once
 
+#include "common/column_template.h"
 #include "console.h"
-#include "dialog_drivers.h"
 #include "import_options.h"
+#include "norva/exchange.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace norva {
 
-/// Level of the format list that offers every format once.
-inline constexpr int kHighestLevel = 1;
+struct ImportTask {
+    std::string input;
+    std::string store;
+    ImportOptions const& options;
+    bool keepsColumns = false;                         ///< the choices for the columns are wanted, for a template
+    bool hashesSource = false;                         ///< the report is to have the source's SHA-256
+    std::size_t places = ReportFinding::kUsualPlaces;  ///< of each finding that the report names
+};
 
-/// The label in the format list of a format named in any case or by its number from 1; throws CommandError.
-std::string FormatLabel(std::string const& wanted);
+struct ImportOutcome {
+    ImportReport report{};
+    ImportSettings settings{};
+    std::optional<ColumnTemplate> columns{};  ///< of a text
+};
 
-/// Imports `input` into a new store through the library's own dialogs; throws CommandError. `chosen`, unless null,
-/// receives the choices of the column dialog; it has no columns when there was none.
-void RunImport(std::string const& input, std::string const& store, ImportOptions const& options, CConsole& console,
-               ColumnTemplate* chosen = nullptr);
+/// Imports a file into a new store; throws CommandError.
+ImportOutcome RunImport(ImportTask const& task, CConsole& console);
+/// The same by settings instead of options; `format` is a label. Messages name the source as `name`.
+ImportOutcome RunImport(ImportRequest request, std::string const& name, CConsole& console);
+
+/// What to write, in output order; empty lists mean all.
+struct ExportOptions {
+    std::vector<std::string> lines;
+    std::vector<std::string> channels;
+    bool labelAsChannel = false;
+    bool pointId = false;
+    bool units = true;
+    bool fullDigits = false;
+    bool force = false;  ///< replace an older file; write a sheet that its readers cannot hold whole
+};
 
 /// Exports the store file to `output`, whose extension names the type; throws CommandError.
-void RunExport(std::string const& store, std::string const& output, ExportOptions const& options, CConsole& console);
+ExportReport RunExport(std::string const& store, std::string const& output, ExportOptions const& options,
+                       CConsole& console);
+
+/// Opens a store file for reading and marking; throws CommandError.
+void OpenStore(CNorvaFileUtil& store, std::string const& path);
+/// Names of its lines, and of its channels in their order.
+std::vector<std::string> LineNames(CNorvaFileUtil& store);
+std::vector<std::string> ChannelNames(CNorvaFileUtil& store);
 
 /// "5 lines, 10 channels, 296 locations" of a store file.
 std::string StoreSummary(std::string const& store);
@@ -29,7 +59,7 @@ std::string StoreSummary(std::string const& store);
 /// be refused.
 std::string WrittenPath(std::string const& path);
 
-/// Throws CommandError when `path` exists and may not be replaced, or is a folder.
-void RequireFree(std::string const& path, bool force);
+/// Throws CommandError when `path` exists and may not be replaced, or is a folder, or is the file `source` itself.
+void RequireFree(std::string const& path, bool force, std::string const& source = {});
 
 }  // namespace norva

@@ -41,8 +41,7 @@ std::string ManualOf(CLI::App const& app) {
                        ".SH SYNOPSIS\n\\fBnorva\\fR \\fICOMMAND\\fR [\\fIOPTIONS\\fR] ...\n"
                        ".SH DESCRIPTION\n" +
                        Plain(app.get_description()) +
-                       "\nThe library's dialogs are answered from the options; what is not given is what the dialog "
-                       "proposes.\n.SH OPTIONS\n";
+                       "\nWhat no option says is chosen as the desktop program would propose it.\n.SH OPTIONS\n";
     AddOptions(page, app);
     page += ".SH COMMANDS\n";
     for (CLI::App const* const command : app.get_subcommands([](CLI::App const*) { return true; })) {

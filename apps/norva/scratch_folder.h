@@ -24,6 +24,7 @@ public:
         std::error_code error;
         std::filesystem::remove_all(m_path, error);
     }
+    std::filesystem::path const& Path() const { return m_path; }
     std::string StorePath(std::string const& input) const {
         return (m_path / (std::filesystem::path(input).stem().string() + ".nvt")).string();
     }

@@ -1,7 +1,8 @@
 #include "commands.h"
 #include "common/command_error.h"
+#include "common/names.h"
 #include "common/store_values.h"
-#include "dialog_drivers.h"
+#include "jobs.h"
 #include "norva/file_util.h"
 #include "norva/import_export.h"
 
@@ -12,10 +13,6 @@
 namespace norva {
 
 namespace {
-
-void Open(CNorvaFileUtil& store, std::string const& path) {
-    if (store.SetFileName(path, kReopenStore, nullptr) == 0) throw CommandError(path + ": " + GetLastErrorText());
-}
 
 struct LineInfo {
     std::string name;
@@ -29,44 +26,22 @@ LineInfo LineOf(CNorvaFileUtil& store, int profile) {
     return line;
 }
 
-std::vector<std::string> LineNames(CNorvaFileUtil& store) {
-    std::vector<std::string> names;
-    for (int profile = 0; profile < store.ProfileCount; ++profile) names.push_back(LineOf(store, profile).name);
-    return names;
-}
-
-std::vector<std::string> ChannelNames(CNorvaFileUtil& store) {
-    std::vector<std::string> names;
-    for (int n = 0; n < store.ChannelCount; ++n) names.push_back(store.GetChannelName(store.GetFileChanIndex(n)));
-    return names;
-}
-
-/// Positions of the wanted names, all of them when none is wanted.
-std::vector<int> Chosen(std::vector<std::string> const& names, std::vector<std::string> const& wanted,
-                        std::string const& what) {
-    std::vector<int> chosen;
-    if (wanted.empty()) {
-        for (std::size_t i = 0; i < names.size(); ++i) chosen.push_back(static_cast<int>(i));
-    }
-    for (std::string const& name : wanted) chosen.push_back(FindNamed(names, name, 0, what));
-    return chosen;
-}
-
 struct ShowJob {
     std::string store;
     bool json = false;
+    bool fullDigits = false;
     std::vector<std::string> lines;
     std::vector<std::string> channels;
 };
 
 int RunShow(ShowJob const& job) {
     CNorvaFileUtil store;
-    Open(store, job.store);
-    std::vector<int> const lines = Chosen(LineNames(store), job.lines, "line");
-    std::vector<int> channels = Chosen(ChannelNames(store), job.channels, "channel");
+    OpenStore(store, job.store);
+    std::vector<int> const lines = FindListed(LineNames(store), job.lines, 0, "line");
+    std::vector<int> channels = FindListed(ChannelNames(store), job.channels, 0, "channel");
     for (int& channel : channels) channel = store.GetFileChanIndex(channel);
 
-    CValuePrinter printer(store);
+    CValuePrinter printer(store, job.fullDigits ? ValueDigits::Full : ValueDigits::AsFormatted);
     std::string out;
     if (!job.json) {
         for (int const channel : channels) printer.AppendTitle(out, channel);
@@ -90,6 +65,7 @@ int RunShow(ShowJob const& job) {
                 out += deleted ? "  (deleted)\n" : "\n";
             }
             if (out.size() > 64 * 1024) {
+                ThrowIfInterrupted();
                 std::cout.write(out.data(), static_cast<std::streamsize>(out.size()));
                 out.clear();
             }
@@ -124,7 +100,7 @@ long RowNumber(std::string_view text, long count) {
 
 int RunMark(MarkJob const& job) {
     CNorvaFileUtil store;
-    Open(store, job.store);
+    OpenStore(store, job.store);
     int const line = FindNamed(LineNames(store), job.line, 0, "line");
     if (job.rows.empty() && !job.flag) throw CommandError("mark needs --rows or --flag", kExitUsage);
     if (!job.rows.empty()) {
@@ -152,7 +128,8 @@ void AddShowCommand(CCommands& commands) {
         commands.Add("show", "Print the values of a store",
                      "norva show survey.nvt --line 1000 --channel Mag --channel Time", [job] { return RunShow(*job); });
     command.add_option("STORE", job->store, "Store to look at")->required();
-    command.add_flag("--json", job->json, "Print one JSON object a location");
+    command.add_flag("--json", job->json, "Print one JSON object per location");
+    command.add_flag("--full-digits", job->fullDigits, "Print every digit that a number needs to read back the same");
     command.add_option("--line", job->lines, "Name or number (from 0) of a line (repeatable; default: all)")
         ->expected(1)
         ->take_all();

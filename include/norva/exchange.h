@@ -36,6 +36,7 @@ struct ImportRequest {
     ImportSettings settings{};  ///< of that format's kind; the empty state: what its window would open with
     bool replace = false;       ///< a store of that name may be replaced
     bool checksum = false;      ///< also read the source for its SHA-256
+    std::size_t places = ReportFinding::kUsualPlaces;  ///< of each finding that the report keeps
     ProgressCallback progress{};
     /// A store of the host's own to fill; null: one of the library's.
     CNorvaFileUtil* store = nullptr;

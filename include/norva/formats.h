@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/api.h"
+#include "norva/settings.h"
 
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@ struct ImportFormatInfo {
     int code = 0;        ///< fixed number of the format
     std::string label;   ///< as the "Import Formats" dialog shows it
     std::string filter;  ///< of the "Import file" dialog
+    SettingsKind settings = SettingsKind::None;
 };
 
 /// What the format list offers at a level, in its order.

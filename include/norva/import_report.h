@@ -20,7 +20,7 @@ struct ReportPlace {
 
 /// How often something was found, and where first.
 struct ReportFinding {
-    static constexpr std::size_t kMostPlaces = 5;
+    static constexpr std::size_t kUsualPlaces = 5;  ///< kept where nobody asks for more or fewer
 
     std::uint64_t count = 0;
     std::vector<ReportPlace> places{};

@@ -159,6 +159,9 @@ struct GbnSettings {
 using ImportSettings =
     std::variant<std::monostate, ColumnTextSettings, SeaSpySettings, Cg3Settings, RecordSettings, GbnSettings>;
 
+/// Which settings an import takes: the place in ImportSettings.
+enum class SettingsKind { None, ColumnText, SeaSpy, Cg3, Records, Gbn };
+
 /// What an export writes, and how. Label, point number and digits are of XYZ files and worksheets, units of XYZ files;
 /// the others have no place for them.
 struct ExportSettings {

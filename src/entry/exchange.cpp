@@ -5,6 +5,7 @@
 #include "entry/quiet_toolkit.h"
 #include "entry/run_exchange.h"
 #include "exchange/exception_guard.h"
+#include "exchange/report_places.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
@@ -50,6 +51,7 @@ Status Import(ImportRequest const& request, ImportResult& result) {
     job.gravityMeterMode = format->code == ImportFormatCode::CG5 ? 1 : 0;
     job.asks = false;
     job.settings = request.settings;
+    CMostPlacesScope const places(request.places);
     if (Status status = RunImport(*format, job); !status) return status;
     result.settings = std::move(job.settings);
     result.report = std::move(job.report);

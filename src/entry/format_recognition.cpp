@@ -18,7 +18,8 @@ constexpr std::size_t kSniffBytes = 64 * 1024;
 std::vector<ImportFormatInfo> ListImportFormats(int level) {
     std::vector<ImportFormatInfo> formats;
     for (ImportFormat const* const format : OfferedImportFormats(level)) {
-        formats.push_back({static_cast<int>(format->code), std::string(format->label), std::string(format->filter)});
+        formats.push_back({static_cast<int>(format->code), std::string(format->label), std::string(format->filter),
+                           format->settings});
     }
     return formats;
 }

@@ -80,9 +80,10 @@ struct FileStart {
 /// A format that can be read: all that file filters, lists, recognition, imports and descriptions need.
 struct ImportFormat {
     ImportFormatCode code = ImportFormatCode::None;
-    std::string_view label;   ///< in the format list
-    std::string_view filter;  ///< of the "Import file" dialog
-    int lowestLevel = 0;      ///< format list level from which it is offered
+    std::string_view label;                      ///< in the format list
+    std::string_view filter;                     ///< of the "Import file" dialog
+    int lowestLevel = 0;                         ///< format list level from which it is offered
+    SettingsKind settings = SettingsKind::None;  ///< that its import takes
     bool (*sniff)(FileStart const& start) = nullptr;
     std::string_view signs;  ///< what `sniff` has seen when it says yes: "it begins with the GBN signature"
     Status (*import)(ImportJob& job) = nullptr;

@@ -1,6 +1,7 @@
 #include "norva/import_report.h"
 
 #include "exchange/report_draft.h"
+#include "exchange/report_places.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
@@ -18,6 +19,7 @@ constexpr std::size_t kLongestText = 200;
 constexpr std::size_t kReadSize = 256 * 1024;
 
 thread_local ImportReport draft;
+thread_local std::size_t mostPlaces = ReportFinding::kUsualPlaces;
 
 }  // namespace
 
@@ -113,9 +115,19 @@ ImportReport* FinishedReport() {
     return draft.unit.empty() ? nullptr : &draft;
 }
 
+std::size_t MostPlaces() {
+    return mostPlaces;
+}
+
+CMostPlacesScope::CMostPlacesScope(std::size_t most) : m_before(std::exchange(mostPlaces, most)) {}
+
+CMostPlacesScope::~CMostPlacesScope() {
+    mostPlaces = m_before;
+}
+
 void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column, std::string_view text) {
     ++finding.count;
-    if (finding.places.size() == ReportFinding::kMostPlaces) return;
+    if (finding.places.size() >= MostPlaces()) return;
     finding.places.push_back({line, column, std::string(text.substr(0, kLongestText))});
 }
 

@@ -1,5 +1,7 @@
 #include "exchange/row_report.h"
 
+#include "exchange/report_places.h"
+
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -38,7 +40,7 @@ void CRowReport::MarkRepeatedLines() {
 }
 
 void CRowReport::Note(ReportFinding& finding, std::string_view value) {
-    if (finding.places.size() == ReportFinding::kMostPlaces) {  // where it stands need not be found
+    if (finding.places.size() >= MostPlaces()) {  // where it stands need not be found
         ++finding.count;
         return;
     }

@@ -9,34 +9,11 @@ import signal
 import struct
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 from pathlib import Path
 
-NORVA, SAMPLES = sys.argv[1], Path(sys.argv[2]).resolve()
-XYZ, CSV = SAMPLES / "survey.xyz", SAMPLES / "survey.csv"
-
-
-class Case(unittest.TestCase):
-    def setUp(self):
-        self.scratch = tempfile.TemporaryDirectory()
-        self.folder = Path(self.scratch.name)
-
-    def tearDown(self):
-        self.scratch.cleanup()
-
-    def norva(self, *arguments, status=0):
-        done = subprocess.run([NORVA, *map(str, arguments)], cwd=self.folder, capture_output=True, text=True,
-                              stdin=subprocess.DEVNULL)
-        self.assertEqual(done.returncode, status, f"{arguments}\n{done.stdout}{done.stderr}")
-        return done
-
-    def json_lines(self, *arguments):
-        return [json.loads(line) for line in self.norva(*arguments).stdout.splitlines()]
-
-    def import_xyz(self, *options):
-        self.norva("import", XYZ, "-o", "s.nvt", "--header-line", 2, "--quiet", *options)
+from case import CSV, NORVA, SAMPLES, XYZ, Case
 
 
 class Import(Case):
@@ -70,7 +47,10 @@ class Import(Case):
                          [("East m", ""), ("North m", ""), ("Mag", "nT")])
 
     def test_refusals_name_what_and_why_and_leave_nothing(self):
-        (self.folder / "empty.xyz").touch()
+        for name, content in (("empty.xyz", ""), ("dump.gz", b"\x1f\x8b\x08\0"), ("book.docx", b"PK\3\4\0"),
+                              ("book.xls", b"\xd0\xcf\x11\xe0\0"), ("twice.xyz", "/ A B B\n1 2 3\n"),
+                              ("late.xyz", "/ by hand\n/ A B C\n/\nTie 19010\n1 2 3\n4 5 6\n")):
+            self.write(name, content)
         (self.folder / "folder").mkdir()
         (self.folder / "old.nvt").write_text("old")
         (self.folder / "utf16.csv").write_bytes("Line,X\r\nL1,2\r\n".encode("utf-16"))
@@ -84,11 +64,31 @@ class Import(Case):
             ([XYZ, "-o", "no/such/folder/n.nvt"], 1, "No such file"),
             ([XYZ, "-o", "n.nvt", "--column", "Depth:type=double"], 1, "Depth"),
             ([XYZ, "-o", "n.nvt", "--format", "No Such"], 1, "No Such"),
-            ([XYZ, "-o", "n.nvt", "--header-line", "1"], 1, "Selected Header line is not appropriate"),
+            ([XYZ, "-o", "n.nvt", "--header-line", "1"], 1, "--header-line 1"),
+            (["late.xyz", "-o", "n.nvt", "--header-line", "2"], 1,
+             '(try --skip 4): Line 2 has 3 names, the data 2 columns; the first row is "Tie 19010"'),
+            ([XYZ, "-o", "n.nvt", "--header-line", "90"], 1, "There is no line 90 among the first 40"),
+            (["late.xyz", "-o", "n.nvt", "--skip", "100"], 1, "--skip 100: 100 lines cannot be skipped"),
+            ([XYZ, "-o", "n.nvt", "--header-line", "2", "--column", "Time:template=YYYY/MM/DD"], 1, "YYYY/MM/DD"),
+            ([XYZ, "-o", "n.nvt", "--column", "Mag:template=1"], 1, "Mag"),
+            (["twice.xyz", "-o", "n.nvt", "--header-line", "1", "--column", "B:type=skip"], 1,
+             "there are 2 columns 'B'; give the number, counted from 1: 2, 3"),
+            (["dump.gz", "-o", "n.nvt"], 1, "dump.gz: it is a gzip archive; unpack it first"),
+            (["book.xls", "-o", "n.nvt"], 1, "save it as CSV"),
+            (["book.docx", "-o", "n.nvt"], 1, "a ZIP archive"),
+            ([XYZ, "-o", "n.nvt", "--lines", "1"], 2, '--lines has no meaning for the format "ASCII XYZ"'),
+            ([XYZ, "-o", "n.nvt", "--record", "A:double"], 2, "--record has no meaning"),
+            ([XYZ, "-o", "n.nvt", "--columns", "X"], 2, "--columns has no meaning"),
+            ([XYZ, "-o", "n.nvt", "--no-sort"], 2, "--sort has no meaning"),
+            ([SAMPLES / "airborne.p01", "-o", "n.nvt", "--skip", "1"], 2, "--skip has no meaning"),
+            ([SAMPLES / "survey.gbn", "-o", "n.nvt", "--label-column", "1"], 2, "--label-column has no meaning"),
+            ([SAMPLES / "survey.gbn", "-o", "n.nvt", "--lines", "nine"], 1, "there is no line 'nine'"),
+            ([SAMPLES / "survey.gbn", "-o", "n.nvt", "--column", "X:type=date"], 1, "cannot be made 'date'"),
+            ([SAMPLES / "cg3.dmp", "-o", "n.nvt", "--columns", "GRAV.,GRAV."], 1, "'GRAV.' is named twice"),
             (["utf16.csv", "-o", "n.nvt"], 1, "UTF-16"),
             ([XYZ, "-o", "n.nvt", "--column", "Mag:type=integer"], 2, "integer"),
             ([XYZ, "--nonsense"], 2, "nonsense"),
-            ([SAMPLES / "base.bin", "-o", "n.nvt"], 1, "--record"),
+            ([SAMPLES / "base.bin", "-o", "n.nvt"], 2, "--record"),
             ([SAMPLES / "base.bin", "-o", "n.nvt", "--record", "A:double,B:double,C:double,D:int16"], 1,
              "8400 bytes are no whole number of records of 26 bytes (323 records and 2 bytes more)"),
         ]
@@ -97,8 +97,51 @@ class Import(Case):
             with self.subTest(arguments=arguments):
                 done = self.norva("import", *arguments, status=status)
                 self.assertIn(part, done.stderr)
+                self.assertNotRegex(done.stderr, r"\b[4-5]\d{3}\b|/tmp/norva-")  # no control's number, no scratch file
                 self.assertEqual(sorted(self.folder.iterdir()), before)
         self.assertEqual((self.folder / "old.nvt").read_text(), "old")
+
+    def test_mistyped_words_are_answered_with_the_nearest(self):
+        for words, said in (("imprt a", "there is no command 'imprt'; did you mean import?"),
+                            ("import a --skp 1", "import has no option '--skp'; did you mean --skip?"),
+                            ("export a b --channel X", "did you mean --channels?"),
+                            ("convert a b --strickt", "did you mean --strict?"),
+                            ("zzzzzz", "there is no command 'zzzzzz'\n")):
+            self.assertIn(said, self.norva(*words.split(), status=2).stderr)
+
+    def test_formats_go_by_short_names(self):
+        self.write("t.txt", "A,B\n1,2 x\n")
+        for name, label in (("csv", "ASCII CSV"), ("xyz", "ASCII XYZ"), ("ascii gem", "ASCII GEM"), ("CG5", "Scintrex CG5"),
+                            ("2", "ASCII CSV"), ("ipr12", "Scintrex IPR_12"), ("seaspy", "SeaSPY"), ("tarko", "Tarko"),
+                            ("ascii", ""), ("vsc", "")):
+            done = self.norva("info", "t.txt", "--format", name, "--json", status=None)
+            if not label:
+                self.assertIn(f"there is no format '{name}'", done.stderr)
+            elif done.returncode == 0:
+                self.assertIn(label, done.stdout)
+            else:
+                self.assertNotIn("there is no format", done.stderr)
+
+    def test_flags_that_are_not_given_leave_the_defaults(self):
+        def times(*options):
+            self.norva("import", "unsorted.dmp", "-o", "n.nvt", "--force", "--quiet", "--columns", "GRAV.,TIME", *options)
+            return [row["values"][1] for row in self.json_lines("show", "n.nvt", "--json", "--line", "0")]
+        rows = (SAMPLES / "cg3.dmp").read_text().splitlines(keepends=True)
+        first = next(i for i, row in enumerate(rows) if re.search(r"\d\d:\d\d:\d\d\s*$", row))
+        step = 2 if rows[first + 1].startswith("A:") else 1
+        rows[first], rows[first + step] = rows[first + step], rows[first]
+        self.write("unsorted.dmp", "".join(rows))
+        self.assertEqual(times(), sorted(times()))
+        self.assertEqual(times("--sort"), times())
+        self.assertNotEqual(times("--no-sort"), times())
+        record = ["--record", "Seconds:double,Mag:float,Quality:int16"]
+        for options, count in (([], 4), (["--no-fiducial"], 3)):
+            self.norva("import", SAMPLES / "base.bin", "-o", "b.nvt", "--force", "--quiet", *record, *options)
+            self.assertEqual(len(self.info("b.nvt")["channels"]), count)
+        self.import_xyz()
+        for options, unit in (([], True), (["--units"], True), (["--no-units"], False)):
+            self.norva("export", "s.nvt", "o.xyz", "--force", "--quiet", *options)
+            self.assertEqual("nT" in (self.folder / "o.xyz").read_text().partition("\n")[0], unit, options)
 
     def test_samples_are_described_imported_and_verified(self):
         record = ["--record", "Seconds:double:s,Mag:float>double:nT,Quality:int16"]
@@ -153,10 +196,10 @@ class Reports(Case):
         source, store = XYZ.read_bytes(), (self.folder / "s.nvt").read_bytes()
         value = store.find(struct.pack("<f", 54209.88))
         for name, changed, where in (
-            ("s.xyz", source.replace(b"54209.88", b"54209.98"), "line 1000, location 1, Mag"),
+            ("s.xyz", source.replace(b"54209.88", b"54209.98"), "line 1000, location 0, Mag"),
             ("s.xyz", source.replace(b"sample data", b"Sample data"), "SHA-256"),
             ("s.xyz", source[:-1], "bytes, the report says"),
-            ("s.nvt", store[:value] + bytes([store[value] ^ 1]) + store[value + 1:], "line 1000, location 1, Mag"),
+            ("s.nvt", store[:value] + bytes([store[value] ^ 1]) + store[value + 1:], "line 1000, location 0, Mag"),
         ):
             (self.folder / "s.xyz").write_bytes(source)
             (self.folder / "s.nvt").write_bytes(store)
@@ -196,7 +239,8 @@ class Templates(Case):
             (SAMPLES / "seaspy.mag", ("--interpolated", "no", "--column", "3:type=double,units=nT")),
         ):
             self.norva("import", source, "-o", "a.nvt", "--force", "--save-template", "t.json", *options)
-            self.norva("import", source, "-o", "b.nvt", "--force", "--template", "t.json", "--interpolated", "no")
+            again = ("--interpolated", "no") if "--interpolated" in options else ()
+            self.norva("import", source, "-o", "b.nvt", "--force", "--template", "t.json", *again)
             self.assertEqual((self.folder / "a.nvt").read_bytes(), (self.folder / "b.nvt").read_bytes(), source)
 
     def test_a_file_that_does_not_fit_is_refused_with_what_differs(self):
@@ -208,7 +252,7 @@ class Templates(Case):
             (lambda: [row if i != 3 else [*row[:7], "n/a", *row[8:]] for i, row in enumerate(rows)],
              'row 3, column 8 "Mag" holds "n/a", which is no float'),
             (lambda: [[cell.replace("2024/06/14", "14/06/2024") for cell in row] for row in rows], "no date like"),
-            (lambda: [["/a"]] * 3 + rows, "1 lines cannot be skipped; the data begin after line 3"),
+            (lambda: [["/a"]] * 3 + rows, "1 line cannot be skipped: 3 to"),
         ):
             (self.folder / "bad.csv").write_text("".join(",".join(row) + "\n" for row in change()))
             said = self.norva("import", "bad.csv", "--template", "t.json", status=1).stderr
@@ -239,6 +283,19 @@ class Export(Case):
         self.assertEqual(rows[0].split(), ["/", "LINE", "POINT_ID", "Mag", "X"])
         self.assertEqual(rows[1].split()[:2], ["1020", "1_1"])
         self.assertEqual(len(rows), 1 + 56 + 60 + 1)
+
+    def test_a_name_that_occurs_twice_means_all_of_them_or_asks(self):
+        self.write("t.xyz", "/ X B B\nLINE 7\n1 2 3\nLINE 8\n4 5 6\nLINE 7\n7 8 9\n")
+        self.norva("import", "t.xyz", "-o", "t.nvt", "--header-line", 1, "--quiet")
+        shown = self.json_lines("show", "t.nvt", "--json", "--line", "7", "--channel", "B")
+        self.assertEqual([(row["line"], row["values"]) for row in shown], [(0, [2, 3]), (2, [8, 9])])
+        self.norva("export", "t.nvt", "o.xyz", "--lines", "7", "--channels", "B", "--quiet")
+        rows = [line.split() for line in (self.folder / "o.xyz").read_text().splitlines()]
+        self.assertEqual([[float(v) for v in row] for row in rows if row[0][0].isdigit()], [[2, 3], [8, 9]])
+        self.assertIn("there are 2 lines '7'; give the number, counted from 0: 0, 2",
+                      self.norva("mark", "t.nvt", "--line", "7", "--flag", "1", status=1).stderr)
+        self.norva("mark", "t.nvt", "--line", "2", "--flag", "1")
+        self.assertEqual([line["flag"] for line in self.info("t.nvt")["lines"]], [0, 0, 1])
 
     def test_refusals(self):
         self.import_xyz()

@@ -21,6 +21,7 @@ ImportFormat const kCG3Format = {
     .code = ImportFormatCode::CG3,
     .label = "Scintrex CG3",
     .filter = "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||",
+    .settings = SettingsKind::Cg3,
     .sniff = Sniff,
     .signs = "it holds block headers with LINE: and DATE:",
     .import = ImportCG3File,

@@ -26,8 +26,10 @@ int RadioOf(ColumnType type) {
 
 }  // namespace
 
+CColumnTextDialog::~CColumnTextDialog() = default;
+
 CAsciiImportDlg::CAsciiImportDlg(CColumnTextDraft& draft)
-    : CDialog(4003), m_draft(draft), m_delimiters(draft.UsualDelimiters()) {}
+    : CColumnTextDialog(4003), m_draft(draft), m_delimiters(draft.UsualDelimiters()) {}
 
 void CAsciiImportDlg::OnInitDialog() {
     ShowTemplates();
@@ -100,6 +102,47 @@ void CAsciiImportDlg::OnEvent(DialogEvent const& event) {
     } else {
         CDialog::OnEvent(event);
     }
+}
+
+Status CAsciiImportDlg::TakeSettings(ColumnTextSettings const& settings,
+                                     std::function<void(DialogEvent const& event)> const& onEvent) {
+    if (Status status = CheckColumnText(m_draft.Preview(), settings); !status) return status;
+    Status status;
+    auto const act = [&](DialogEvent event) {
+        if (!status) return;
+        if (onEvent) onEvent(event);
+        std::string why;
+        if (!Perform(event, why)) status = Status::Failure("The settings cannot be made", {}, std::move(why));
+    };
+    using Kind = DialogEvent::Kind;
+    int const selected = SelectedColumn();
+    if (settings.skip != m_draft.Settings().skip) {
+        act({.kind = Kind::Choice, .control = kSkipFirst, .row = settings.skip - m_draft.FirstSkip()});
+    }
+    if (settings.columns.size() != m_draft.Settings().columns.size()) {
+        return Status::Failure("The settings cannot be made", m_draft.Preview().path, "The rows have other columns.");
+    }
+    for (int i = 0; i < m_draft.ColumnCount(); ++i) {
+        NorvaChannelStruct const& wanted = settings.columns[static_cast<std::size_t>(i)];
+        bool const isLabel = i == settings.labelColumn;
+        if (Column(i) == wanted && isLabel == (i == m_draft.Settings().labelColumn)) continue;
+        act({.kind = Kind::SelectColumn, .control = kPreview, .column = i});
+        if (isLabel != (i == m_draft.Settings().labelColumn)) act({.kind = Kind::Click, .control = kLineLabel});
+        ColumnType const type = TypeOf(wanted);
+        if (type != TypeOf(Column(i))) act({.kind = Kind::Click, .control = RadioOf(type)});
+        if (type == ColumnType::Text && wanted.arraySize != Column(i).arraySize) {
+            act({.kind = Kind::Edit, .control = kTextSize, .text = std::to_string(wanted.arraySize)});
+        }
+        bool const isDate = type == ColumnType::Date;
+        int const place = (isDate ? DateTemplates() : TimeTemplates()).IndexOf(wanted.templateFormat);
+        if ((isDate || type == ColumnType::Time) && wanted.templateFormat != Column(i).templateFormat && place >= 0) {
+            act({.kind = Kind::Choice, .control = isDate ? kDateTemplate : kTimeTemplate, .row = place});
+        }
+        if (wanted.name != Column(i).name) act({.kind = Kind::Edit, .control = kName, .text = wanted.name});
+        if (wanted.units != Column(i).units) act({.kind = Kind::Edit, .control = kUnits, .text = wanted.units});
+    }
+    if (selected >= 0) act({.kind = Kind::SelectColumn, .control = kPreview, .column = selected});
+    return status;
 }
 
 void CAsciiImportDlg::ChangeSkip(int count) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "norva/column_text.h"
-#include "norva/dialog.h"
+#include "norva/column_text_dialog.h"
 
 #include <string>
 
@@ -9,9 +8,13 @@ namespace norva {
 
 /// "Import: Set Channels" (template 4003): shows and changes how a text file's columns are to be read. The draft holds
 /// the settings; it has to outlive the dialog.
-class CAsciiImportDlg : public CDialog {
+class CAsciiImportDlg : public CColumnTextDialog {
 public:
     explicit CAsciiImportDlg(CColumnTextDraft& draft);
+
+    CColumnTextDraft const& Draft() const override { return m_draft; }
+    Status TakeSettings(ColumnTextSettings const& settings,
+                        std::function<void(DialogEvent const& event)> const& onEvent) override;
 
 protected:
     void OnInitDialog() override;

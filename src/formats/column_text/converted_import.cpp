@@ -1,5 +1,6 @@
 #include "formats/column_text/converted_import.h"
 
+#include "exchange/report_places.h"
 #include "exchange/result.h"
 #include "formats/column_text/ascii_file_import.h"
 #include "formats/column_text/text_preview.h"
@@ -46,9 +47,7 @@ void MoveReportToSource(ImportReport& report, ConvertedSource&& source) {
     report.moreValues.count += told.moreValues.count;
     report.moreValues.places.insert(report.moreValues.places.begin(), told.moreValues.places.begin(),
                                     told.moreValues.places.end());
-    if (report.moreValues.places.size() > ReportFinding::kMostPlaces) {
-        report.moreValues.places.resize(ReportFinding::kMostPlaces);
-    }
+    if (report.moreValues.places.size() > MostPlaces()) report.moreValues.places.resize(MostPlaces());
     // A row that did not come through as one.
     std::uint64_t const locations = report.LocationCount();
     report.leftOut.count += std::max(source.rows, locations) - std::min(source.rows, locations);

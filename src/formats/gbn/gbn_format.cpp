@@ -14,6 +14,7 @@ ImportFormat const kGbnFormat = {
     .code = ImportFormatCode::Gbn,
     .label = "Geosoft GBN",
     .filter = "Geosoft GBN files (*.gbn)|*.gbn*||",
+    .settings = SettingsKind::Gbn,
     .sniff = Sniff,
     .signs = "it begins with the GBN signature",
     .import = ImportGbnFile,

@@ -17,6 +17,7 @@ ImportFormat const kGpxFormat = {
     .code = ImportFormatCode::Gpx,
     .label = "GPS Exchange Format(GPX)",
     .filter = "GPX file(*.gpx)|*.gpx||",
+    .settings = SettingsKind::ColumnText,
     .sniff = Sniff,
     .signs = "it holds a gpx element",
     .import = ImportGpxFile,

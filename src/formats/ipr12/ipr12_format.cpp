@@ -27,6 +27,7 @@ ImportFormat const kIpr12Format = {
     .code = ImportFormatCode::Ipr12,
     .label = "Scintrex IPR_12",
     .filter = "Scintrex IPR dump (*.dmp; *.raw; *.IGS)|*.dmp;*.raw;*.IGS||",
+    .settings = SettingsKind::ColumnText,
     .sniff = Sniff,
     .signs = "it holds a Station line and a D: line",
     .import = ImportIpr12File,

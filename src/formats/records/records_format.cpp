@@ -14,6 +14,7 @@ ImportFormat const kBinaryRecordsFormat = {
     .code = ImportFormatCode::BinaryRecords,
     .label = "Binary XYZ",
     .filter = "Binary XYZ Files (*.*)|*.*||",
+    .settings = SettingsKind::Records,
     .sniff = Sniff,
     .signs = "it is not text",
     .import = ImportBinaryFile,

@@ -20,6 +20,7 @@ ImportFormat const kSeaSpyFormat = {
     .code = ImportFormatCode::SeaSpy,
     .label = "SeaSPY(Marine Magnetics)",
     .filter = "SeaSPY Files (*.mag)|*.mag|All Files (*.*)|*.*||",
+    .settings = SettingsKind::SeaSpy,
     .sniff = Sniff,
     .signs = "its first record holds F[ and R[",
     .import = ImportSeaSpyFile,

@@ -1,14 +1,14 @@
 #include "commands.h"
-#include "common/report_text.h"
+#include "common/column_template.h"
+#include "common/settings_json.h"
 #include "common/store_values.h"
 #include "jobs.h"
 #include "norva/import_export.h"
-#include "reports.h"
 #include "scratch_folder.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <memory>
 #include <vector>
 
@@ -18,32 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr long kRowsAtOnce = 4096;
+constexpr long kRowsAtOnce = 1L << 12;
 constexpr std::size_t kMostDifferences = 10;
-
-void WriteText(std::string const& path, std::string const& text) {
-    std::string const next = path + ".new";
-    std::error_code error;
-    {
-        std::ofstream out(next, std::ios::binary);
-        out << text;
-        out.close();
-        if (!out) error = std::make_error_code(std::errc::io_error);
-    }
-    if (!error) fs::rename(next, path, error);
-    if (!error) return;
-    std::error_code ignored;
-    fs::remove(next, ignored);
-    throw CommandError(path + ": cannot be written: " + error.message());
-}
-
-/// The template in the form of its file, which is how reports keep it.
-nlohmann::ordered_json TemplateJson(ColumnTemplate const& columns) {
-    CScratchFolder const scratch;
-    std::string const path = scratch.StorePath("template");
-    WriteTemplate(path, columns);
-    return nlohmann::ordered_json::parse(std::ifstream(path, std::ios::binary));
-}
 
 nlohmann::json ReadReport(std::string const& path) {
     std::ifstream in(path, std::ios::binary);
@@ -59,16 +35,13 @@ nlohmann::json ReadReport(std::string const& path) {
 class CStoreComparison {
 public:
     CStoreComparison(std::string const& store, std::string const& again) {
-        Open(m_store, store);
-        Open(m_again, again);
+        OpenStore(m_store, store);
+        OpenStore(m_again, again);
         Compare();
     }
     std::vector<std::string> const& Differences() const { return m_differences; }
 
 private:
-    static void Open(CNorvaFileUtil& file, std::string const& path) {
-        if (file.SetFileName(path, kReopenStore, nullptr) == 0) throw CommandError(path + ": " + GetLastErrorText());
-    }
     bool Differ(std::string text) {
         if (m_differences.size() < kMostDifferences) m_differences.push_back(std::move(text));
         return m_differences.size() < kMostDifferences;
@@ -130,7 +103,7 @@ private:
             if (found == first.begin() + bytes) continue;
             long const location = at + (found - first.begin()) / static_cast<std::ptrdiff_t>(size);
             std::string const old = m_storeValues.Text(m_store, index, profile, location);
-            return Differ(where + ", location " + std::to_string(location + 1) + ", " + m_store.GetChannelName(index) +
+            return Differ(where + ", location " + std::to_string(location) + ", " + m_store.GetChannelName(index) +
                           ": the store has " + old + ", the source gives " +
                           m_againValues.Text(m_again, again, profile, location));
         }
@@ -162,22 +135,54 @@ struct VerifyJob {
     bool quiet = false;
 };
 
-/// Imports the source again as the report says it was.
-void ImportAgain(std::string const& source, std::string const& store, nlohmann::json const& report,
-                 CScratchFolder const& scratch) {
-    ImportOptions options;
-    nlohmann::json const& columnTemplate = report.at("template");
-    if (columnTemplate.at("columns").empty()) {
-        options = ParseImportOptions(report.at("options").get<std::vector<std::string>>());
-    } else {
-        // The choices of the column dialog hold whatever a template or an option added to them.
-        options.columnTemplate = scratch.StorePath("template") + ".json";
-        WriteText(options.columnTemplate, columnTemplate.dump());
-        options.interpolated = report.at("settings").value("interpolated coordinates", "") == "imported";
+/// The settings in a report of an earlier version, which kept the choices for the columns as a template.
+ImportSettings SettingsOfTemplate(nlohmann::json const& report, std::string const& source, std::string const& format) {
+    TextPreview preview;
+    if (Status const status = ReadTextPreview(source, format, preview); !status) throw CommandError(status.Text());
+    bool const isLog = preview.isSeaSpy;
+    CColumnTextDraft draft(std::move(preview));
+    ApplyTemplate(TemplateFromJson(report.at("template"), "template"), draft, TemplateFit::Trusted);
+    if (!isLog) return draft.Settings();
+    bool const isInterpolated = report.at("settings").value("interpolated coordinates", "") == "imported";
+    return SeaSpySettings{draft.Settings().columns, isInterpolated};
+}
+
+/// The current folder, which imports of some formats write files into, changed for a while.
+class CCurrentFolder {
+public:
+    explicit CCurrentFolder(fs::path const& folder) : m_before(fs::current_path()) { fs::current_path(folder); }
+    CCurrentFolder(CCurrentFolder const&) = delete;
+    CCurrentFolder& operator=(CCurrentFolder const&) = delete;
+    ~CCurrentFolder() {
+        std::error_code ignored;
+        fs::current_path(m_before, ignored);
     }
-    options.format = report.at("format").get<std::string>();
+
+private:
+    fs::path m_before;
+};
+
+/// Imports the source again as the report says it was. What imports write beside their input goes into a folder of its
+/// own.
+void ImportAgain(std::string const& source, std::string const& store, nlohmann::json const& report) {
+    CScratchFolder const beside;
+    fs::path const link = beside.Path() / fs::path(source).filename();
+    fs::create_symlink(fs::absolute(source), link);
+    CCurrentFolder const current(beside.Path());
+    ImportRequest request{.inputPath = link.string(), .storePath = store};
+    request.format = report.at("format").get<std::string>();
     CConsole quiet(true);
-    RunImport(source, store, options, quiet);
+    if (report.contains("import_settings")) {
+        request.settings = SettingsFromJson(report.at("import_settings"));
+    } else if (!report.at("template").at("columns").empty()) {
+        request.settings = SettingsOfTemplate(report, request.inputPath, request.format);
+    } else {
+        ImportOptions options = ParseImportOptions(report.at("options").get<std::vector<std::string>>());
+        options.format = request.format;
+        RunImport({request.inputPath, store, options}, quiet);
+        return;
+    }
+    RunImport(std::move(request), source, quiet);
 }
 
 int RunVerify(VerifyJob const& job) {
@@ -203,7 +208,7 @@ int RunVerify(VerifyJob const& job) {
         CScratchFolder const scratch;
         std::string const again = scratch.StorePath("again.x");
         try {
-            ImportAgain(source, again, report, scratch);
+            ImportAgain(source, again, report);
         } catch (CommandError const& failure) {
             if (differences.empty()) throw;
             differences.push_back(failure.what());
@@ -222,44 +227,6 @@ int RunVerify(VerifyJob const& job) {
 }
 
 }  // namespace
-
-void RequireReportPath(std::string const& path, bool force) {
-    if (!path.ends_with(".json") && !path.ends_with(".html")) {
-        throw CommandError(path + ": a report ends with .json or .html", kExitUsage);
-    }
-    RequireFree(path, force);
-}
-
-int TellReport(ReportOptions const& options, ColumnTemplate const& chosen, CConsole& console) {
-    ImportReport report;
-    bool const isAskedFor = !options.path.empty() || options.isStrict;
-    if (GetImportReport(report, 0) == 0) {
-        if (isAskedFor) throw CommandError("this format keeps no import report; the store was made");
-        return kExitDone;
-    }
-    std::string const summary = ReportSummary(report);
-    bool const isLoss = report.LossCount() > 0 || !report.IsAccounted();
-    if (options.isStrict && isLoss) {
-        console.Complain(report.sourcePath + ": " + summary);
-    } else {
-        console.Say(summary);
-    }
-    if (!options.path.empty()) {
-        if (GetImportReport(report, 1) == 0) throw CommandError(GetLastErrorText());
-        std::string text;
-        if (options.path.ends_with(".json")) {
-            nlohmann::ordered_json json = ReportJson(report);
-            json["template"] = TemplateJson(chosen);
-            json["options"] = options.importOptions;
-            text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
-        } else {
-            text = ReportHtml(report);
-        }
-        WriteText(options.path, text);
-        console.Say(options.path + ": written");
-    }
-    return options.isStrict && isLoss ? kExitLoss : kExitDone;
-}
 
 void AddVerifyCommand(CCommands& commands) {
     auto const job = std::make_shared<VerifyJob>();
