@@ -24,10 +24,15 @@ void CColourBar::Show(CColourScale const& scale, QString const& title) {
 /// The values at equal distances along the bar, with as many digits as tell neighbours apart.
 QStringList CColourBar::Labels() const {
     QStringList labels;
-    double const span = std::abs(m_scale.ValueAt(1) - m_scale.ValueAt(0)) / (kLabels - 1);
-    int const decimals = span > 0 ? std::clamp(static_cast<int>(std::ceil(-std::log10(span))) + 1, 0, 9) : 2;
+    auto const valueAt = [this](int i) { return m_scale.ValueAt(static_cast<double>(i) / (kLabels - 1)); };
+    double smallest = 0;
+    for (int i = 1; i < kLabels; ++i) {
+        double const step = valueAt(i) - valueAt(i - 1);
+        if (step > 0 && (smallest == 0 || step < smallest)) smallest = step;
+    }
+    int const decimals = smallest > 0 ? std::clamp(static_cast<int>(std::ceil(-std::log10(smallest))), 0, 9) : 2;
     for (int i = 0; i < kLabels; ++i) {
-        labels << QString::number(m_scale.ValueAt(static_cast<double>(i) / (kLabels - 1)), 'f', decimals);
+        labels << QString::number(valueAt(i), 'f', decimals);
     }
     return labels;
 }

@@ -113,7 +113,7 @@ void CMainWindow::RestoreLayout() {
     QSettings const settings;
     QSize const room = QApplication::primaryScreen()->availableSize();
     resize(std::min(1180, room.width() * 9 / 10), std::min(760, room.height() * 9 / 10));
-    m_columns->setSizes({std::clamp(width() / 4, 200, 300), width()});
+    m_columns->setSizes({std::clamp(width() / 4, 240, 300), width()});
     m_centre->setSizes({height() * 3 / 5, height() * 2 / 5});
     restoreGeometry(settings.value("geometry").toByteArray());
     // What was kept from a larger screen has to fit this one.

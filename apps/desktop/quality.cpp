@@ -12,9 +12,10 @@ namespace {
 
 constexpr double kSpikeFactor = 10;  ///< times the usual distance from the median of the neighbours
 
-/// Distance of a value from the median of itself and two values on either side.
+/// Distance of a value from the median of itself and two values on either side; 0 at the ends, which have no two.
 double OffNeighbours(std::vector<double> const& values, std::size_t i) {
-    std::size_t const first = std::min(i < 2 ? 0 : i - 2, values.size() - 5);
+    if (i < 2 || i + 2 >= values.size()) return 0;
+    std::size_t const first = i - 2;
     std::array<double, 5> around{};
     std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(first), 5, around.begin());
     std::nth_element(around.begin(), around.begin() + 2, around.end());

@@ -2,6 +2,7 @@
 
 #include "file_choice.h"
 #include "position_choice.h"
+#include "profile_axis.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -20,6 +21,8 @@
 namespace norva {
 
 namespace {
+
+constexpr int kDecimalsOfSpecial = 6;
 
 enum Column {
     kLine,
@@ -66,7 +69,10 @@ QVariant CQualityModel::data(QModelIndex const& index, int role) const {
     // For sorting numbers are numbers; what is read has the channel's decimals.
     auto const real = [&](double value, int more) -> QVariant {
         if (!hasValues || channel == nullptr) return {};
-        return role == Qt::UserRole ? QVariant(value) : QVariant(QString::number(value, 'f', channel->decimals + more));
+        if (role == Qt::UserRole) return value;
+        if (channel->displayFormat == DisplayFormat::kTime) return ClockText(value, 1 + more);
+        bool const isSpecial = channel->displayFormat >= DisplayFormat::kDate;  // decimal years and degrees
+        return QString::number(value, 'f', isSpecial ? kDecimalsOfSpecial : channel->decimals + more);
     };
     switch (index.column()) {
         case kLine:

@@ -144,7 +144,8 @@ void CStoreDocument::ReadStructure() {
 int CStoreDocument::NeededDecimals(ChannelEntry const& entry, int atMost) {
     int const dataType = m_store->GetChannelDataType(entry.index);
     bool const isReal = dataType == DataType::kFloat || dataType == DataType::kDouble;
-    if (atMost <= 0 || !isReal || entry.displayFormat != DisplayFormat::kFixed) return std::max(atMost, 0);
+    if (!isReal) return 0;
+    if (atMost <= 0 || entry.displayFormat != DisplayFormat::kFixed) return std::max(atMost, 0);
     // One decimal at least, so that a real number looks like one.
     int needed = 1;
     std::vector<double> values;

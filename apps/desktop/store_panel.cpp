@@ -61,6 +61,7 @@ CStorePanel::CStorePanel(CStoreDocument& document)
     m_statistics->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_statistics->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_statistics->setTextFormat(Qt::PlainText);
+    m_statistics->setWordWrap(true);
     // Rows of all lists and tables are as high as each other.
     int const rowHeight = fontMetrics().height() + 6;
     m_lines->setStyleSheet(QString("QListView::item { height: %1px; }").arg(rowHeight));
