@@ -1,0 +1,46 @@
+#pragma once
+
+#include "exchange/import_format.h"
+#include "formats/column_text/profile_detection.h"
+#include "norva/column_text.h"
+#include "norva/converters.h"
+#include "platform/line_reader.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace norva {
+
+class CColumnFiles;
+class CProgressWindow;
+
+/// Imports delimited column text, one reading a line, into a store. One object serves one import.
+class CAsciiFileImport {
+public:
+    explicit CAsciiFileImport(ImportJob& job);
+    CAsciiFileImport(CAsciiFileImport const&) = delete;
+    CAsciiFileImport& operator=(CAsciiFileImport const&) = delete;
+
+    /// `file` is the text; messages name the job's input.
+    Status Run(std::string const& textPath);
+
+private:
+    Status ReadHead(std::string const& textPath);
+    /// The settings of the job, checked, or those that the dialog opens with.
+    Status TakeSettings(CColumnTextDraft& draft) const;
+    Status FindProfiles();
+    Status ConvertRows(CProgressWindow& window, CColumnFiles& files);
+    /// Lines that the pass over the data leaves out at the start of the file.
+    std::uint64_t CountSkippedLines();
+
+    ImportJob& m_job;
+    CLineReader m_file;
+    TextPreview m_preview;
+    ColumnTextSettings m_settings;
+    std::uint64_t m_dataStart = 0;
+    std::vector<ProfileRecord> m_profiles;
+    CNorvaDateTime m_dateTime;
+    CNorvaGeographic m_geographic;
+};
+
+}  // namespace norva
