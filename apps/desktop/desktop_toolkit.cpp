@@ -1,5 +1,6 @@
 #include "desktop_toolkit.h"
 
+#include "file_choice.h"
 #include "norva/scripted_toolkit.h"
 #include "qt_dialog.h"
 #include "template_buttons.h"
@@ -53,7 +54,10 @@ MessageAnswer CDesktopToolkit::ShowMessage(MessageRequest const& request) {
 bool CDesktopToolkit::ChooseFileToOpen(FileRequest const& request, std::string& path) {
     bool const isPreset = m_nextOpen.has_value();
     if (isPreset) path = *std::exchange(m_nextOpen, std::nullopt);
-    bool const isChosen = isPreset || CQtToolkit::ChooseFileToOpen(request, path);
+    FileRequest inFolder = request;
+    if (inFolder.initial.empty()) inFolder.initial = LastFolder().toStdString();
+    bool const isChosen = isPreset || CQtToolkit::ChooseFileToOpen(inFolder, path);
+    if (isChosen) RememberFolderOf(QString::fromStdString(path));
     if (m_recorder != nullptr) m_recorder->Open(isChosen ? &path : nullptr);
     return isChosen;
 }

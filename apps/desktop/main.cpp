@@ -6,8 +6,10 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 
-#include <cstdio>
+#include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -20,15 +22,10 @@ QString HelpFolder() {
     return {};
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("norva-desktop");
-    QApplication::setOrganizationName("Norva");
-    QApplication::setApplicationVersion(norva::GetLibraryVersion());
-
-    QCommandLineParser parser;
+void Describe(QCommandLineParser& parser) {
+    QCoreApplication::setApplicationName("norva-desktop");
+    QCoreApplication::setOrganizationName("Norva");
+    QCoreApplication::setApplicationVersion(norva::GetLibraryVersion());
     parser.setApplicationDescription("Shows stores of survey data, imports into them and exports them.");
     parser.addHelpOption();
     parser.addVersionOption();
@@ -40,6 +37,30 @@ int main(int argc, char** argv) {
     parser.addOption({"defaults", "Answer by defaults what the script does not fit"});
     parser.addOption({"help-file", "Path of the host's help file", "PATH"});
     parser.addOption({"record", "Write the answers of the next import or export down as a script", "FILE"});
+}
+
+/// Whether the program only has to say something about itself, which needs no display.
+bool AsksAboutProgram(int argc, char** argv) {
+    return std::any_of(argv + 1, argv + argc, [](std::string_view argument) {
+        return argument == "--help" || argument == "-h" || argument == "--help-all" || argument == "--version" ||
+               argument == "-v";
+    });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Numbers look the same everywhere, as in the files.
+    QLocale::setDefault(QLocale::c());
+    if (argc > 1 && AsksAboutProgram(argc, argv)) {
+        QCoreApplication application(argc, argv);
+        QCommandLineParser parser;
+        Describe(parser);
+        parser.process(application);  // ends the program
+    }
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    Describe(parser);
     parser.process(application);
 
     if (parser.isSet("play")) {

@@ -1,26 +1,28 @@
 #pragma once
 
 #include "desktop_toolkit.h"
+#include "library_job.h"
 #include "location_table.h"
-#include "map_plot.h"
-#include "profile_plot.h"
+#include "map_page.h"
+#include "profile_page.h"
 #include "store_document.h"
+#include "store_panel.h"
 
 #include <QMainWindow>
 
 #include <functional>
 
-class QCheckBox;
-class QComboBox;
 class QLabel;
-class QLineEdit;
-class QListWidget;
+class QSplitter;
+class QStackedWidget;
 class QTabWidget;
-class QTreeWidget;
 
 namespace norva {
 
+class CQualityPage;
 class CReportWindow;
+class CStartPage;
+struct ImportReport;
 
 /// The host of the library: shows one store, imports into a new one, exports it.
 class CMainWindow : public QMainWindow {
@@ -35,65 +37,89 @@ public:
     /// Runs Import_Data_File; with `path`, format and file are chosen already. Opens the new store.
     void Import(QString const& path = {});
     void Export();
+    /// Writes the marks into the store; false when that failed.
+    bool SaveMarks();
 
-    /// Writes the answers of the next import or export down as a script.
-    void RecordTo(QString path) { m_recordTo = std::move(path); }
+    /// Writes the answers of the next import or export down as a script; an empty path for none.
+    void RecordTo(QString path);
 
     CStoreDocument& Document() { return m_document; }
     CLocationTable& Table() { return *m_table; }
-    CProfilePlot& Profile() { return *m_profile; }
-    CMapPlot& Map() { return *m_map; }
+    CProfilePlot& Profile() { return m_profilePage->Plot(); }
+    CMapPlot& Map() { return m_mapPage->Plot(); }
+    CQualityPage& Quality() { return *m_qualityPage; }
+    CStorePanel& Panel() { return *m_panel; }
     QTabWidget& Tabs() { return *m_tabs; }
+    CLibraryJob& Job() { return m_job; }
     /// Of the last import; null when there is none.
     CReportWindow* Report() { return m_report; }
-    void ChooseLine(int line);
-    /// Shows these channels in the profile plot, against a channel or (-1) the location number.
+    void ChooseLine(int line) { m_panel->ChooseLine(line); }
+    /// Shows these channels in the profile plot, against a channel or kAgainstLocation or kAgainstDistance.
     void ChooseChannels(std::vector<int> const& channels, int against);
+    /// Looks whether another program changed the store, and offers to read it again.
+    void LookForChanges();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void BuildMenus();
+    void BuildFileMenu();
+    void BuildEditMenu();
+    void BuildHelpMenu();
     void BuildPanels();
-    void ShowDocument();
-    void ShowReport();
-    void ShowStatistics();
-    void UpdateProfile();
+    void ConnectViews();
+    void RestoreLayout();
+    void KeepLayout();
+
+    /// Shows the document anew; lines, channels and view stay when it is the same store as before.
+    void ShowDocument(bool isSame);
+    void ShowMarks();
+    void ShowTitle();
+    void ShowReport(ImportReport const& report);
+    void UpdateProfile(bool keepsView);
     void UpdateMap();
+    void ShowPlace(int line, long location);
     void MarkSelection(bool deleted);
     void ToggleLine();
     void SaveCurrentPlot();
+    void Reload();
+    /// Asks what becomes of unsaved marks; false when the person wants to stay.
+    bool MayLeave();
     void RememberFile(QString const& path);
     void FillRecentFiles();
     void Complain(QString const& text);
     /// Runs one of the library's operations in this window's toolkit, recorded when that was asked for.
     int RunLibrary(bool isImport, std::function<int()> const& operation);
-    std::vector<int> ChosenChannels() const;
 
     CStoreDocument m_document;
     std::unique_ptr<CDesktopToolkit> m_toolkit;
+    CLibraryJob m_job;
     std::unique_ptr<CWindow> m_owner;
-    QListWidget* m_lines;
-    QTreeWidget* m_channels;
-    QLineEdit* m_filter;
-    QLabel* m_statistics;
-    QCheckBox* m_allLines;
+    QStackedWidget* m_pages;
+    CStartPage* m_startPage;
+    CStorePanel* m_panel;
     CLocationTable* m_table;
-    CProfilePlot* m_profile;
-    CMapPlot* m_map;
+    CProfilePage* m_profilePage;
+    CMapPage* m_mapPage;
+    CQualityPage* m_qualityPage;
     QTabWidget* m_tabs;
-    QComboBox* m_against;
-    QComboBox* m_mapX;
-    QComboBox* m_mapY;
-    QComboBox* m_mapColour;
+    QSplitter* m_columns;
+    QSplitter* m_centre;
+    QWidget* m_changedBar;
+    QLabel* m_changedText;
+    QLabel* m_recordSign;
     QMenu* m_recent;
+    QAction* m_record;
     std::vector<QAction*> m_storeActions;  ///< enabled while a store is open
-    int m_line = -1;
+    std::vector<int> m_shownLines;
     CReportWindow* m_report = nullptr;
     bool m_mapIsOld = false;
+    bool m_isLeaving = false;  ///< the window closes once the run has ended
     QString m_recordTo;
 };
 

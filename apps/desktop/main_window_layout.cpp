@@ -1,158 +1,185 @@
 #include "main_window.h"
 
 #include "control_views.h"
+#include "file_choice.h"
 #include "help_window.h"
 #include "norva/import_export.h"
+#include "quality_page.h"
+#include "start_page.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QFileDialog>
-#include <QFormLayout>
+#include <QApplication>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QScrollArea>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabWidget>
-#include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace norva {
 
-namespace {
-
-QWidget* WithTitle(QString const& title, QWidget* content) {
-    auto* const panel = new QWidget;
-    auto* const layout = new QVBoxLayout(panel);
-    layout->setContentsMargins(4, 4, 4, 4);
-    auto* const label = new QLabel(title);
-    label->setBuddy(content);
-    layout->addWidget(label);
-    layout->addWidget(content, 1);
-    return panel;
-}
-
-}  // namespace
-
 void CMainWindow::BuildPanels() {
-    m_filter->setPlaceholderText(tr("Filter lines and channels"));
-    m_filter->setClearButtonEnabled(true);
-    m_lines->setAccessibleName(tr("Lines"));
-    m_lines->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_channels->setHeaderLabels({tr("Channel"), tr("Units"), tr("Type")});
-    m_channels->setRootIsDecorated(false);
-    m_channels->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_channels->setAccessibleName(tr("Channels"));
-    m_statistics->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_statistics->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    auto* const statistics = new QScrollArea;
-    statistics->setWidget(m_statistics);
-    statistics->setWidgetResizable(true);
-    statistics->setFrameShape(QFrame::NoFrame);
-    connect(m_allLines, &QCheckBox::toggled, this, [this] { ShowStatistics(); });
-    auto* const statisticsPanel = WithTitle(tr("Statistics"), statistics);
-    statisticsPanel->layout()->addWidget(m_allLines);
+    m_tabs->addTab(m_profilePage, tr("&Profile"));
+    m_tabs->addTab(m_mapPage, tr("&Map"));
+    m_tabs->addTab(m_qualityPage, tr("&Quality"));
+    m_centre->addWidget(m_tabs);
+    m_centre->addWidget(m_table);
+    m_centre->setStretchFactor(0, 3);
+    m_centre->setStretchFactor(1, 2);
+    m_columns->addWidget(m_panel);
+    m_columns->addWidget(m_centre);
+    m_columns->setStretchFactor(1, 1);
 
-    auto* const left = new QSplitter(Qt::Vertical);
-    left->addWidget(WithTitle(tr("&Lines"), m_lines));
-    left->addWidget(WithTitle(tr("&Channels"), m_channels));
-    left->addWidget(statisticsPanel);
-    left->setStretchFactor(0, 2);
-    left->setStretchFactor(1, 3);
-    left->setStretchFactor(2, 2);
-    statistics->setMinimumHeight(7 * fontMetrics().height());
-    auto* const leftPanel = new QWidget;
-    auto* const leftLayout = new QVBoxLayout(leftPanel);
-    leftLayout->setContentsMargins(4, 4, 0, 0);
-    leftLayout->addWidget(m_filter);
-    leftLayout->addWidget(left, 1);
+    auto* const reload = new QPushButton(tr("Read it again"));
+    auto* const later = new QPushButton(tr("Not now"));
+    auto* const barLayout = new QHBoxLayout(m_changedBar);
+    barLayout->setContentsMargins(8, 4, 8, 4);
+    m_changedText->setWordWrap(true);
+    barLayout->addWidget(m_changedText, 1);
+    barLayout->addWidget(reload);
+    barLayout->addWidget(later);
+    m_changedBar->setAutoFillBackground(true);
+    m_changedBar->setBackgroundRole(QPalette::ToolTipBase);
+    m_changedText->setForegroundRole(QPalette::ToolTipText);
+    m_changedBar->hide();
+    connect(reload, &QPushButton::clicked, this, &CMainWindow::Reload);
+    connect(later, &QPushButton::clicked, m_changedBar, &QWidget::hide);
 
-    auto* const profilePage = new QWidget;
-    auto* const profileLayout = new QVBoxLayout(profilePage);
-    auto* const profileForm = new QFormLayout;
-    profileForm->addRow(tr("&Against:"), m_against);
-    profileLayout->addLayout(profileForm);
-    profileLayout->addWidget(m_profile, 1);
-    auto* const mapPage = new QWidget;
-    auto* const mapLayout = new QVBoxLayout(mapPage);
-    auto* const mapChoices = new QHBoxLayout;
-    for (auto const& [text, combo] :
-         {std::pair(tr("&X:"), m_mapX), std::pair(tr("&Y:"), m_mapY), std::pair(tr("C&olour:"), m_mapColour)}) {
-        auto* const label = new QLabel(text);
-        label->setBuddy(combo);
-        mapChoices->addWidget(label);
-        mapChoices->addWidget(combo, 1);
-        connect(combo, &QComboBox::activated, this, [this] { UpdateMap(); });
-    }
-    mapLayout->addLayout(mapChoices);
-    mapLayout->addWidget(m_map, 1);
-    m_tabs->addTab(profilePage, tr("&Profile"));
-    m_tabs->addTab(mapPage, tr("&Map"));
-
-    auto* const centre = new QSplitter(Qt::Vertical);
-    centre->addWidget(m_tabs);
-    centre->addWidget(m_table);
-    centre->setStretchFactor(0, 3);
-    centre->setStretchFactor(1, 2);
-    centre->setSizes({420, 280});
-    auto* const all = new QSplitter(Qt::Horizontal);
-    all->addWidget(leftPanel);
-    all->addWidget(centre);
-    all->setStretchFactor(1, 1);
-    all->setSizes({300, 880});
+    m_pages->addWidget(m_startPage);
+    m_pages->addWidget(m_columns);
+    auto* const all = new QWidget;
+    auto* const layout = new QVBoxLayout(all);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_changedBar);
+    layout->addWidget(m_pages, 1);
     setCentralWidget(all);
 
-    connect(m_lines, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0) ChooseLine(row);
+    m_recordSign->setText(tr("<span style=\"color: #d03030\">\u25cf</span> recording"));
+    m_recordSign->hide();
+    statusBar()->addPermanentWidget(m_recordSign);
+}
+
+void CMainWindow::ConnectViews() {
+    connect(m_startPage, &CStartPage::OpenWished, this, [this] {
+        QString const path = AskFileToOpen(this, tr("Open a store"), tr("Stores (*.nvt);;All files (*)"));
+        if (!path.isEmpty()) OpenFile(path);
     });
-    connect(m_channels, &QTreeWidget::itemSelectionChanged, this, [this] {
-        UpdateProfile();
-        ShowStatistics();
+    connect(m_startPage, &CStartPage::ImportWished, this, [this] { Import(); });
+    connect(m_startPage, &CStartPage::FileWished, this, &CMainWindow::OpenFile);
+    connect(m_panel, &CStorePanel::LinesChosen, this, [this] {
+        std::vector<int> const lines = m_panel->Lines();
+        if (lines == m_shownLines) return;
+        bool const isOther = m_shownLines.empty() || lines.empty() || lines.front() != m_shownLines.front();
+        m_shownLines = lines;
+        if (isOther) m_table->ShowLine(m_panel->Line());
+        UpdateProfile(false);
+        m_mapPage->Plot().MarkLine(m_panel->Line());
     });
-    connect(m_against, &QComboBox::activated, this, [this] { UpdateProfile(); });
+    connect(m_panel, &CStorePanel::ChannelsChosen, this, [this] { UpdateProfile(false); });
     connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
         if (m_mapIsOld) UpdateMap();
     });
-    connect(m_table, &CLocationTable::LocationChosen, m_profile, &CProfilePlot::ShowCursor);
-    connect(m_profile, &CProfilePlot::LocationChosen, m_table, &CLocationTable::ShowLocation);
-    connect(m_profile, &CProfilePlot::Hovered, this, [this](QString const& text) { statusBar()->showMessage(text); });
-    connect(m_map, &CMapPlot::LineChosen, this, [this](int line) { m_lines->setCurrentRow(line); });
-    connect(m_filter, &QLineEdit::textChanged, this, [this](QString const& text) {
-        for (int row = 0; row < m_lines->count(); ++row) {
-            m_lines->item(row)->setHidden(!m_lines->item(row)->text().contains(text, Qt::CaseInsensitive));
-        }
-        for (int row = 0; row < m_channels->topLevelItemCount(); ++row) {
-            QTreeWidgetItem* const item = m_channels->topLevelItem(row);
-            item->setHidden(!item->text(0).contains(text, Qt::CaseInsensitive));
-        }
+    // One cursor: what the table has chosen is shown by the plots, and their clicks go to the table.
+    connect(m_table, &CLocationTable::LocationChosen, &Profile(), &CProfilePlot::ShowCursor);
+    connect(m_table, &CLocationTable::LocationChosen, &Map(), &CMapPlot::MarkLocation);
+    connect(&Profile(), &CProfilePlot::LocationChosen, this, &CMainWindow::ShowPlace);
+    connect(&Map(), &CMapPlot::ReadingChosen, this, &CMainWindow::ShowPlace);
+    connect(&Map(), &CMapPlot::LineChosen, m_panel, &CStorePanel::ChooseLine);
+    connect(m_qualityPage, &CQualityPage::PlaceChosen, this, [this](int line, int channel, long location) {
+        m_panel->ChooseLine(line);
+        if (m_document.FindChannel(channel)->isNumber) m_panel->ChooseChannels({channel});
+        if (location >= 0) m_table->ShowLocation(location);
     });
+    auto const say = [this](QString const& text) { statusBar()->showMessage(text); };
+    connect(m_table, &CLocationTable::Said, this, say);
+    connect(m_profilePage, &CProfilePage::Said, this, say);
+    connect(m_mapPage, &CMapPage::Said, this, say);
+    connect(m_qualityPage, &CQualityPage::Said, this, say);
+    connect(&m_document, &CStoreDocument::MarksChanged, this, &CMainWindow::ShowMarks);
+    connect(&m_document.Undo(), &QUndoStack::cleanChanged, this, &CMainWindow::ShowTitle);
+}
+
+void CMainWindow::RestoreLayout() {
+    QSettings const settings;
+    QSize const room = QApplication::primaryScreen()->availableSize();
+    resize(std::min(1180, room.width() * 9 / 10), std::min(760, room.height() * 9 / 10));
+    m_columns->setSizes({std::clamp(width() / 4, 240, 300), width()});
+    m_centre->setSizes({height() * 3 / 5, height() * 2 / 5});
+    restoreGeometry(settings.value("geometry").toByteArray());
+    // What was kept from a larger screen has to fit this one.
+    resize(size().boundedTo(room));
+    for (auto const& [name, splitter] :
+         {std::pair("columns", m_columns), std::pair("centre", m_centre), std::pair("panel", &m_panel->Splitter())}) {
+        QByteArray const state = settings.value(QString("splitters/") + name).toByteArray();
+        if (!state.isEmpty()) splitter->restoreState(state);
+    }
+}
+
+void CMainWindow::KeepLayout() {
+    QSettings settings;
+    settings.setValue("geometry", saveGeometry());
+    settings.setValue("splitters/columns", m_columns->saveState());
+    settings.setValue("splitters/centre", m_centre->saveState());
+    settings.setValue("splitters/panel", m_panel->Splitter().saveState());
+}
+
+void CMainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) LookForChanges();
 }
 
 void CMainWindow::BuildMenus() {
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildHelpMenu();
+    FillRecentFiles();
+}
+
+void CMainWindow::BuildFileMenu() {
     QMenu* const file = menuBar()->addMenu(tr("&File"));
-    file->addAction(tr("&Open..."), QKeySequence::Open, this, [this] {
-        QString const path =
-            QFileDialog::getOpenFileName(this, tr("Open a store"), {}, tr("Stores (*.nvt);;All files (*)"));
-        if (!path.isEmpty()) OpenFile(path);
-    });
+    file->addAction(tr("&Open..."), QKeySequence::Open, m_startPage, &CStartPage::OpenWished);
     m_recent = file->addMenu(tr("Open &recent"));
+    m_storeActions.push_back(file->addAction(tr("&Save marks"), QKeySequence::Save, this, [this] { SaveMarks(); }));
     file->addSeparator();
     file->addAction(tr("&Import..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] { Import(); });
     m_storeActions.push_back(
         file->addAction(tr("&Export..."), QKeySequence(Qt::CTRL | Qt::Key_E), this, [this] { Export(); }));
     m_storeActions.push_back(
         file->addAction(tr("Save p&lot..."), QKeySequence(Qt::CTRL | Qt::Key_P), this, [this] { SaveCurrentPlot(); }));
-    file->addAction(tr("&Record the next import or export..."), this, [this] {
-        QString const path = QFileDialog::getSaveFileName(this, tr("Record a script"), {}, tr("Scripts (*.json)"));
+    m_record = file->addAction(tr("Re&cord the next import or export..."), this, [this] {
+        if (!m_recordTo.isEmpty()) return RecordTo({});
+        QString const path = AskFileToSave(this, tr("Record a script"), tr("Scripts (*.json)"));
         if (!path.isEmpty()) RecordTo(path);
     });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+}
 
+void CMainWindow::BuildEditMenu() {
     QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
+    QAction* const undo = m_document.Undo().createUndoAction(this, tr("&Undo"));
+    QAction* const redo = m_document.Undo().createRedoAction(this, tr("&Redo"));
+    undo->setShortcut(QKeySequence::Undo);
+    redo->setShortcut(QKeySequence::Redo);
+    edit->addAction(undo);
+    edit->addAction(redo);
+    edit->addSeparator();
+    m_storeActions.push_back(edit->addAction(tr("&Copy rows"), m_table, &CLocationTable::Copy));
+    m_storeActions.push_back(
+        edit->addAction(tr("&Find a value..."), QKeySequence::Find, m_table, &CLocationTable::OpenFind));
+    m_storeActions.push_back(
+        edit->addAction(tr("Find &next"), QKeySequence::FindNext, m_table, &CLocationTable::FindNext));
+    edit->addSeparator();
     m_storeActions.push_back(
         edit->addAction(tr("Mark as &deleted"), QKeySequence::Delete, this, [this] { MarkSelection(true); }));
     m_storeActions.push_back(edit->addAction(tr("&Take the mark away"), QKeySequence(Qt::SHIFT | Qt::Key_Delete), this,
@@ -160,9 +187,10 @@ void CMainWindow::BuildMenus() {
     QAction* const hide = edit->addAction(tr("&Hide or show the line"), QKeySequence(Qt::CTRL | Qt::Key_H), this,
                                           [this] { ToggleLine(); });
     m_storeActions.push_back(hide);
-    m_lines->addAction(hide);
-    FillRecentFiles();
+    m_panel->LineList().addAction(hide);
+}
 
+void CMainWindow::BuildHelpMenu() {
     QMenu* const help = menuBar()->addMenu(tr("&Help"));
     auto const page = [this, help](QString const& title, QString const& name, QKeySequence const& keys = {}) {
         help->addAction(title, keys, this,

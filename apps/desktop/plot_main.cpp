@@ -2,6 +2,7 @@
 
 #include "map_plot.h"
 #include "norva/import_export.h"
+#include "plot_style.h"
 #include "profile_plot.h"
 #include "store_document.h"
 
@@ -70,7 +71,8 @@ int Run(QStringList const& arguments) {
         plot.replot();  // lays the axes out, so that the map keeps its proportions
         plot.ShowMap(ChannelOf(document, parser.value("x")), ChannelOf(document, parser.value("y")),
                      parser.isSet("channel") ? ChannelOf(document, parser.value("channel")) : -1);
-        written = SavePlot(plot, output, kWidth, kHeight);
+        plot.WaitUntilDrawn();
+        written = SavePlot(plot, output, QSize(kWidth, kHeight), {});
     } else {
         if (!parser.isSet("channel")) Fail(QObject::tr("--channel is needed"));
         std::vector<int> channels;
@@ -81,7 +83,7 @@ int Run(QStringList const& arguments) {
         plot.replot();
         plot.ShowLine(LineOf(document, parser.isSet("line") ? parser.value("line") : "0"), channels,
                       parser.isSet("against") ? ChannelOf(document, parser.value("against")) : -1);
-        written = SavePlot(plot, output, kWidth, kHeight);
+        written = SavePlot(plot, output, QSize(kWidth, kHeight), {});
     }
     if (!written) Fail(output + ": " + QObject::tr("cannot be written (png, svg and pdf are known)"));
     return 0;

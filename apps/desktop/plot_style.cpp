@@ -1,56 +1,87 @@
 #include "plot_style.h"
 
-#include "profile_plot.h"
-
+#include <QApplication>
 #include <QFileInfo>
 #include <QPainter>
 #include <QSvgGenerator>
 
 namespace norva {
 
-void StylePlot(QCustomPlot& plot) {
-    QPalette const palette = QApplication::palette();
-    QColor const text = palette.color(QPalette::Text);
-    QColor const base = palette.color(QPalette::Base);
+void StyleAxis(QCPAxis& axis) {
+    QColor const text = QApplication::palette().color(QPalette::Text);
     QColor grid = text;
     grid.setAlpha(40);
-    plot.setBackground(base);
-    for (QCPAxis* const axis : {plot.xAxis, plot.yAxis, plot.xAxis2, plot.yAxis2}) {
-        axis->setBasePen(QPen(text));
-        axis->setTickPen(QPen(text));
-        axis->setSubTickPen(QPen(text));
-        axis->setTickLabelColor(text);
-        axis->setLabelColor(text);
-        axis->grid()->setPen(QPen(grid));
-        axis->grid()->setZeroLinePen(QPen(grid));
-        axis->setNumberPrecision(9);
-        axis->setNumberFormat("g");
+    axis.setBasePen(QPen(text));
+    axis.setTickPen(QPen(text));
+    axis.setSubTickPen(QPen(text));
+    axis.setTickLabelColor(text);
+    axis.setLabelColor(text);
+    axis.grid()->setPen(QPen(grid));
+    axis.grid()->setZeroLinePen(QPen(grid));
+    axis.setNumberPrecision(9);
+    axis.setNumberFormat("g");
+}
+
+void StylePlot(QCustomPlot& plot) {
+    QPalette const palette = QApplication::palette();
+    plot.setBackground(palette.color(QPalette::Base));
+    for (QCPAxisRect* const rect : plot.axisRects()) {
+        for (QCPAxis* const axis : rect->axes()) StyleAxis(*axis);
     }
-    plot.legend->setBrush(base);
-    plot.legend->setTextColor(text);
-    plot.legend->setBorderPen(QPen(grid));
+    if (plot.legend == nullptr) return;
+    plot.legend->setBrush(Qt::NoBrush);
+    plot.legend->setBorderPen(Qt::NoPen);
+    plot.legend->setTextColor(palette.color(QPalette::Text));
+}
+
+bool IsDark() {
+    return QApplication::palette().color(QPalette::Base).lightness() < 128;
 }
 
 QColor CurveColour(int n) {
-    // Okabe and Ito, "Color Universal Design" (2008).
-    static constexpr QRgb colours[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9};
-    return QColor::fromRgb(colours[static_cast<std::size_t>(n) % std::size(colours)]);
+    // Okabe and Ito, "Color Universal Design" (2008); on a dark ground the lighter of them first, the dark ones raised.
+    static constexpr QRgb light[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9};
+    static constexpr QRgb dark[] = {0xFF56B4E9, 0xFFE69F00, 0xFF2FC79A, 0xFFE79CC6, 0xFFF0E442, 0xFFFF8A3D};
+    auto const place = static_cast<std::size_t>(n) % std::size(light);
+    return QColor::fromRgb(IsDark() ? dark[place] : light[place]);
 }
 
-bool SavePlot(QCustomPlot& plot, QString const& path, int width, int height) {
+bool SavePlot(QCustomPlot& plot, QString const& path, QSize size, QString const& title, double pixelRatio) {
     QString const suffix = QFileInfo(path).suffix().toLower();
-    if (suffix == "png") return plot.savePng(path, width, height, 1.0, -1);
-    if (suffix == "pdf") return plot.savePdf(path, width, height);
-    if (suffix != "svg") return false;
-    QSvgGenerator file;
-    file.setFileName(path);
-    file.setSize(QSize(width, height));
-    file.setViewBox(QRect(0, 0, width, height));
-    QCPPainter painter;
-    if (!painter.begin(&file)) return false;
-    painter.setMode(QCPPainter::pmVectorized);
-    plot.toPainter(&painter, width, height);
-    return painter.end() && QFileInfo::exists(path);
+    QCPTextElement* heading = nullptr;
+    if (!title.isEmpty()) {
+        QFont font = plot.font();
+        font.setBold(true);
+        font.setPointSizeF(font.pointSizeF() * 1.3);
+        heading = new QCPTextElement(&plot, title, font);
+        heading->setTextColor(QApplication::palette().color(QPalette::Text));
+        plot.plotLayout()->insertRow(0);
+        plot.plotLayout()->addElement(0, 0, heading);
+    }
+    bool isWritten = false;
+    if (suffix == "png") {
+        isWritten = plot.savePng(path, size.width(), size.height(), pixelRatio, -1);
+    } else if (suffix == "pdf") {
+        isWritten = plot.savePdf(path, size.width(), size.height());
+    } else if (suffix == "svg") {
+        QSvgGenerator file;
+        file.setFileName(path);
+        file.setSize(size);
+        file.setViewBox(QRect(QPoint(0, 0), size));
+        QCPPainter painter;
+        if (painter.begin(&file)) {
+            painter.setMode(QCPPainter::pmVectorized);
+            painter.setMode(QCPPainter::pmNoCaching);
+            plot.toPainter(&painter, size.width(), size.height());
+            isWritten = painter.end() && QFileInfo::exists(path);
+        }
+    }
+    if (heading != nullptr) {
+        plot.plotLayout()->remove(heading);
+        plot.plotLayout()->simplify();
+        plot.replot(QCustomPlot::rpQueuedReplot);
+    }
+    return isWritten;
 }
 
 }  // namespace norva

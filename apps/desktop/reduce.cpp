@@ -19,7 +19,7 @@ struct Run {
 }  // namespace
 
 ReducedLine ReduceForPixels(std::vector<double> const& x, std::vector<double> const& y, double lower, double upper,
-                            int pixels) {
+                            int pixels, double longestStep) {
     ReducedLine line;
     std::size_t const count = x.empty() ? y.size() : std::min(x.size(), y.size());
     if (count == 0 || pixels < 1 || !(upper > lower)) return line;
@@ -63,6 +63,11 @@ ReducedLine ReduceForPixels(std::vector<double> const& x, std::vector<double> co
             open = false;
             gap();
             continue;
+        }
+        if (open && std::abs(at(i) - at(i - 1)) > longestStep) {
+            flush(run);
+            open = false;
+            gap();
         }
         long const here = columnOf(i);
         if (!open || here != column) {

@@ -2,6 +2,7 @@
 
 #include "common/script_json.h"
 #include "main_window.h"
+#include "quality_page.h"
 #include "scripted_windows.h"
 
 #include <QApplication>
@@ -57,6 +58,20 @@ void PlayAndPicture(char const* json, std::map<std::string, std::string> const& 
     if (result.value != 1) Fail(file + ": " + ToQString(result.failure));
 }
 
+/// The colours of a dark desktop, for a look at the windows in them.
+void UseDarkPalette() {
+    QApplication::setStyle("Fusion");
+    QPalette palette(QColor(0x2d, 0x2f, 0x33));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x20, 0x23));
+    palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2c));
+    for (auto const role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+        palette.setColor(role, QColor(0xe6, 0xe6, 0xe6));
+        palette.setColor(QPalette::Disabled, role, QColor(0x88, 0x88, 0x88));
+    }
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x7a, 0xc8));
+    QApplication::setPalette(palette);
+}
+
 int ChannelOf(CStoreDocument const& document, QString const& name) {
     for (ChannelEntry const& entry : document.Channels()) {
         if (entry.name == name) return entry.index;
@@ -95,12 +110,19 @@ void TakeAll(QString const& survey, QDir const& folder) {
     CMainWindow window;
     window.resize(kWidth, kHeight);
     window.show();
+    Save(window, folder.filePath("start.png"));
     window.OpenFile(ToQString(settings.at("store")));
     window.ChooseLine(LineOf(window.Document(), "1020"));
-    window.ChooseChannels({ChannelOf(window.Document(), "Mag")}, ChannelOf(window.Document(), "X"));
+    window.ChooseChannels({ChannelOf(window.Document(), "Mag"), ChannelOf(window.Document(), "Alt")}, kAgainstDistance);
+    window.Table().ShowLocation(24);
     Save(window, folder.filePath("profile.png"));
     window.Tabs().setCurrentIndex(1);
+    QApplication::processEvents();
+    window.Map().WaitUntilDrawn();
     Save(window, folder.filePath("map.png"));
+    window.Tabs().setCurrentIndex(2);
+    window.Quality().WaitUntilDone();
+    Save(window, folder.filePath("quality.png"));
 }
 
 }  // namespace
@@ -112,8 +134,9 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("norva-screenshots");
     QApplication::setOrganizationName("Norva");
-    QStringList const arguments = QApplication::arguments();
-    if (arguments.size() != 3) norva::Fail("usage: norva-screenshots SURVEY FOLDER");
+    QStringList arguments = QApplication::arguments();
+    if (arguments.removeAll("--dark") > 0) norva::UseDarkPalette();
+    if (arguments.size() != 3) norva::Fail("usage: norva-screenshots SURVEY FOLDER [--dark]");
     norva::TakeAll(arguments[1], QDir(arguments[2]));
     return 0;
 }

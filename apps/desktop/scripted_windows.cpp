@@ -1,12 +1,13 @@
 #include "scripted_windows.h"
 
 #include "message_window.h"
+#include "widget_hand.h"
 
+#include <qtestsupport_widgets.h>
 #include <QApplication>
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QLineEdit>
-#include <QTest>
 #include <QTimer>
 #include <QTreeView>
 
@@ -32,9 +33,9 @@ int ColumnToClick(CControl const& control) {
 
 void TypeText(QLineEdit& edit, QString const& text) {
     edit.setFocus();
-    QTest::keySequence(&edit, QKeySequence::SelectAll);
-    QTest::keyClick(&edit, Qt::Key_Delete);
-    QTest::keyClicks(&edit, text);
+    edit.selectAll();
+    PressKey(edit, Qt::Key_Delete);
+    TypeInto(edit, text);
     edit.setModified(true);  // typing the same text again counts as well
 }
 
@@ -42,7 +43,7 @@ void ChooseEntry(QComboBox& combo, int row) {
     combo.setFocus();
     combo.showPopup();
     combo.view()->setCurrentIndex(combo.model()->index(row, 0));
-    QTest::keyClick(combo.view(), Qt::Key_Return);
+    PressKey(*combo.view(), Qt::Key_Return);
 }
 
 void EditInPlace(QTreeView& rows, DialogEvent const& event) {
@@ -52,14 +53,14 @@ void EditInPlace(QTreeView& rows, DialogEvent const& event) {
     QList<QLineEdit*> const editors = rows.findChildren<QLineEdit*>();
     if (!editors.isEmpty()) {
         TypeText(*editors.last(), QString::fromStdString(event.text));
-        QTest::keyClick(editors.last(), Qt::Key_Return);
+        PressKey(*editors.last(), Qt::Key_Return);
         QApplication::processEvents();  // the cell takes its text only after the key was handled
     }
 }
 
 void TickRow(QTreeView& rows, int row) {
     QRect const cell = rows.visualRect(rows.model()->index(row, 0));
-    QTest::mouseClick(rows.viewport(), Qt::LeftButton, Qt::NoModifier, cell.topLeft() + QPoint(8, cell.height() / 2));
+    ClickWidget(*rows.viewport(), cell.topLeft() + QPoint(8, cell.height() / 2));
 }
 
 /// The person's act on the widgets of one control.
@@ -69,7 +70,7 @@ void ActOnWidgets(CControlView& view, CControl const& control, DialogEvent const
     switch (event.kind) {
         case DialogEvent::Kind::Click:
             widget->setFocus(Qt::MouseFocusReason);
-            QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, QPoint(10, widget->height() / 2));
+            ClickWidget(*widget, QPoint(10, widget->height() / 2));
             break;
         case DialogEvent::Kind::Choice:
             if (auto* const combo = qobject_cast<QComboBox*>(widget)) ChooseEntry(*combo, event.row);
@@ -83,15 +84,13 @@ void ActOnWidgets(CControlView& view, CControl const& control, DialogEvent const
             }
             break;
         case DialogEvent::Kind::Select:
-            QTest::mouseClick(view.Target(), Qt::LeftButton, ModifierOf(event),
-                              view.RowPoint(event.row, ColumnToClick(control)));
+            ClickWidget(*view.Target(), view.RowPoint(event.row, ColumnToClick(control)), ModifierOf(event));
             break;
         case DialogEvent::Kind::SelectColumn:
-            QTest::mouseClick(view.Target(), Qt::LeftButton, Qt::NoModifier, view.RowPoint(0, event.column));
+            ClickWidget(*view.Target(), view.RowPoint(0, event.column));
             break;
         case DialogEvent::Kind::DoubleClick:
-            QTest::mouseDClick(view.Target(), Qt::LeftButton, Qt::NoModifier,
-                               view.RowPoint(event.row, ColumnToClick(control)));
+            DoubleClickWidget(*view.Target(), view.RowPoint(event.row, ColumnToClick(control)));
             break;
         case DialogEvent::Kind::EditCell:
             if (auto* const rows = qobject_cast<QTreeView*>(widget)) EditInPlace(*rows, event);

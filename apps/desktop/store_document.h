@@ -2,9 +2,12 @@
 
 #include "common/store_values.h"
 #include "norva/file_util.h"
+#include "store_changes.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <QUndoStack>
 
 #include <memory>
 #include <vector>
@@ -27,6 +30,9 @@ struct ChannelEntry {
     QString fullName;
     QString type;
     bool isNumber = false;
+    bool isArray = false;
+    int displayFormat = DisplayFormat::kFixed;
+    int decimals = 0;  ///< what the values need, at most those of the store
 };
 
 /// Count, extremes and spread of the values of a channel; no-data and deleted locations are left out of all but count.
@@ -57,28 +63,48 @@ public:
     std::vector<ChannelEntry> const& Channels() const { return m_channels; }
 
     QString CellText(int channel, int line, long location);
+    ChannelEntry const* FindChannel(int index) const;
     bool IsDeleted(int line, long location);
+    /// Marks of a line; empty when nothing is deleted.
+    std::vector<bool> DeletedMarks(int line);
     /// Values of a number channel along a line, NaN for no-data; deleted locations are NaN when `hideDeleted`.
     std::vector<double> Column(int channel, int line, bool hideDeleted);
     ColumnStatistics Statistics(int channel, std::vector<int> const& lines);
 
-    /// Both save the store at once and open it again; false with the reason.
-    bool MarkDeleted(int line, std::vector<long> const& locations, bool deleted, QString& why);
-    bool SetLineFlag(int line, int flag, QString& why);
+    /// Marks and flags are changes until they are saved; every call is one step of Undo().
+    void MarkDeleted(int line, std::vector<long> const& locations, bool deleted);
+    void SetLineFlag(int line, int flag);
+    QUndoStack& Undo() { return m_undo; }
+    bool HasChanges() const { return !m_undo.isClean(); }
+    StoreChanges const& Changes() const { return m_changes; }
+    /// Writes the changes into the store; false with the reason, and the changes stay.
+    bool Save(QString& why);
+    /// Whether the file is another one than was opened.
+    bool WasChangedOutside() const;
 
 signals:
-    /// Lines, channels or marks are others than before.
-    void Changed();
+    /// Marks or flags are others than before.
+    void MarksChanged();
 
 private:
-    bool SaveAndReopen(QString& why);
+    class CChangeCommand;
+
+    void Apply(StoreChanges changes);
+    void Push(QString const& text, StoreChanges changes);
     void ReadStructure();
+    void ReadLines();
+    int NeededDecimals(ChannelEntry const& entry, int atMost);
+    void RememberFile();
 
     std::unique_ptr<CNorvaFileUtil> m_store;
     std::unique_ptr<CValuePrinter> m_printer;
     QString m_path;
+    QDateTime m_fileTime;
+    qint64 m_fileSize = 0;
     std::vector<LineEntry> m_lines;
     std::vector<ChannelEntry> m_channels;
+    StoreChanges m_changes;
+    QUndoStack m_undo;
 };
 
 }  // namespace norva

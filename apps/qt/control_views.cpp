@@ -12,9 +12,17 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace norva {
 
 namespace {
+
+/// All rows of a dialog are as high as each other, so that columns of buttons and boxes stand in line.
+int RowHeight() {
+    static int const height = std::max(QLineEdit().sizeHint().height(), QComboBox().sizeHint().height());
+    return height;
+}
 
 /// Common part of views that are one widget.
 template <typename WidgetType>
@@ -53,6 +61,7 @@ public:
         : CSimpleView<ButtonType>(node, std::move(sink)) {
         this->m_widget->setText(mnemonics.Assign(node.label));
         this->m_widget->setAccessibleName(ToQString(node.label).trimmed());
+        if (this->m_widget->isCheckable()) this->m_widget->setMinimumHeight(RowHeight());
         QObject::connect(this->m_widget, &ButtonType::clicked, [this] {
             DialogEvent event;
             event.control = this->m_id;
@@ -99,6 +108,7 @@ public:
             layout->addWidget(label);
         }
         layout->addWidget(this->m_widget, 1);
+        this->m_widget->setMinimumHeight(RowHeight());
         this->m_widget->setAccessibleName(ToQString(node.label).trimmed());
     }
     QWidget* Outer() const override { return m_outer; }
