@@ -1,6 +1,6 @@
 // What the store's calls cost: writing a column at once and value by value, and reading row by row.
 
-#include "store/column_files.h"
+#include "exchange/column_files.h"
 #include "support/store_samples.h"
 #include "support/temporary_folder.h"
 

@@ -1,7 +1,7 @@
 // Column text: the profile scan, the conversion of values by type, and the stages of a whole import.
 
-#include "import_text/ascii_file_import.h"
-#include "import_text/row_converter.h"
+#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/row_converter.h"
 #include "norva/import_export.h"
 #include "norva/scripted_toolkit.h"
 #include "support/temporary_folder.h"

@@ -1,5 +1,6 @@
+#include "formats/records/binary_import_template.h"
+#include "formats/records/records_format.h"
 #include "harness.h"
-#include "ui/control_ids.h"
 
 using namespace norva;
 
@@ -29,8 +30,9 @@ NORVA_FUZZ_TARGET(binary_xyz) {
     if (clicksFiducial) actions.push_back(fuzz::Click(kAddFiducial));
     actions.push_back(fuzz::Click(kButtonOk));
     bytes.remove_suffix(kSettings);
-    if (!fuzz::Import({.run = RunBinaryXyzImport, .fileName = "in.bin", .answers = {fuzz::DialogAnswer(4004, actions)}},
-                      bytes)) {
+    if (!fuzz::Import(
+            {.format = kBinaryRecordsFormat, .fileName = "in.bin", .answers = {fuzz::DialogAnswer(4004, actions)}},
+            bytes)) {
         return;
     }
     CNorvaFileUtil store;

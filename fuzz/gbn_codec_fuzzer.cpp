@@ -1,4 +1,4 @@
-#include "import_binary/gbn_contents.h"
+#include "formats/gbn/gbn_contents.h"
 #include "target.h"
 
 #include <string>

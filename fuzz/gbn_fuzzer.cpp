@@ -1,5 +1,6 @@
+#include "formats/gbn/gbn_format.h"
+#include "formats/gbn/gbn_import_template.h"
 #include "harness.h"
-#include "ui/control_ids.h"
 
 #include <array>
 
@@ -27,7 +28,7 @@ NORVA_FUZZ_TARGET(gbn) {
         actions.push_back(tick);
     }
     actions.push_back(fuzz::Click(kButtonOk));
-    if (fuzz::Import({.run = RunGbnImport, .fileName = "in.gbn", .answers = {fuzz::DialogAnswer(4059, actions)}},
+    if (fuzz::Import({.format = kGbnFormat, .fileName = "in.gbn", .answers = {fuzz::DialogAnswer(4059, actions)}},
                      bytes)) {
         fuzz::CleanUp({fuzz::kStoreName});
     }

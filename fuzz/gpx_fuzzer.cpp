@@ -1,6 +1,7 @@
+#include "formats/gpx/gpx_converter.h"
+#include "formats/gpx/gpx_format.h"
+#include "formats/gpx/gpx_layout.h"
 #include "harness.h"
-#include "import_text/gpx_converter.h"
-#include "import_text/gpx_layout.h"
 #include "norva/converters.h"
 
 using namespace norva;
@@ -19,7 +20,7 @@ std::vector<std::string> Lines(std::string const& path, std::size_t bufferSize) 
 }  // namespace
 
 NORVA_FUZZ_TARGET(gpx) {
-    if (fuzz::Import({.run = RunGpxImport, .fileName = "in.gpx"}, bytes)) fuzz::CleanUp({fuzz::kStoreName});
+    if (fuzz::Import({.format = kGpxFormat, .fileName = "in.gpx"}, bytes)) fuzz::CleanUp({fuzz::kStoreName});
 }
 
 /// How the text falls into the buffer makes no difference, and every row that is written holds five values.

@@ -1,8 +1,8 @@
 #include "harness.h"
 
+#include "exchange/export_selection_template.h"
 #include "norva/import_export.h"
 #include "platform/last_error.h"
-#include "ui/control_ids.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,9 +35,9 @@ public:
 };
 
 /// Laws: a description has a value for every column of its tables; a refusal says why.
-void Describe(int (*run)(ImportJob const& job), std::string const& path) {
+void Describe(ImportFormat const& format, std::string const& path) {
     DescriptionSettings settings;
-    settings.format = std::ranges::find(ImportFormats(), run, &ImportFormat::run)->label;
+    settings.format = format.label;
     settings.record = {{"A", "int16", ""}, {"B", "double", "m"}};
     FileDescription description;
     if (DescribeFile(path, settings, description) == 0) {
@@ -110,7 +110,7 @@ ScriptAnswer DialogAnswer(int dialog, std::vector<ScriptAction> actions) {
 bool Import(ImportTry const& what, std::string_view bytes) {
     test::CTemporaryFolder const& folder = Folder();
     test::WriteWholeFile(folder / what.fileName, bytes);
-    Describe(what.run, folder / what.fileName);
+    Describe(what.format, folder / what.fileName);
     CWatchingToolkit toolkit(what.answers);
     CToolkitScope const scope(toolkit);
     ClearLastErrorText();
@@ -120,10 +120,11 @@ bool Import(ImportTry const& what, std::string_view bytes) {
     job.inputPath = folder / what.fileName;
     job.storePath = folder / kStoreName;
     job.gravityMeterMode = what.gravityMeterMode;
-    bool const isImported = what.run(job) != 0;
+    Status const status = what.format.import(job);
+    bool const isImported = status.IsGood();
     if (!isImported) {
         store.CloseCurFile();
-        if (!toolkit.hasShown && toolkit.Failure().empty() && GetLastErrorText().empty()) Broken("refused in silence");
+        if (!toolkit.hasShown && toolkit.Failure().empty() && status.Text().empty()) Broken("refused in silence");
         CleanUp({what.fileName});
         return false;
     }
@@ -132,14 +133,15 @@ bool Import(ImportTry const& what, std::string_view bytes) {
     return true;
 }
 
-bool Export(int (*run)(ExportJob const& job), std::string const& store, std::string const& output) {
+bool Export(ExportType const& type, std::string const& store, std::string const& output) {
     using namespace ids::Export;
     CScriptedToolkit toolkit({DialogAnswer(4000, {Click(kLinesAddAll), Click(kColumnsAddAll), Click(kButtonOk)})}, true,
                              nullptr);
     CToolkitScope const scope(toolkit);
     CNorvaFileUtil source;
     if (source.SetFileName(Folder() / store, kReopenStore, nullptr) == 0) Broken("a written store does not open");
-    return run({&source, Folder() / output, nullptr}) != 0;
+    ExportJob job{&source, Folder() / output};
+    return type.run(job).IsGood();
 }
 
 bool ReadWholeStore(std::string const& path) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "entry/export_types.h"
-#include "entry/import_formats.h"
+#include "exchange/export_type.h"
+#include "exchange/import_format.h"
 #include "norva/scripted_toolkit.h"
 #include "support/temporary_folder.h"
 #include "target.h"
@@ -23,7 +23,7 @@ ScriptAction SelectColumn(int control, int column);
 ScriptAnswer DialogAnswer(int dialog, std::vector<ScriptAction> actions);
 
 struct ImportTry {
-    int (*run)(ImportJob const& job) = nullptr;
+    ImportFormat const& format;
     std::string fileName = "in";
     std::vector<ScriptAnswer> answers{};  ///< whatever is shown after them is answered by its default
     int gravityMeterMode = 0;
@@ -36,7 +36,7 @@ inline constexpr char const* kStoreName = "out.nvt";
 bool Import(ImportTry const& what, std::string_view bytes);
 
 /// Exports all lines and channels of `store` in the folder to `output` there; the result is the exporter's.
-bool Export(int (*run)(ExportJob const& job), std::string const& store, std::string const& output);
+bool Export(ExportType const& type, std::string const& store, std::string const& output);
 
 /// Reads everything that the store describes; false when it does not open. Law: what opens can be read.
 bool ReadWholeStore(std::string const& path);

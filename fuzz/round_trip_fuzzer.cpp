@@ -1,8 +1,15 @@
+#include "formats/column_text/column_text_format.h"
+#include "formats/column_text/set_channels_template.h"
+#include "formats/column_text/xyz_export_type.h"
+#include "formats/gbn/gbn_export_type.h"
+#include "formats/gbn/gbn_format.h"
+#include "formats/gbn/gbn_import_template.h"
+#include "formats/native/native_export_type.h"
+#include "formats/worksheet/worksheet_export_type.h"
 #include "harness.h"
 #include "sample_of_bytes.h"
 #include "store/value_rules.h"
 #include "support/store_text.h"
-#include "ui/control_ids.h"
 
 #include <cmath>
 
@@ -13,14 +20,14 @@ namespace {
 constexpr char const* kSource = "source.nvt";
 
 /// Writes the store of the bytes and exports it to `output`; false when it is refused.
-bool WriteAndExport(fuzz::CSampleOfBytes const& source, int (*run)(ExportJob const& job), std::string const& output) {
+bool WriteAndExport(fuzz::CSampleOfBytes const& source, ExportType const& type, std::string const& output) {
     CNorvaFileUtil store;
     if (!test::WriteSample(store, fuzz::Folder() / kSource, source.sample)) {
         store.CloseCurFile();
         fuzz::CleanUp({});
         return false;
     }
-    if (fuzz::Export(run, kSource, output)) return true;
+    if (fuzz::Export(type, kSource, output)) return true;
     if (source.IsPlain()) fuzz::Broken("a plain store is not exported");
     fuzz::CleanUp({kSource});
     return false;
@@ -87,12 +94,12 @@ bool HasText(test::StoreSample const& sample) {
 
 NORVA_FUZZ_TARGET(round_trip_xyz) {
     fuzz::CSampleOfBytes const source(bytes);
-    if (!WriteAndExport(source, RunXyzExport, "out.xyz")) return;
+    if (!WriteAndExport(source, kXyzExport, "out.xyz")) return;
     std::string const text = test::ReadWholeFile("out.xyz");
     bool const isPlain = source.IsPlain() && !HasText(source.sample);
     fuzz::CleanUp({kSource, "out.xyz"});
     bool const isImported = fuzz::Import(
-        {.run = RunTextImport, .fileName = "in.xyz", .answers = {Doubles(source.sample.channels.size())}}, text);
+        {.format = kAsciiXyzFormat, .fileName = "in.xyz", .answers = {Doubles(source.sample.channels.size())}}, text);
     if (!isImported && isPlain) fuzz::Broken("what was exported is not imported");
     if (!isImported) return;
     if (isPlain) {
@@ -108,12 +115,12 @@ NORVA_FUZZ_TARGET(round_trip_xyz) {
 
 NORVA_FUZZ_TARGET(round_trip_gbn) {
     fuzz::CSampleOfBytes const source(bytes);
-    if (!WriteAndExport(source, RunGbnExport, "out.gbn")) return;
+    if (!WriteAndExport(source, kGbnExport, "out.gbn")) return;
     std::string const file = test::ReadWholeFile("out.gbn");
     fuzz::CleanUp({kSource, "out.gbn"});
     ScriptAnswer const contents =
         fuzz::DialogAnswer(4059, {fuzz::Click(ids::GbnImport::kFiducial), fuzz::Click(kButtonOk)});
-    bool const isImported = fuzz::Import({.run = RunGbnImport, .fileName = "in.gbn", .answers = {contents}}, file);
+    bool const isImported = fuzz::Import({.format = kGbnFormat, .fileName = "in.gbn", .answers = {contents}}, file);
     if (!isImported && source.IsPlain()) fuzz::Broken("what was exported is not imported");
     if (!isImported) return;
     if (source.IsPlain()) ExpectLike(source.sample, [](auto const&, double, double) { return false; });
@@ -122,7 +129,7 @@ NORVA_FUZZ_TARGET(round_trip_gbn) {
 
 NORVA_FUZZ_TARGET(round_trip_native) {
     fuzz::CSampleOfBytes const source(bytes);
-    if (!WriteAndExport(source, RunNativeExport, fuzz::kStoreName)) return;
+    if (!WriteAndExport(source, kNativeExport, fuzz::kStoreName)) return;
     bool const isOpen = fuzz::ReadWholeStore(fuzz::Folder() / fuzz::kStoreName);
     if (source.IsPlain() && !isOpen) fuzz::Broken("what was exported does not open");
     if (source.IsPlain()) {
@@ -134,7 +141,7 @@ NORVA_FUZZ_TARGET(round_trip_native) {
 /// Law: records fill the file from the first to the last; below the header, one row a line and a location.
 NORVA_FUZZ_TARGET(write_spreadsheet) {
     fuzz::CSampleOfBytes const source(bytes);
-    if (!WriteAndExport(source, RunSpreadsheetExport, "out.xls")) return;
+    if (!WriteAndExport(source, kWorksheetExport, "out.xls")) return;
     std::string const file = test::ReadWholeFile("out.xls");
     auto const word = [&file](std::size_t at) {
         return static_cast<unsigned>(static_cast<unsigned char>(file[at])) +

@@ -1,6 +1,7 @@
+#include "formats/column_text/column_text_format.h"
+#include "formats/column_text/set_channels_template.h"
 #include "harness.h"
 #include "norva/import_export.h"
-#include "ui/control_ids.h"
 
 #include <iterator>
 
@@ -21,7 +22,7 @@ NORVA_FUZZ_TARGET(text) {
         actions = {fuzz::SelectColumn(kPreview, 0), fuzz::Click(button)};
     }
     actions.push_back(fuzz::Click(kButtonOk));
-    fuzz::ImportTry const what = {.run = RunTextImport,
+    fuzz::ImportTry const what = {.format = kAsciiXyzFormat,
                                   .fileName = choice % 2 == 0 ? "in.xyz" : "in.csv",
                                   .answers = {fuzz::DialogAnswer(4003, actions)},
                                   .gravityMeterMode = choice / 22 % 2 == 0 ? 0 : 1};

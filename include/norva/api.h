@@ -4,5 +4,5 @@
 #if defined(NORVA_STATIC)
 #define NORVA_API
 #else
-#define NORVA_API __attribute__((visibility("default")))
+#define NORVA_API [[gnu::visibility("default")]]
 #endif

@@ -29,6 +29,10 @@ struct FileRequest {
     std::string initial{};
 };
 
+/// What a toolkit throws from any of its calls to end the running operation as cancelled. The library lets it through
+/// to its exported edge, which leaves everything as it was and gives 0.
+struct OperationCancelled {};
+
 /// A skin: shows the library's windows to a person, or lets a script answer them.
 class NORVA_API CToolkit {
 public:

@@ -18,7 +18,8 @@ char const* const kExportFilter =
 int BrowseForInput(std::string& path, unsigned flags, int formatCode) {
     FileRequest request;
     request.title = "Import file";
-    if (ImportFormat const* const format = FindImportFormat(formatCode)) request.filter = format->filter;
+    if (ImportFormat const* const format = FindImportFormat(static_cast<ImportFormatCode>(formatCode)))
+        request.filter = format->filter;
     request.flags = flags;
     request.initial = path;
     std::string chosen;
@@ -41,7 +42,7 @@ int BrowseForFile(std::string& path, unsigned flags, FileDialogMode mode, int& f
     }
     path = std::move(chosen);
     if (!Contains(path, ".")) path += "." + (isStore ? "nvt" : extension);
-    if (!isStore) formatCode = ExportTypeOf(extension);
+    if (!isStore) formatCode = static_cast<int>(ExportTypeOf(extension));
     return 1;
 }
 

@@ -1,30 +1,22 @@
 #include "entry/exp_imp_context.h"
 
 #include "entry/browse_for_file.h"
-#include "entry/exception_guard.h"
 #include "entry/export_types.h"
 #include "entry/import_format_dlg.h"
 #include "entry/import_formats.h"
+#include "entry/run_exchange.h"
 #include "platform/last_error.h"
-#include "store/report_draft.h"
 #include "ui/messages.h"
 
 namespace norva {
 
-namespace {
-
-/// The export type whose file the host may go on with.
-constexpr int kNativeFile = 0;
-
-}  // namespace
-
 CExpImpContext::~CExpImpContext() = default;
 
-std::string ProposedStorePath(std::string const& inputPath, int formatCode) {
+std::string ProposedStorePath(std::string const& inputPath, ImportFormatCode code) {
     std::size_t const dot = inputPath.rfind('.');
     std::string proposed = inputPath.substr(0, dot);
     // The lines of a TKI survey are numbered by their extensions: data.p01 and data.p02 need different stores.
-    if (dot != std::string::npos && formatCode == kTkiFormat) proposed += inputPath.substr(dot + 1);
+    if (dot != std::string::npos && code == ImportFormatCode::Tki) proposed += inputPath.substr(dot + 1);
     return proposed + ".nvt";
 }
 
@@ -39,10 +31,9 @@ int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CW
         ShowMessage("File type is undefined");
         return 0;
     }
-    ImportFormat const* const format = FindImportFormat(formatCode);
-    if (format == nullptr || format->run == nullptr) {
-        ShowMessage("The format cannot be read by this version : " +
-                    (format == nullptr ? std::to_string(formatCode) : std::string(format->label)));
+    ImportFormat const* const format = FindImportFormat(static_cast<ImportFormatCode>(formatCode));
+    if (format == nullptr) {
+        ShowMessage("The format cannot be read by this version : " + std::to_string(formatCode));
         return 0;
     }
 
@@ -53,17 +44,11 @@ int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CW
     storePath = ProposedStorePath(job.inputPath, format->code);
     if (BrowseForFile(storePath, kSaveDialogFlags, FileDialogMode::ImportStore, formatCode) == 0) return 0;
     m_storeFileName = storePath;
-    m_gravityMeterMode = format->code == kGravityMeterFormat ? 1 : 0;
+    m_gravityMeterMode = format->code == ImportFormatCode::CG5 ? 1 : 0;
     job.storePath = m_storeFileName;
     job.gravityMeterMode = m_gravityMeterMode;
 
-    StartReport(job.inputPath, format->label);
-    int const result = RunGuarded("Couldn't import the file : ", job.inputPath, [&] { return format->run(job); });
-    if (result == 0) {
-        ForgetReport();
-        m_store->CloseCurFile();
-    }
-    return result;
+    return RunImport(*format, job) ? 1 : 0;
 }
 
 int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileName, std::string& newStoreFileName,
@@ -76,14 +61,14 @@ int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileNam
     int typeCode = -1;
     if (BrowseForFile(job.outputPath, kSaveDialogFlags, FileDialogMode::ExportOutput, typeCode) == 0) return 0;
     newStoreFileName.clear();
-    ExportType const* const type = FindExportType(typeCode);
+    ExportType const* const type = FindExportType(static_cast<ExportTypeCode>(typeCode));
     if (type == nullptr || type->run == nullptr) {
         SetLastErrorText("Files with this extension cannot be written : " + job.outputPath);
         return 0;
     }
-    int const result = RunGuarded("Couldn't write the file : ", job.outputPath, [&] { return type->run(job); });
-    if (type->code == kNativeFile) newStoreFileName = job.outputPath;
-    return result;
+    Status const status = RunExport(*type, job);
+    if (type->code == ExportTypeCode::Native) newStoreFileName = job.outputPath;
+    return status ? 1 : 0;
 }
 
 }  // namespace norva

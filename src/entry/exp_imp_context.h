@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/import_format.h"
 #include "norva/file_util.h"
 
 #include <string>
@@ -30,6 +31,6 @@ private:
 };
 
 /// The store path that is proposed for an input file of a format.
-std::string ProposedStorePath(std::string const& inputPath, int formatCode);
+std::string ProposedStorePath(std::string const& inputPath, ImportFormatCode code);
 
 }  // namespace norva

@@ -1,26 +1,23 @@
 #include "entry/export_types.h"
 
+#include "formats/column_text/xyz_export_type.h"
+#include "formats/gbn/gbn_export_type.h"
+#include "formats/native/native_export_type.h"
+#include "formats/worksheet/worksheet_export_type.h"
 #include "norva/converters.h"
 #include "platform/text.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace norva {
 
 namespace {
 
-constexpr int kNoType = -1;
-constexpr int kReservedType = 2;  ///< no exporter
+/// Extensions that are kept for a type without an exporter.
+constexpr ExportType kReserved = {.code = ExportTypeCode::Reserved, .label = "Reserved", .extensions = "P*"};
 
-constexpr std::array kTypes = {
-    ExportType{0, "Native file", "NVT EET", RunNativeExport},
-    ExportType{kReservedType, "Reserved", "P*", nullptr},
-    ExportType{1, "XYZ ASCII file", "XYZ ASC DAT DMP TXT", RunXyzExport},
-    ExportType{3, "Microsoft Excel file", "XLS", RunSpreadsheetExport},
-    ExportType{4, "Geosoft GBN file", "GBN", RunGbnExport},
-};
+constexpr ExportType const* kTypes[] = {&kNativeExport, &kReserved, &kXyzExport, &kWorksheetExport, &kGbnExport};
 
 bool Fits(std::string_view pattern, std::string_view extension) {
     if (pattern.ends_with('*')) return extension.starts_with(pattern.substr(0, pattern.size() - 1));
@@ -29,25 +26,24 @@ bool Fits(std::string_view pattern, std::string_view extension) {
 
 }  // namespace
 
-std::span<ExportType const> ExportTypes() {
+std::span<ExportType const* const> ExportTypes() {
     return kTypes;
 }
 
-int ExportTypeOf(std::string_view extension) {
+ExportTypeCode ExportTypeOf(std::string_view extension) {
     std::string const upper = ToUpper(extension);
     std::vector<std::string_view> patterns;
-    for (ExportType const& type : kTypes) {
-        GetTokens(type.extensions, patterns, " ");
+    for (ExportType const* const type : kTypes) {
+        GetTokens(type->extensions, patterns, " ");
         bool const fits = std::ranges::any_of(patterns, [&](std::string_view pattern) { return Fits(pattern, upper); });
-        if (fits) return type.code;
+        if (fits) return type->code;
     }
-    return kNoType;
+    return ExportTypeCode::None;
 }
 
-ExportType const* FindExportType(int code) {
-    auto const found =
-        std::find_if(kTypes.begin(), kTypes.end(), [code](ExportType const& t) { return t.code == code; });
-    return found == kTypes.end() ? nullptr : &*found;
+ExportType const* FindExportType(ExportTypeCode code) {
+    auto const found = std::ranges::find_if(kTypes, [code](ExportType const* type) { return type->code == code; });
+    return found == std::end(kTypes) ? nullptr : *found;
 }
 
 }  // namespace norva

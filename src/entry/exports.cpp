@@ -1,11 +1,11 @@
-#include "entry/exception_guard.h"
 #include "entry/exp_imp_context.h"
+#include "exchange/exception_guard.h"
+#include "exchange/report_draft.h"
 #include "norva/import_export.h"
 #include "platform/last_error.h"
-#include "store/report_draft.h"
 
 int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, norva::CWindow* owner, int formatLevel) {
-    return norva::RunGuarded("The import failed", {}, [&] {
+    return norva::GuardedResult("The import failed", {}, [&] {
         norva::ClearLastErrorText();
         norva::ForgetReport();
         norva::CExpImpContext context;
@@ -15,7 +15,7 @@ int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, n
 
 int Export_Data_File(norva::CNorvaFileUtil* store, std::string fileName, std::string& newStoreFileName,
                      norva::CWindow* owner) {
-    return norva::RunGuarded("The export failed", {}, [&] {
+    return norva::GuardedResult("The export failed", {}, [&] {
         norva::ClearLastErrorText();
         norva::CExpImpContext context;
         return context.ExportData(store, fileName, newStoreFileName, owner);

@@ -1,14 +1,11 @@
 #include "norva/file_description.h"
 
-#include "entry/exception_guard.h"
 #include "entry/import_formats.h"
+#include "exchange/exception_guard.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
-#include "norva/toolkit.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
-
-#include <algorithm>
 
 namespace norva {
 
@@ -25,14 +22,16 @@ int DescribeFile(std::string const& path, DescriptionSettings const& settings, F
     file.Close();
     if (length == 0) return fail("the file is empty");
     description.format = settings.format.empty() ? RecognizeImportFormat(path).label : settings.format;
-    auto const format = std::ranges::find(ImportFormats(), description.format, &ImportFormat::label);
-    if (format == ImportFormats().end()) return fail("there is no format \"" + description.format + "\"");
+    ImportFormat const* const format = FindImportFormat(description.format);
+    if (format == nullptr) return fail("there is no format \"" + description.format + "\"");
     description.AddCount("bytes", length);
-    int const described = RunGuarded("Couldn't read the file : ", path, [&] {
+    Status const status = Guarded("Couldn't read the file", path, [&] {
         return format->describe(DescribeJob{path, settings}, description);
     });
-    return described != 0 || !GetLastErrorText().empty() ? described
-                                                         : fail("it is not in the format " + description.format);
+    if (status) return 1;
+    if (status.Text().empty()) return fail("it is not in the format " + description.format);
+    SetLastErrorText(status.Text());
+    return 0;
 }
 
 }  // namespace norva

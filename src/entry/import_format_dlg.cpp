@@ -1,7 +1,7 @@
 #include "entry/import_format_dlg.h"
 
+#include "entry/import_format_template.h"
 #include "entry/import_formats.h"
-#include "ui/control_ids.h"
 
 namespace norva {
 
@@ -25,7 +25,7 @@ void CImportFormatDlg::OnEvent(DialogEvent const& event) {
     }
     int const row = SelectedRow(kFormats);
     if (row < 0) return;
-    m_formatCode = m_formats[static_cast<std::size_t>(row)]->code;
+    m_formatCode = static_cast<int>(m_formats[static_cast<std::size_t>(row)]->code);
     EndDialog(kButtonOk);
 }
 

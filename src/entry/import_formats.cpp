@@ -1,51 +1,63 @@
 #include "entry/import_formats.h"
 
+#include "formats/cg3/cg3_format.h"
+#include "formats/column_text/column_text_format.h"
+#include "formats/gbn/gbn_format.h"
+#include "formats/gpx/gpx_format.h"
+#include "formats/ipr12/ipr12_format.h"
+#include "formats/records/records_format.h"
+#include "formats/seaspy/sea_spy_format.h"
+#include "formats/tki/tki_format.h"
+
 #include <algorithm>
 
 namespace norva {
 
 namespace {
 
-constexpr ImportFormat kFormats[] = {
-    {1, "ASCII XYZ", "ASCII Files (*.asc; *.xyz; *.dat; *.txt)|*.asc;*.xyz;*.dat;*.txt|All Files (*.*)|*.*||", 0,
-     RunTextImport, DescribeTextFile},
-    {8, "ASCII CSV", "CSV files (*.csv)|*.csv|All Files (*.*)|*.*||", 0, RunTextImport, DescribeTextFile},
-    {12, "ASCII GEM", "ASCII Files (*.txt; *stn)|*.txt; *.stn|All Files (*.*)|*.*||", 0, RunTextImport,
-     DescribeTextFile},
-    {5, "Binary XYZ", "Binary XYZ Files (*.*)|*.*||", 0, RunBinaryXyzImport, DescribeBinaryFile},
-    {4, "Geosoft GBN", "Geosoft GBN files (*.gbn)|*.gbn*||", 0, RunGbnImport, DescribeGbnFile},
-    {6, "Scintrex CG3", "Scintrex CG3 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunCG3Import, DescribeCG3File},
-    {kGravityMeterFormat, "Scintrex CG5", "Scintrex CG5 dump (*.dmp; *.raw)|*.dmp;*.raw||", 0, RunTextImport,
-     DescribeTextFile},
-    {10, "Scintrex IPR_12", "Scintrex IPR dump (*.dmp; *.raw; *.IGS)|*.dmp;*.raw;*.IGS||", 0, RunIpr12Import,
-     DescribeIpr12File},
-    {7, "SeaSPY(Marine Magnetics)", "SeaSPY Files (*.mag)|*.mag|All Files (*.*)|*.*||", 0, RunSeaSpyImport,
-     DescribeSeaSpyFile},
-    {kTkiFormat, "Tarko", "TKI files (*.p*)|*.p*|All Files (*.*)|*.*||", 1, RunTkiImport, DescribeTkiFile},
-    {11, "GPS Exchange Format(GPX)", "GPX file(*.gpx)|*.gpx||", 0, RunGpxImport, DescribeGpxFile},
+constexpr ImportFormat const* kFormats[] = {
+    &kAsciiXyzFormat, &kAsciiCsvFormat, &kAsciiGemFormat, &kBinaryRecordsFormat, &kGbnFormat, &kCG3Format,
+    &kCG5Format,      &kIpr12Format,    &kSeaSpyFormat,   &kTkiFormat,           &kGpxFormat,
+};
+
+constexpr ImportFormat const* kFormatsToTry[] = {
+    &kGbnFormat, &kGpxFormat,      &kTkiFormat,      &kSeaSpyFormat,   &kIpr12Format,         &kCG3Format,
+    &kCG5Format, &kAsciiCsvFormat, &kAsciiGemFormat, &kAsciiXyzFormat, &kBinaryRecordsFormat,
 };
 
 /// At this level the list begins with the GEM format.
 constexpr int kGemLevel = 5;
-constexpr int kGemFormat = 12;
+
+template <typename Wanted, typename Of>
+ImportFormat const* Find(Wanted const& wanted, Of of) {
+    auto const found = std::ranges::find(kFormats, wanted, of);
+    return found == std::end(kFormats) ? nullptr : *found;
+}
 
 }  // namespace
 
-std::span<ImportFormat const> ImportFormats() {
+std::span<ImportFormat const* const> ImportFormats() {
     return kFormats;
 }
 
-ImportFormat const* FindImportFormat(int code) {
-    auto const found = std::ranges::find(kFormats, code, &ImportFormat::code);
-    return found == std::end(kFormats) ? nullptr : found;
+std::span<ImportFormat const* const> FormatsToTry() {
+    return kFormatsToTry;
+}
+
+ImportFormat const* FindImportFormat(ImportFormatCode code) {
+    return Find(code, [](ImportFormat const* format) { return format->code; });
+}
+
+ImportFormat const* FindImportFormat(std::string_view label) {
+    return Find(label, [](ImportFormat const* format) { return format->label; });
 }
 
 std::vector<ImportFormat const*> OfferedImportFormats(int level) {
     std::vector<ImportFormat const*> offered;
-    for (ImportFormat const& format : kFormats) {
-        if (level < format.lowestLevel) continue;
-        bool const isFirst = level == kGemLevel && format.code == kGemFormat;
-        offered.insert(isFirst ? offered.begin() : offered.end(), &format);
+    for (ImportFormat const* const format : kFormats) {
+        if (level < format->lowestLevel) continue;
+        bool const isFirst = level == kGemLevel && format->code == ImportFormatCode::AsciiGem;
+        offered.insert(isFirst ? offered.begin() : offered.end(), format);
     }
     return offered;
 }

@@ -25,14 +25,4 @@ TemplateNode Report(int id, std::string_view label, std::initializer_list<std::s
 TemplateNode Grid(int id, std::string_view label);
 TemplateNode Progress(int id, std::string_view label);
 
-// One function a template, each in a file of its own in this folder's "templates".
-DialogTemplate const& Export4000();
-DialogTemplate const& SetChannels4003();
-DialogTemplate const& BinaryImport4004();
-DialogTemplate const& Progress4053();
-DialogTemplate const& GbnImport4059();
-DialogTemplate const& Delimiters4060();
-DialogTemplate const& CG3Import4062();
-DialogTemplate const& ImportFormats4063();
-
 }  // namespace norva::templates

@@ -27,7 +27,4 @@ private:
     CTemplateModule* m_next;
 };
 
-/// The templates of this library, in ascending order.
-std::span<TemplateEntry const> LibraryTemplates();
-
 }  // namespace norva

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/converted_import.h"
+#include "formats/column_text/converted_import.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"

@@ -1,7 +1,7 @@
-#include "entry/progress_dlg.h"
+#include "exchange/progress_dlg.h"
 #include "norva/scripted_toolkit.h"
 #include "norva/trace.h"
-#include "ui/control_ids.h"
+#include "exchange/progress_template.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,4 @@
-#include "ui/control_ids.h"
-#include "ui/template_registry.h"
+#include "entry/library_templates.h"
 #include "ui/test_dialog.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,107 @@
+#include "formats/column_text/converted_import.h"
+
+#include "exchange/report_draft.h"
+#include "exchange/result.h"
+#include "formats/column_text/column_text_format.h"
+#include "norva/converters.h"
+#include "platform/files.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace norva {
+
+namespace {
+
+/// Deletes a file at the end of its scope.
+class CFileRemover {
+public:
+    explicit CFileRemover(std::string const& path) : m_path(path) {}
+    CFileRemover(CFileRemover const&) = delete;
+    CFileRemover& operator=(CFileRemover const&) = delete;
+    ~CFileRemover() { RemoveFile(m_path); }
+
+private:
+    std::string const& m_path;
+};
+
+/// Makes the report of an import of converted text one of the source.
+void TellOfSource(ImportReport& report, ConvertedSource&& source) {
+    auto const relocate = [&source](ReportFinding& finding) {
+        std::erase_if(finding.places, [&source](ReportPlace& place) {
+            place.line = source.lines.SourceLine(place.line);
+            place.column = 0;
+            return place.line == 0;
+        });
+    };
+    for (ReportChannel& channel : report.channels) {
+        for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) relocate(channel.*kind->finding);
+    }
+    for (ReportFinding* const finding : {&report.fewerValues, &report.moreValues, &report.doubtfulMarkers}) {
+        relocate(*finding);
+    }
+    for (ReportLine& line : report.lines) line.sourceLine = source.lines.SourceLine(line.sourceLine);
+    ImportReport& told = source.report;
+    report.leftOut = std::move(told.leftOut);
+    report.cutRecords = std::move(told.cutRecords);
+    report.moreValues.count += told.moreValues.count;
+    report.moreValues.places.insert(report.moreValues.places.begin(), told.moreValues.places.begin(),
+                                    told.moreValues.places.end());
+    if (report.moreValues.places.size() > ReportFinding::kMostPlaces) {
+        report.moreValues.places.resize(ReportFinding::kMostPlaces);
+    }
+    // A row that did not come through as one.
+    std::uint64_t const locations = report.LocationCount();
+    report.leftOut.count += std::max(source.rows, locations) - std::min(source.rows, locations);
+    report.settings.insert(report.settings.end(), told.settings.begin(), told.settings.end());
+    report.parts = std::move(told.parts);
+    report.unit = std::move(told.unit);
+    report.unitsRead = told.unitsRead;
+    report.bytesRead = told.bytesRead;
+    report.sourceSize = told.sourceSize;
+}
+
+}  // namespace
+
+void CLineMap::Add(std::uint64_t textLine, std::uint64_t sourceLine) {
+    if (!m_runs.empty()) {
+        Run& run = m_runs.back();
+        std::uint64_t const last = run.sourceLine + run.step * (run.count - 1);
+        bool const follows = textLine == run.textLine + run.count && sourceLine >= last;
+        if (follows && run.count == 1) run.step = sourceLine - last;
+        if (follows && sourceLine == last + run.step) {
+            ++run.count;
+            return;
+        }
+    }
+    m_runs.push_back({textLine, sourceLine, 0, 1});
+}
+
+std::uint64_t CLineMap::SourceLine(std::uint64_t textLine) const {
+    auto const next = std::ranges::upper_bound(m_runs, textLine, {}, &Run::textLine);
+    if (next == m_runs.begin()) return 0;
+    Run const& run = *std::prev(next);
+    std::uint64_t const index = textLine - run.textLine;
+    return index < run.count ? run.sourceLine + run.step * index : 0;
+}
+
+Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert) {
+    ImportJob textJob = job;
+    textJob.gravityMeterMode = 0;
+    if (CUAC::IsVistaOrLater()) {
+        if (CUAC::GetUserNorvaToolTempDirectory(textJob.inputPath) == 0) return ResultOf(0);
+        textJob.inputPath += temporaryName;
+    } else {
+        textJob.inputPath = job.inputPath.substr(0, job.inputPath.rfind('.')) + "_temp.xyz";
+    }
+    ConvertedSource source;
+    if (convert(job.inputPath, textJob.inputPath, source) == 0) return ResultOf(0);
+    CFileRemover const remover(textJob.inputPath);
+    Status const status = ImportTextFile(textJob);
+    if (ImportReport* const report = FinishedReport(); status && report != nullptr) {
+        TellOfSource(*report, std::move(source));
+    }
+    return status;
+}
+
+}  // namespace norva

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "exchange/import_format.h"
+#include "norva/import_report.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norva {
+
+/// Which line of a source each line of a text was made of. Lines at a steady distance take no room of their own.
+class CLineMap {
+public:
+    /// Text lines come in ascending order.
+    void Add(std::uint64_t textLine, std::uint64_t sourceLine);
+    /// 0 for a text line that was made of none.
+    std::uint64_t SourceLine(std::uint64_t textLine) const;
+
+private:
+    struct Run {
+        std::uint64_t textLine;
+        std::uint64_t sourceLine;
+        std::uint64_t step;   ///< from one source line to the next
+        std::uint64_t count;  ///< text lines that follow each other
+    };
+    std::vector<Run> m_runs;
+};
+
+/// What a conversion found out about its source.
+struct ConvertedSource {
+    ImportReport report;     ///< unit, parts and bytes, settings, and what was found before any row was made
+    std::uint64_t rows = 0;  ///< that were written
+    CLineMap lines;          ///< of the rows and markers
+};
+
+/// Rewrites a file (first path) as column text (second path): 1 when it was written.
+using ConvertToText =
+    std::function<int(std::string const& inputPath, std::string const& textPath, ConvertedSource& source)>;
+
+/// Imports a file through a temporary text file: converts it to `temporaryName` in the user's temporary folder,
+/// imports that text, and deletes it whatever comes of the import. 0 without a message of its own when the folder
+/// cannot be had or the conversion fails; what a failed conversion has left stays there.
+Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert);
+
+/// The same with a converter, which has ConvertToXYZ and TakeSource.
+template <typename Converter>
+Status ImportThroughText(ImportJob& job, std::string_view temporaryName) {
+    auto const convert = [](std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
+        Converter converter;
+        int const result = converter.ConvertToXYZ(inputPath, textPath);
+        source = converter.TakeSource();
+        return result;
+    };
+    return RunConvertedImport(job, temporaryName, convert);
+}
+
+}  // namespace norva

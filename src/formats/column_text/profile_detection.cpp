@@ -1,0 +1,113 @@
+#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/text_line.h"
+#include "platform/text.h"
+
+#include <algorithm>
+
+namespace norva {
+
+namespace {
+
+constexpr CDelimiters kLabelDelimiters{" ,\t\n"};
+
+std::string AutomaticName(int number) {
+    return "LINE" + std::to_string(number);
+}
+
+/// Whether `text`, upper-cased, is `upper`.
+bool IsUpperCaseOf(std::string_view upper, std::string_view text) {
+    return std::equal(upper.begin(), upper.end(), text.begin(), text.end(), [](char a, char b) {
+        return a == (b >= 'a' && b <= 'z' ? static_cast<char>(b - ('a' - 'A')) : b);
+    });
+}
+
+}  // namespace
+
+std::string CAsciiFileImport::GetLineName(std::string_view markerLine) {
+    std::string text = ToUpper(markerLine);
+    std::replace(text.begin(), text.end(), '-', ' ');
+    std::vector<std::string_view> tokens;
+    GetTokens(text, tokens, " ,\t\n:");
+    if (tokens.size() == 1 && tokens[0].size() != 4) return std::string(tokens[0]);
+    if (tokens.size() == 2) return std::string(tokens[1]);
+    return {};
+}
+
+void CAsciiFileImport::GetProfilesByMarker() {
+    m_profiles.clear();
+    m_file.Rewind();
+    std::string pendingName;
+    long rowCount = 0;
+    bool atBoundary = true;
+    int automaticNumber = 1;
+    std::uint64_t lineOffset = 0;
+
+    auto const append = [&] {
+        m_profiles.push_back({pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount});
+    };
+
+    std::string_view line;
+    for (; m_file.Next(line); lineOffset = m_file.Offset()) {
+        LineKind const kind = ClassifyLine(line);
+        if (kind == LineKind::Empty) continue;
+        if (kind == LineKind::Data) {
+            atBoundary = false;
+            if (lineOffset >= m_dataStart) ++rowCount;
+        } else {
+            if (!atBoundary && rowCount > 0) append();
+            rowCount = 0;
+            if (kind == LineKind::Marker || HoldsLineWord(line)) {
+                std::string name = GetLineName(line);
+                if (!name.empty()) pendingName = std::move(name);
+            }
+            atBoundary = true;
+        }
+    }
+    if (!atBoundary) append();
+}
+
+void CAsciiFileImport::GetProfilesByLabel(int labelColumn) {
+    m_profiles.clear();
+    m_file.Rewind();
+    std::string currentLabel;
+    long rowCount = 0;
+    std::uint64_t lineOffset = 0;
+
+    std::string_view line;
+    for (; m_file.Next(line); lineOffset = m_file.Offset()) {
+        if (ClassifyLine(line) != LineKind::Data) continue;
+        bool const counts = lineOffset >= m_dataStart;
+
+        std::string_view label = "*";
+        CTokenCursor cursor(line, kLabelDelimiters);
+        for (int i = 0; i <= labelColumn; ++i) {
+            if (!cursor.Next(label)) {
+                label = "*";
+                break;
+            }
+        }
+        bool const continues = label == "*" || IsUpperCaseOf(currentLabel, label);
+        if (!continues && !currentLabel.empty() && rowCount > 0) {
+            m_profiles.push_back({currentLabel, rowCount});
+            ToUpper(label, currentLabel);
+            rowCount = 1;
+        } else if (counts) {
+            ++rowCount;
+            if (!continues) ToUpper(label, currentLabel);
+        }
+    }
+    if (rowCount > 0) m_profiles.push_back({currentLabel, rowCount});
+}
+
+void CAsciiFileImport::GetProfileRecord(int index, std::string& name, long& rowCount) const {
+    if (index < 0 || index >= ProfileCount()) {
+        name.clear();
+        rowCount = 0;
+        return;
+    }
+    ProfileRecord const& record = m_profiles[static_cast<std::size_t>(index)];
+    name = record.name;
+    rowCount = record.rowCount;
+}
+
+}  // namespace norva

@@ -1,0 +1,312 @@
+#include "formats/column_text/row_converter.h"
+
+#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/plain_decimal.h"
+#include "platform/numbers.h"
+#include "platform/text.h"
+#include "store/value_rules.h"
+
+#include <algorithm>
+
+namespace norva {
+
+CRowConverter::CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters,
+                             Source source, CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic,
+                             CColumnFiles& files, CRowReport& report)
+    : m_delimiters(delimiters),
+      m_upperCase(source == Source::Text),
+      m_dateTime(dateTime),
+      m_geographic(geographic),
+      m_files(files),
+      m_report(report) {
+    m_plans.reserve(columns.size());
+    for (NorvaChannelStruct const& settings : columns) {
+        m_plans.push_back(PlanFor(settings, static_cast<int>(m_plans.size()), source));
+        if (m_plans.back().kind != Kind::Skipped) m_rowPlans = m_plans.size();
+    }
+}
+
+CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, int column, Source source) {
+    Plan plan;
+    plan.column = column;
+    plan.templateFormat = settings.templateFormat;
+    bool const seaSpy = source == Source::SeaSpy;
+    switch (settings.dataType) {
+        case DataType::kFloat:
+            plan.kind = Kind::Float;
+            break;
+        case DataType::kDouble:
+            switch (settings.displayFormat) {
+                case DisplayFormat::kDate:
+                    plan.kind = seaSpy ? Kind::SeaSpyDate : Kind::Date;
+                    break;
+                case DisplayFormat::kTime:
+                    plan.kind = seaSpy ? Kind::SeaSpyTime : Kind::Time;
+                    break;
+                case DisplayFormat::kGeographic:
+                    plan.kind = Kind::Geographic;
+                    break;
+                default:
+                    plan.kind = Kind::Double;
+            }
+            break;
+        case DataType::kInt:
+        case DataType::kLong:
+            plan.kind = Kind::Long;
+            break;
+        case DataType::kShort:
+            plan.kind = Kind::Short;
+            break;
+        case DataType::kText:
+            plan.kind = Kind::Text;
+            plan.width = static_cast<std::size_t>(std::max(settings.arraySize, 0));
+            break;
+        default:
+            break;
+    }
+    plan.isOrdered = IsOrderedChannel(settings, plan.kind);
+    plan.range = plan.kind == Kind::Long    ? static_cast<double>(kNoDataLong)
+                 : plan.kind == Kind::Short ? static_cast<double>(kNoDataShort)
+                                            : kNoDataDouble;
+    return plan;
+}
+
+/// Times and dates, and what counts the readings of an instrument.
+bool CRowConverter::IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind) {
+    if (kind >= Kind::Date && kind <= Kind::SeaSpyTime) return true;
+    if (!IsNumber(kind)) return false;
+    std::string const name = ToUpper(settings.name);
+    return name == "FID" || name == "FIDUCIAL" || name == "TIME" || name == "STATION" || name == "POSITION";
+}
+
+bool CRowConverter::Row(std::string_view line) {
+    char const* next = line.data();
+    char const* const end = next + line.size();
+    for (std::size_t i = 0; i < m_rowPlans; ++i) {
+        Plan& plan = m_plans[i];
+        while (next != end && m_delimiters.Has(*next)) ++next;
+        if (next == end) {
+            m_report.NoteRow(&ImportReport::fewerValues);
+            for (; i < m_rowPlans; ++i) {
+                if (!PutAbsent(m_plans[i])) return false;
+            }
+            return true;
+        }
+        if (IsNumber(plan.kind)) {
+            double value = 0;
+            char const* const after = ReadPlainDecimal(next, end, value);
+            if (after != nullptr && (after == end || m_delimiters.Has(*after))) {
+                if (!PutNumber(plan, value, {next, static_cast<std::size_t>(after - next)})) return false;
+                next = after;
+                continue;
+            }
+        }
+        char const* const begin = next;
+        while (next != end && !m_delimiters.Has(*next)) ++next;
+        if (!PutToken(plan, {begin, static_cast<std::size_t>(next - begin)})) return false;
+    }
+    if (next != end || m_rowPlans != m_plans.size()) CheckRowEnd(next, end);
+    return true;
+}
+
+/// Notes a row whose rest is not exactly the values of the last columns, which are skipped.
+void CRowConverter::CheckRowEnd(char const* next, char const* end) {
+    CTokenCursor cursor({next, static_cast<std::size_t>(end - next)}, m_delimiters);
+    std::string_view token;
+    for (std::size_t i = m_rowPlans; i < m_plans.size(); ++i) {
+        if (!cursor.Next(token)) return m_report.NoteRow(&ImportReport::fewerValues);
+    }
+    if (cursor.Next(token)) m_report.NoteRow(&ImportReport::moreValues);
+}
+
+bool CRowConverter::Value(int column, std::string_view token) {
+    Plan& plan = m_plans[static_cast<std::size_t>(column)];
+    char const* const end = token.data() + token.size();
+    double value = 0;
+    if (IsNumber(plan.kind) && ReadPlainDecimal(token.data(), end, value) == end) return PutNumber(plan, value, token);
+    return PutToken(plan, token);
+}
+
+bool CRowConverter::Absent(int column) {
+    return PutAbsent(m_plans[static_cast<std::size_t>(column)]);
+}
+
+void CRowConverter::StartLine() {
+    for (Plan& plan : m_plans) plan.previous = -std::numeric_limits<double>::infinity();
+}
+
+void CRowConverter::Finish() {
+    for (Plan const& plan : m_plans) {
+        if (plan.minimum > plan.maximum) continue;
+        ReportChannel& channel = m_report.Channel(plan.column);
+        channel.hasRange = true;
+        channel.minimum = plan.minimum;
+        channel.maximum = plan.maximum;
+    }
+}
+
+bool CRowConverter::PutAbsent(Plan& plan) {
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(plan.column).missing, {});
+    return plan.kind == Kind::Text ? PutText(plan, "*") : StoreMissing(plan);
+}
+
+bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
+    if (plan.kind == Kind::Skipped) return true;
+    std::string_view const written = token;
+    token = TrimOf(token, "\"");
+    if (plan.kind == Kind::Text) {
+        if (token.size() > plan.width) m_report.Note(m_report.Channel(plan.column).cut, written);
+        return PutText(plan, token);
+    }
+    if (token.empty() || Contains(token, "*")) {
+        m_report.Note(m_report.Channel(plan.column).noData, written);
+        return StoreMissing(plan);
+    }
+
+    double value = kNoDataDouble;
+    switch (plan.kind) {
+        case Kind::Date: {
+            bool const isRead = m_dateTime.GetDoubleDate(token, plan.templateFormat, value) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::Time: {
+            std::size_t const point = token.find('.');
+            int const decimals = point == std::string_view::npos ? 0 : static_cast<int>(token.size() - point - 1);
+            bool const isRead = m_dateTime.GetDoubleTime(token, plan.templateFormat, decimals, value) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::Geographic: {
+            int decimals = 0;
+            bool const isRead = m_geographic.GetDoubleData(token, plan.templateFormat, value, decimals) != 0;
+            return PutConverted(plan, isRead, value, written);
+        }
+        case Kind::SeaSpyDate:
+            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYDate(token), written);
+        case Kind::SeaSpyTime:
+            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYTime(token), written);
+        default: {
+            NumberRead const read = ScanNumber(token);
+            ReportChannel& channel = m_report.Channel(plan.column);
+            if (read.consumed == 0) {
+                m_report.Note(channel.unreadable, written);
+            } else if (read.consumed < TrimRight(token).size()) {
+                m_report.Note(channel.withRest, written);
+            }
+            return PutNumber(plan, read.value, written);
+        }
+    }
+}
+
+/// Stores a double that came of a date, time or coordinate.
+bool CRowConverter::PutConverted(Plan& plan, bool isRead, double value, std::string_view token) {
+    if (!isRead) {
+        m_report.Note(m_report.Channel(plan.column).unreadable, token);
+    } else if (!(value >= plan.low && value <= plan.high)) {
+        Examine(plan, value, token);
+    }
+    return PutDouble(plan, value);
+}
+
+bool CRowConverter::PutNumber(Plan& plan, double value, std::string_view token) {
+    if (!(value >= plan.low && value <= plan.high)) {
+        Examine(plan, value, token);
+        return Store(plan, value, token);
+    }
+    // Between values that were in range, so that the range need not be asked.
+    if (plan.kind == Kind::Float) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        StoreFloat(out, static_cast<float>(value));
+        return true;
+    }
+    return plan.kind == Kind::Double ? PutDouble(plan, value) : StoreWhole(plan, value, token);
+}
+
+void CRowConverter::Examine(Plan& plan, double value, std::string_view token) {
+    ReportChannel& channel = m_report.Channel(plan.column);
+    if (!(std::fabs(value) <= plan.range)) return m_report.Note(channel.outOfRange, token);
+    bool const isWhole = plan.kind == Kind::Long || plan.kind == Kind::Short;
+    if (isWhole) value = std::trunc(value);
+    // The largest floats round up to the no-data value.
+    bool const roundsUp = plan.kind == Kind::Float && static_cast<float>(value) == kNoDataFloat;
+    if (value == plan.range || roundsUp) return m_report.Note(channel.noData, token);
+    plan.minimum = std::min(plan.minimum, value);
+    plan.maximum = std::max(plan.maximum, value);
+    if (!plan.isOrdered) {
+        plan.low = plan.minimum;
+        plan.high = plan.maximum;
+        return;
+    }
+    bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::SeaSpyTime;
+    if (RunsBackwards(value, plan.previous, isClock)) m_report.Note(channel.backwards, token);
+    plan.previous = value;
+}
+
+bool CRowConverter::Store(Plan const& plan, double value, std::string_view token) {
+    if (plan.kind == Kind::Float) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        StoreFloat(out, FloatInRange(value));
+        return true;
+    }
+    if (plan.kind == Kind::Long || plan.kind == Kind::Short) return StoreWhole(plan, value, token);
+    return PutDouble(plan, DoubleInRange(value));
+}
+
+bool CRowConverter::StoreWhole(Plan const& plan, double value, std::string_view token) {
+    std::int32_t whole = 0;
+    if (plan.kind == Kind::Long) {
+        char* const out = m_files.Append(plan.column, 4);
+        if (out == nullptr) return false;
+        whole = LongInRange(value);
+        StoreLittle32(out, static_cast<std::uint32_t>(whole));
+    } else {
+        char* const out = m_files.Append(plan.column, 2);
+        if (out == nullptr) return false;
+        std::int16_t const stored = ShortInRange(value);
+        whole = stored;
+        StoreLittle16(out, static_cast<std::uint16_t>(stored));
+    }
+    // What came out as no-data was noted for that.
+    if (static_cast<double>(whole) != value && static_cast<double>(whole) != plan.range) {
+        m_report.Note(m_report.Channel(plan.column).withFraction, token);
+    }
+    return true;
+}
+
+bool CRowConverter::PutDouble(Plan const& plan, double value) {
+    char* const out = m_files.Append(plan.column, 8);
+    if (out == nullptr) return false;
+    StoreDouble(out, value);
+    return true;
+}
+
+bool CRowConverter::StoreMissing(Plan const& plan) {
+    // Every no-data value is what lies outside the range of its type.
+    return Store(plan, 2 * kNoDataDouble, {});
+}
+
+bool CRowConverter::PutText(Plan const& plan, std::string_view token) {
+    token = token.substr(0, plan.width);
+    if (m_upperCase) {
+        ToUpper(token, m_text);
+        token = m_text;
+    }
+    if (plan.width > 0 && plan.width <= CColumnFiles::kBufferSize) {
+        char* const out = m_files.Append(plan.column, plan.width);
+        if (out == nullptr) return false;
+        std::fill(std::copy(token.begin(), token.end(), out), out + plan.width, ' ');
+        return true;
+    }
+    if (!m_files.AppendBytes(plan.column, token.data(), token.size())) return false;
+    static std::string const kBlanks(4096, ' ');
+    for (std::size_t left = plan.width - token.size(); left > 0;) {
+        std::size_t const part = std::min(left, kBlanks.size());
+        if (!m_files.AppendBytes(plan.column, kBlanks.data(), part)) return false;
+        left -= part;
+    }
+    return true;
+}
+
+}  // namespace norva

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "formats/column_text/text_line.h"
+#include "norva/converters.h"
+#include "norva/values.h"
+#include "exchange/column_files.h"
+#include "exchange/row_report.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norva {
+
+/// Turns the values of data rows into packed store values, one column file a column.
+class CRowConverter {
+public:
+    enum class Source {
+        Text,    ///< dates and times by the store's converters; texts are upper-cased
+        SeaSpy,  ///< dates and times in the log's own form; texts keep their case
+    };
+
+    /// What is referred to has to outlive the converter. `columns` are the settings of all columns, skipped ones too.
+    CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Source source,
+                  CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files,
+                  CRowReport& report);
+
+    /// Converts a whole row; values that it lacks are missing, surplus ones are ignored. False after a write failure.
+    bool Row(std::string_view line);
+    /// Converts one value of one column (nothing for a skipped one). False after a write failure.
+    bool Value(int column, std::string_view token);
+    /// The row has no value for the column.
+    bool Absent(int column);
+    /// The rows from now on belong to another survey line.
+    void StartLine();
+    /// Completes the report's channels by their ranges.
+    void Finish();
+
+private:
+    enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, SeaSpyDate, SeaSpyTime, Geographic };
+    struct Plan {
+        Kind kind = Kind::Skipped;
+        int column = 0;
+        int templateFormat = 0;
+        std::size_t width = 0;   ///< of a text, in characters
+        bool isOrdered = false;  ///< values below the one before are to be noted
+        double range = 0;        ///< the largest value that is not too large, which stands for no-data
+        double previous = -std::numeric_limits<double>::infinity();
+        double minimum = std::numeric_limits<double>::infinity();
+        double maximum = -std::numeric_limits<double>::infinity();
+        // Values from `low` to `high` need no look: the range seen, or none when every value needs one.
+        double low = std::numeric_limits<double>::infinity();
+        double high = -std::numeric_limits<double>::infinity();
+    };
+
+    static bool IsNumber(Kind kind) { return kind >= Kind::Float && kind <= Kind::Short; }
+    static Plan PlanFor(NorvaChannelStruct const& settings, int column, Source source);
+
+    static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
+
+    bool PutToken(Plan& plan, std::string_view token);
+    bool PutConverted(Plan& plan, bool isRead, double value, std::string_view token);
+    bool PutNumber(Plan& plan, double value, std::string_view token);
+    bool Store(Plan const& plan, double value, std::string_view token);
+    bool StoreWhole(Plan const& plan, double value, std::string_view token);
+    bool PutDouble(Plan const& plan, double value);
+    bool StoreMissing(Plan const& plan);
+    bool PutText(Plan const& plan, std::string_view token);
+    bool PutAbsent(Plan& plan);
+    /// Notes what is to be said of a value outside what was seen so far.
+    void Examine(Plan& plan, double value, std::string_view token);
+    void CheckRowEnd(char const* next, char const* end);
+
+    std::vector<Plan> m_plans;
+    std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
+    CDelimiters const& m_delimiters;
+    bool m_upperCase;
+    CNorvaDateTime const& m_dateTime;
+    CNorvaGeographic const& m_geographic;
+    CColumnFiles& m_files;
+    CRowReport& m_report;
+    std::string m_text;
+};
+
+}  // namespace norva

@@ -1,0 +1,67 @@
+#include "formats/gbn/gbn_fiducial_file.h"
+
+#include "platform/last_error.h"
+#include "platform/paths.h"
+#include "store/value_rules.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+namespace norva {
+
+namespace {
+
+constexpr std::size_t kWidth = sizeof(double);
+constexpr std::int64_t kValuesAtOnce = 8192;
+constexpr int kAttempts = 100;
+
+}  // namespace
+
+bool GbnFiducialFile::Create(std::string const& inputPath) {
+    std::string const path = FullPath("fiducial");
+    int error = IsSameFile(path, inputPath) ? EEXIST : 0;
+    for (int attempt = 0; error == 0 && attempt < kAttempts; ++attempt) {
+        bool const isNew = m_file.Open(path, CFile::Mode::CreateNew);
+        // An older file is taken over only if it could have been truncated as well.
+        if (isNew || (m_file.Error() == EEXIST && m_file.Open(path, CFile::Mode::Update))) {
+            error = RemoveFile(path);
+            if (error == ENOENT) error = 0;  // another import was quicker
+            if (isNew && error == 0) return true;
+            m_file.Close();
+        } else if (m_file.Error() != ENOENT) {
+            error = m_file.Error();
+        }
+    }
+    SetLastErrorText("Couldn't create the file : " + path + "\n" + SystemErrorText(error != 0 ? error : EEXIST));
+    return false;
+}
+
+bool GbnFiducialFile::Write(double start, double increment, std::int64_t count) {
+    std::vector<char> buffer(static_cast<std::size_t>(std::min(count, kValuesAtOnce)) * kWidth);
+    double value = start;
+    for (std::int64_t done = 0; done < count;) {
+        std::int64_t const end = std::min(count, done + kValuesAtOnce);
+        std::size_t used = 0;
+        for (; done < end; ++done, used += kWidth) {
+            StoreDouble(buffer.data() + used, value);
+            value += increment;
+        }
+        if (!m_file.Write(buffer.data(), used)) return Fail("write");
+    }
+    return true;
+}
+
+bool GbnFiducialFile::Read(std::int64_t first, std::int64_t count, char* bytes) {
+    std::size_t const size = static_cast<std::size_t>(count) * kWidth;
+    std::size_t got = 0;
+    return (m_file.ReadAt(static_cast<std::uint64_t>(first) * kWidth, bytes, size, got) && got == size) || Fail("read");
+}
+
+bool GbnFiducialFile::Fail(char const* what) {
+    SetLastErrorText(std::string("Couldn't ") + what + " the file : " + m_file.Path() + "\n" +
+                     SystemErrorText(m_file.Error()));
+    return false;
+}
+
+}  // namespace norva

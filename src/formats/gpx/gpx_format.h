@@ -1,0 +1,12 @@
+#pragma once
+
+#include "exchange/import_format.h"
+
+namespace norva {
+
+extern ImportFormat const kGpxFormat;
+
+Status ImportGpxFile(ImportJob& job);
+Status DescribeGpxFile(DescribeJob const& job, FileDescription& description);
+
+}  // namespace norva
