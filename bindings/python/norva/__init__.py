@@ -12,9 +12,26 @@ A line is a survey line, a channel a measured or computed quantity, a location o
 array) of every channel.
 """
 
-from ._error import Error
+from . import settings
+from ._error import Cancelled, Error
+from ._exchange import Description, Report, describe, export, import_file
 from ._norva import library_version as __version__
 from ._survey import Channel, Line, Survey, open
 from ._writing import mark_deleted, write
 
-__all__ = ["Channel", "Error", "Line", "Survey", "mark_deleted", "open", "write"]
+__all__ = [
+    "Cancelled",
+    "Channel",
+    "Description",
+    "Error",
+    "Line",
+    "Report",
+    "Survey",
+    "describe",
+    "export",
+    "import_file",
+    "mark_deleted",
+    "open",
+    "settings",
+    "write",
+]

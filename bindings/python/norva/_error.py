@@ -1,4 +1,4 @@
-"""The one exception of the package."""
+"""What the package raises."""
 
 
 class Error(Exception):
@@ -21,3 +21,7 @@ class Error(Exception):
     def __str__(self) -> str:
         where = ", ".join(part for part in (self.path, self.place) if part)
         return ": ".join(part for part in (self.what, where, self.reason) if part)
+
+
+class Cancelled(Error):
+    """The progress callback gave up."""

@@ -1,5 +1,10 @@
+from enum import Enum
+from typing import Any, Callable
+
 import numpy as np
 from numpy.typing import NDArray
+
+from ._survey import Channel
 
 library_version: str
 
@@ -24,3 +29,128 @@ def ascii_texts(values: NDArray[np.bytes_]) -> NDArray[np.str_] | None: ...
 def decimal_years(days: NDArray[np.int64]) -> NDArray[np.float64]: ...
 def write_store(path: bytes, lines: list[tuple[bytes, int]], channels: list[tuple[object, ...]]) -> None: ...
 def mark_deleted(path: bytes, line: int, locations: NDArray[np.int64], deleted: bool) -> None: ...
+
+def import_into_store(
+    path: bytes,
+    store: bytes,
+    format: str,
+    settings: Cg3Settings | ColumnTextSettings | GbnSettings | RecordSettings | SeaSpySettings | None,
+    replace: bool,
+    checksum: bool,
+    progress: Callable[[str, str, int], bool | None] | None,
+) -> tuple[
+    str, Cg3Settings | ColumnTextSettings | GbnSettings | RecordSettings | SeaSpySettings | None, list[str]
+]: ...
+def export_from_store(
+    store: bytes,
+    path: bytes,
+    settings: ExportSettings,
+    replace: bool,
+    progress: Callable[[str, str, int], bool | None] | None,
+) -> list[str]: ...
+def describe(
+    path: bytes, format: str
+) -> tuple[str, dict[str, int | float | str], dict[str, tuple[list[str], list[tuple[Any, ...]]]], str]: ...
+
+class TextReading:
+    class Encoding(Enum):
+        UTF8 = ...
+        LATIN1 = ...
+        UTF16_LITTLE = ...
+        UTF16_BIG = ...
+
+    encoding: Encoding
+    separator: str  # one of , ; | tab, or a blank for runs of blanks and tabs
+    quote: str
+    backslash_quote: bool
+    decimal_mark: str
+    trailing_separator: bool
+    comment_marks: list[str]
+    missing: list[str]
+    first_data_line: int  # from 1
+    marker_words: list[str]
+    def __init__(self, **members: Any) -> None: ...
+
+class ColumnReading:
+    class Form(Enum):
+        PLAIN = ...
+        DATE_TIME = ...
+        DAY_OF_YEAR = ...
+        NAMED_MONTH = ...
+        COMPACT_DATE = ...
+        COMPACT_TIME = ...
+        EPOCH_SECONDS = ...
+        DEGREES = ...
+        PACKED_MINUTES = ...
+
+    source: int  # column of the file, from 0
+    form: Form
+    order: str
+    missing: list[str]
+    suffix: str
+    epoch_divisor: int
+    def __init__(self, **members: Any) -> None: ...
+
+class ColumnTextSettings:
+    skip: int
+    columns: list[Channel]
+    label_column: int  # -1: lines begin at markers
+    reading: TextReading | None
+    column_readings: list[ColumnReading]
+    def __init__(self, **members: Any) -> None: ...
+
+class SeaSpySettings:
+    columns: list[Channel]
+    interpolated: bool
+    def __init__(self, **members: Any) -> None: ...
+
+class Cg3Settings:
+    columns: list[str] | None
+    date_format: int
+    time_format: int
+    sort_by_time: bool
+    def __init__(self, **members: Any) -> None: ...
+
+class RecordChannel:
+    class Format(Enum):
+        INT32 = ...
+        FLOAT = ...
+        DOUBLE = ...
+        INT16 = ...
+
+    name: str
+    units: str
+    format: Format  # in the file
+    type: str  # in the store, as Channel.type
+    def __init__(self, **members: Any) -> None: ...
+
+class RecordSettings:
+    channels: list[RecordChannel]
+    records: int | None
+    points_per_line: int | None
+    fiducial: bool
+    frequency: int
+    def __init__(self, **members: Any) -> None: ...
+
+class GbnChannel:
+    number: int
+    name: str | None
+    units: str | None
+    type: str | None
+    def __init__(self, **members: Any) -> None: ...
+
+class GbnSettings:
+    lines: list[int] | None
+    channels: list[int] | None
+    changes: list[GbnChannel]
+    fiducial: bool
+    def __init__(self, **members: Any) -> None: ...
+
+class ExportSettings:
+    lines: list[int] | None
+    channels: list[int] | None
+    label_as_channel: bool
+    point_id: bool
+    units: bool
+    write_oversized: bool
+    def __init__(self, **members: Any) -> None: ...

@@ -20,8 +20,10 @@ Missing = Literal["nan", "mask", "raw"]
 LineName = Union[str, int]
 
 #: Names of the data types and displays, by their codes.
-TYPES = {0: "float", 1: "double", 2: "int", 3: "long", 4: "text", 5: "short"}
+TYPES = {-1: "skipped", 0: "float", 1: "double", 2: "int", 3: "long", 4: "text", 5: "short"}
 DISPLAYS = {-1: "unset", 0: "fixed", 1: "exponent", 2: "time", 3: "date", 4: "geographic"}
+TYPE_CODES = {name: code for code, name in TYPES.items()}
+_DISPLAY_CODES = {name: code for code, name in DISPLAYS.items()}
 
 # What pandas and xarray can hold, whose dates and times are 64 bits of nanoseconds.
 _PANDAS_LIMITS = {
@@ -37,7 +39,8 @@ class Channel:
     Attributes:
         name: may be blank, and several channels may have one name.
         units: as written: "nT", "m".
-        type: "float" (4 bytes), "double" (8), "int" or "long" (4), "short" (2), "text".
+        type: "float" (4 bytes), "double" (8), "int" or "long" (4), "short" (2), "text"; in settings of an import "skipped"
+            for a column that is left out.
         size: characters of a text, elements of an array, else 1.
         array: whether a location has `size` numbers.
         display: "fixed", "exponent", "time" (hours), "date" (decimal years), "geographic" (decimal degrees), "unset".
@@ -61,6 +64,23 @@ class Channel:
     @property
     def is_time(self) -> bool:
         return self.display == "time" and self.type in ("float", "double")
+
+
+def channel_of(
+    name: str, units: str, type_code: int, size: int, array: bool, display: int, decimals: int, template: int
+) -> Channel:
+    """From the codes of a store."""
+    return Channel(name, units, TYPES[type_code], size, array, DISPLAYS.get(display, display), decimals, template)
+
+
+def channel_codes(channel: Channel) -> tuple[bytes, bytes, int, int, bool, int, int, int]:
+    """The way back; ValueError for a type or display that does not exist."""
+    display = _DISPLAY_CODES.get(channel.display, channel.display)
+    if channel.type not in TYPE_CODES or not isinstance(display, int):
+        raise ValueError(f'channel "{channel.name}" has the type {channel.type!r} and the display {channel.display!r}')
+    name, units = (text.encode("utf-8", "surrogateescape") for text in (channel.name, channel.units))
+    code = TYPE_CODES[channel.type]
+    return name, units, code, channel.size, channel.array, display, channel.decimals, channel.template
 
 
 def _decoded(raw: NDArray[Any], channel: Channel, missing: Missing, decoded: bool, has_missing: bool) -> NDArray[Any]:
@@ -157,10 +177,7 @@ class Survey:
         self._mapped = mapped
         self._store = _norva.Store(os.fsencode(path))
         self._missing: dict[int, bool] = {}
-        self.channels = [
-            Channel(name, units, TYPES[type_code], size, array, DISPLAYS.get(display, display), decimals, template)
-            for name, units, type_code, size, array, display, decimals, template in self._store.channels()
-        ]
+        self.channels = [channel_of(*codes) for codes in self._store.channels()]
         self.lines: list[Line] = []
         first = 0
         for number, (name, count, deleted_count, flag) in enumerate(self._store.lines()):
@@ -217,9 +234,10 @@ class Survey:
 
     def channel(self, name: str | int) -> Channel:
         """The channel of that name, or of that number from 0. KeyError when there is none or more than one."""
-        return self.channels[self._number(name)]
+        return self.channels[self.number_of(name)]
 
-    def _number(self, name: str | int) -> int:
+    def number_of(self, name: str | int) -> int:
+        """The channel's place, from 0. KeyError as of `channel`."""
         if isinstance(name, str):
             found = [number for number, channel in enumerate(self.channels) if channel.name == name]
             if len(found) == 1:
@@ -262,7 +280,7 @@ class Survey:
     def _column(
         self, name: str | int, lines: Sequence[Line] | None, missing: Missing, deleted: bool, decoded: bool
     ) -> NDArray[Any]:
-        number = self._number(name)
+        number = self.number_of(name)
         raw = self._raw(number, lines, deleted)
         return _decoded(raw, self.channels[number], missing, decoded, missing != "raw" and self._has_missing(number))
 
@@ -313,7 +331,7 @@ class Survey:
         import pandas
 
         chosen = None if lines is None else [self.line(name) for name in lines]
-        numbers = range(len(self.channels)) if channels is None else [self._number(name) for name in channels]
+        numbers = range(len(self.channels)) if channels is None else [self.number_of(name) for name in channels]
         names = list(dict.fromkeys(line.name for line in self.lines))
         place = {name: code for code, name in enumerate(names)}
         of_lines = self.lines if chosen is None else chosen
@@ -351,7 +369,7 @@ class Survey:
         of_lines = self.lines if chosen is None else chosen
         names = np.array([line.name for line in of_lines], dtype=str)
         counts = [line.location_count if deleted else len(line) for line in of_lines]
-        numbers = range(len(self.channels)) if channels is None else [self._number(name) for name in channels]
+        numbers = range(len(self.channels)) if channels is None else [self.number_of(name) for name in channels]
         variables = {}
         for number in numbers:
             channel = self.channels[number]

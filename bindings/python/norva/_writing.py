@@ -11,7 +11,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from . import _norva
 from ._error import Error
-from ._survey import DISPLAYS, TYPES, Channel, Survey
+from ._survey import Channel, Survey, channel_codes
 
 if TYPE_CHECKING:
     import pandas
@@ -19,8 +19,6 @@ if TYPE_CHECKING:
 Lines = Union[str, Iterable[Any]]
 Channels = Union["pandas.DataFrame", Mapping[str, Any], Iterable[tuple[str, Any]]]
 
-_TYPE_CODES = {name: code for code, name in TYPES.items()}
-_DISPLAY_CODES = {name: code for code, name in DISPLAYS.items()}
 _STORED = {"float": "<f4", "double": "<f8", "int": "<i4", "long": "<i4", "short": "<i2"}
 #: The smallest and the largest value; whole numbers end before their no-data value.
 _LIMITS = {
@@ -200,10 +198,6 @@ def _descriptions(describe: Any) -> dict[str, Channel]:
     return found
 
 
-def _bytes(text: str) -> bytes:
-    return text.encode("utf-8", "surrogateescape")
-
-
 def write(
     path: str | os.PathLike[str],
     lines: Lines,
@@ -256,11 +250,8 @@ def write(
         if rows is not None and len(stored) != rows:
             raise Error(what, name, f'channel "{title}"', f"it has {len(stored)} rows, the ones before it {rows}")
         rows = len(stored)
-        unit = (units or {}).get(title, channel.units)
-        packed.append(
-            (_bytes(title), _bytes(unit), _TYPE_CODES[channel.type], channel.size, channel.array)
-            + (_DISPLAY_CODES.get(channel.display, channel.display), channel.decimals, channel.template, stored)
-        )
+        channel = dataclasses.replace(channel, name=title, units=(units or {}).get(title, channel.units))
+        packed.append((*channel_codes(channel), stored))
     try:
         if _is_pairs(lines):
             counts = [(str(line), int(count)) for line, count in lines]
@@ -271,7 +262,7 @@ def write(
             counts = _runs(lines, len(list(lines)) if rows is None else rows)
     except _Problem as problem:
         raise Error(what, name, "" if problem.row is None else f"row {problem.row}", str(problem)) from None
-    _norva.write_store(os.fsencode(path), [(_bytes(line), count) for line, count in counts], packed)
+    _norva.write_store(os.fsencode(path), [(line.encode("utf-8", "surrogateescape"), count) for line, count in counts], packed)
 
 
 def mark_deleted(

@@ -1,4 +1,6 @@
 #include "column_values.h"
+#include "exchange_calls.h"
+#include "settings.h"
 #include "store_error.h"
 #include "store_handle.h"
 #include "store_writing.h"
@@ -17,7 +19,7 @@ void RaiseStoreError(std::exception_ptr thrown) {
     try {
         if (thrown) std::rethrow_exception(thrown);
     } catch (CStoreError const& error) {
-        py::object const kind = py::module_::import("norva._error").attr("Error");
+        py::object const kind = py::module_::import("norva._error").attr(error.isCancelled ? "Cancelled" : "Error");
         py::object const raised = kind(StrOf(error.what), StrOf(error.path), StrOf(error.place), StrOf(error.reason));
         PyErr_SetObject(kind.ptr(), raised.ptr());
     }
@@ -39,6 +41,10 @@ PYBIND11_MODULE(_norva, module) {
         .def("channels", &CStoreHandle::Channels)
         .def("values", &CStoreHandle::Values, py::arg("channel"), py::arg("mapped"))
         .def("kept", &CStoreHandle::Kept);
+    BindSettings(module);
+    module.def("import_into_store", &ImportIntoStore);
+    module.def("export_from_store", &ExportFromStore);
+    module.def("describe", &Describe);
     module.def("has_missing", &HasMissing, py::arg("values"));
     module.def("missing_mask", &MissingMask, py::arg("values"));
     module.def("filled", &FilledWithNan, py::arg("values"));

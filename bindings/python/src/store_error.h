@@ -16,6 +16,7 @@ public:
     std::string path;    ///< the file; empty when it is about none
     std::string place;   ///< line, channel or row; empty when it is about the whole
     std::string reason;  ///< why
+    bool isCancelled = false;
 };
 
 /// Throws what the store's last operation on this thread left as its error.
