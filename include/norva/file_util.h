@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/api.h"
+#include "norva/status.h"
 #include "norva/values.h"
 #include "norva/window.h"
 
@@ -107,6 +108,15 @@ public:
     virtual int MarkLocToDelete(int profile, long location, int deleted);
     /// Sets a profile's flag (0: shown); saved by CloseCurFile.
     virtual int SetProfileFlag(int profile, int flag);
+
+    /// Why the last operation of this store gave 0: what failed, the path, the reason. Good after a success, and where
+    /// 0 only says that there is no such value, profile or channel. Unlike GetLastErrorText() it belongs to this store
+    /// alone: what the host does meanwhile with another one leaves it as it is.
+    virtual Status LastStatus() const;
+    /// Whether ReadColumn gives the same values as GetData, so that a whole column may be read at once in its place.
+    /// True for this class; false for a class derived from it, which may have a GetData of its own, until that class
+    /// says otherwise.
+    virtual bool GivesPackedValues() const;
 
 private:
     struct Impl;

@@ -24,6 +24,7 @@ public:
     int SaveData(int dataType, void const* value) override;
     int EndWriteData() override;
     int SortByChannel(CWindow* owner, int channel, int first, int second, int third, int fourth) override;
+    bool GivesPackedValues() const override { return true; }
 
 private:
     CTrace* m_trace = nullptr;

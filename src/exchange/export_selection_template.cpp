@@ -1,5 +1,5 @@
-#include "norva/dialog.h"
 #include "exchange/export_selection_template.h"
+#include "norva/dialog.h"
 #include "ui/template_builders.h"
 
 namespace norva::templates {

@@ -1,10 +1,10 @@
 #include "norva/import_report.h"
 
+#include "exchange/report_draft.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
 #include "platform/sha256.h"
-#include "exchange/report_draft.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,9 +1,9 @@
 #include "exchange/progress_dlg.h"
 
+#include "exchange/progress_template.h"
 #include "norva/toolkit.h"
 #include "platform/numbers.h"
 #include "platform/paths.h"
-#include "exchange/progress_template.h"
 
 #include <algorithm>
 #include <charconv>

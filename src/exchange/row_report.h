@@ -1,7 +1,7 @@
 #pragma once
 
-#include "norva/import_report.h"
 #include "exchange/report_draft.h"
+#include "norva/import_report.h"
 
 #include <cstdint>
 #include <string>

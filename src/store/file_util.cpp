@@ -9,6 +9,7 @@
 #include "store/value_rules.h"
 
 #include <new>
+#include <typeinfo>
 #include <utility>
 
 namespace norva {
@@ -29,6 +30,7 @@ struct CNorvaFileUtil::Impl {
     bool channelsSaved = false;
     bool started = false;
     bool changed = false;  ///< marks or flags differ from the file
+    Status last;           ///< of the last operation
 
     CStoreStructure const& Structure() const { return reader != nullptr ? reader->Structure() : written; }
 
@@ -51,17 +53,23 @@ struct CNorvaFileUtil::Impl {
         return location >= 0 && location < found.locations ? &found : nullptr;
     }
 
-    int Fail(char const* what, std::string const& reason) const {
+    /// Every operation that can fail begins so: an older failure is not its own.
+    void Begin() {
+        if (!last) last = {};
+    }
+    int Fail(char const* what, std::string const& reason) {
+        last = Status::Failure(what, path, reason);
         ClearLastErrorText();
-        SetLastErrorText(std::string(what) + " : " + path + "\n" + reason);
+        SetLastErrorText(last.Text());
         return 0;
     }
-    int FailOpening(std::string const& reason) const { return Fail("Couldn't open the store", reason); }
-    int FailReading(std::string const& reason) const { return Fail("Couldn't read the store", reason); }
-    int FailChanging(std::string const& reason) const { return Fail("Couldn't change the store", reason); }
-    /// A reason that was found before, in the files that feed the store, say, explains more than this one.
-    int FailWriting(std::string const& reason) const {
-        SetLastErrorText("Couldn't write the store : " + path + "\n" + reason);
+    int FailOpening(std::string const& reason) { return Fail("Couldn't open the store", reason); }
+    int FailReading(std::string const& reason) { return Fail("Couldn't read the store", reason); }
+    int FailChanging(std::string const& reason) { return Fail("Couldn't change the store", reason); }
+    /// The last error keeps a reason that was found before: one in the files that feed the store explains more.
+    int FailWriting(std::string const& reason) {
+        last = Status::Failure("Couldn't write the store", path, reason);
+        SetLastErrorText(last.Text());
         return 0;
     }
 
@@ -161,12 +169,14 @@ std::string CNorvaFileUtil::GetNorvaFileName() const {
 }
 
 int CNorvaFileUtil::CloseCurFile() {
+    m_impl->Begin();
     int const closed = m_impl->Close();
     ProfileCount = ChannelCount = 0;
     return closed;
 }
 
 int CNorvaFileUtil::AddProfileToStructure(std::string const& name, long locationCount) {
+    m_impl->Begin();
     if (!m_impl->IsDescribing(m_impl->profilesSaved)) return 0;
     std::string reason;
     if (m_impl->written.AddProfile(name, locationCount, reason)) {
@@ -180,6 +190,7 @@ int CNorvaFileUtil::AddProfileToStructure(std::string const& name, long location
 int CNorvaFileUtil::AddChannelToStructure(std::string const& name, std::string const& units, int dataType,
                                           int recordType, int arraySize, int reserved, int displayFormat, int decimals,
                                           int templateFormat) {
+    m_impl->Begin();
     int const added = m_impl->AddChannel(
         {name, units, dataType, recordType, reserved, arraySize, displayFormat, decimals, templateFormat, 0});
     ChannelCount = static_cast<int>(m_impl->Structure().channels.size());
@@ -187,12 +198,14 @@ int CNorvaFileUtil::AddChannelToStructure(std::string const& name, std::string c
 }
 
 int CNorvaFileUtil::AddChannelToStructure(NorvaChannelStruct const& channel) {
+    m_impl->Begin();
     int const added = m_impl->AddChannel(channel);
     ChannelCount = static_cast<int>(m_impl->Structure().channels.size());
     return added;
 }
 
 int CNorvaFileUtil::SaveProfileStructure() {
+    m_impl->Begin();
     if (!m_impl->IsDescribing(m_impl->profilesSaved)) return 0;
     if (!m_impl->writer->Reason().empty()) return m_impl->FailWriting(m_impl->writer->Reason());
     m_impl->profilesSaved = true;
@@ -200,6 +213,7 @@ int CNorvaFileUtil::SaveProfileStructure() {
 }
 
 int CNorvaFileUtil::SaveChannelStructure() {
+    m_impl->Begin();
     if (!m_impl->IsDescribing(m_impl->channelsSaved)) return 0;
     if (!m_impl->writer->Reason().empty()) return m_impl->FailWriting(m_impl->writer->Reason());
     m_impl->channelsSaved = true;
@@ -207,6 +221,7 @@ int CNorvaFileUtil::SaveChannelStructure() {
 }
 
 int CNorvaFileUtil::StartWriteData() {
+    m_impl->Begin();
     Impl& impl = *m_impl;
     if (impl.writer == nullptr) return impl.FailWriting("it is not open for writing");
     std::string reason;
@@ -223,16 +238,19 @@ int CNorvaFileUtil::StartWriteData() {
 }
 
 int CNorvaFileUtil::WriteHuge(void const* buffer, std::size_t byteCount) {
+    m_impl->Begin();
     if (!m_impl->started) return m_impl->FailWriting("its values are not started");
     return m_impl->writer->Append(buffer, byteCount) ? 1 : m_impl->FailWriting(m_impl->writer->Reason());
 }
 
 int CNorvaFileUtil::SaveData(int dataType, void const* value) {
+    m_impl->Begin();
     if (!m_impl->started) return m_impl->FailWriting("its values are not started");
     return m_impl->writer->AppendValue(dataType, value) ? 1 : m_impl->FailWriting(m_impl->writer->Reason());
 }
 
 int CNorvaFileUtil::EndWriteData() {
+    m_impl->Begin();
     Impl& impl = *m_impl;
     if (!impl.started) return impl.FailWriting("its values are not started");
     if (!impl.writer->Finish()) return impl.FailWriting(impl.writer->Reason());
@@ -243,6 +261,7 @@ int CNorvaFileUtil::EndWriteData() {
 
 int CNorvaFileUtil::SortByChannel(CWindow* /*owner*/, int channel, int /*first*/, int /*second*/, int /*third*/,
                                   int /*fourth*/) {
+    m_impl->Begin();
     Impl& impl = *m_impl;
     constexpr char const* kWhat = "Couldn't sort the store";
     if (impl.reader == nullptr) return impl.Fail(kWhat, "it is not open");
@@ -336,6 +355,7 @@ int CNorvaFileUtil::GetChannelTemplateFormat(int index) {
 
 int CNorvaFileUtil::GetData(int index, int profile, long location, float& single, double& number, int& integer,
                             long& longInteger, std::string& text, int& dataType) {
+    m_impl->Begin();
     StoreProfile const* const line = m_impl->ProfileAt(profile, location);
     StoreChannel const* const channel = m_impl->Channel(index);
     if (line == nullptr || channel == nullptr) return 0;
@@ -364,12 +384,22 @@ int CNorvaFileUtil::GetData(int index, int profile, long location, float& single
     return 1;
 }
 
+Status CNorvaFileUtil::LastStatus() const {
+    return m_impl->last;
+}
+
+bool CNorvaFileUtil::GivesPackedValues() const {
+    // What a subclass makes of GetData is for the subclass to say.
+    return typeid(*this) == typeid(CNorvaFileUtil);
+}
+
 std::size_t CNorvaFileUtil::GetChannelValueSize(int index) {
     StoreChannel const* const channel = m_impl->Channel(index);
     return channel != nullptr ? static_cast<std::size_t>(channel->valueWidth) : 0;
 }
 
 int CNorvaFileUtil::ReadColumn(int index, int profile, long first, long count, void* buffer) {
+    m_impl->Begin();
     StoreProfile const* const line = m_impl->Profile(profile);
     if (m_impl->reader == nullptr || line == nullptr || m_impl->Channel(index) == nullptr || first < 0 || count < 0 ||
         first > line->locations || count > line->locations - first) {
@@ -387,6 +417,7 @@ int CNorvaFileUtil::MapColumn(int index, std::shared_ptr<void const>& owner, std
 }
 
 int CNorvaFileUtil::GetArrayData(int index, int profile, long location, std::vector<double>& elements) {
+    m_impl->Begin();
     StoreProfile const* const line = m_impl->ProfileAt(profile, location);
     StoreChannel const* const channel = m_impl->Channel(index);
     if (line == nullptr || channel == nullptr || channel->description.dataType == DataType::kText) return 0;
@@ -401,12 +432,14 @@ int CNorvaFileUtil::GetArrayData(int index, int profile, long location, std::vec
 }
 
 int CNorvaFileUtil::VerifyData() {
+    m_impl->Begin();
     std::string reason;
     if (m_impl->reader == nullptr) return m_impl->FailReading("it is not open");
     return m_impl->reader->Verify(reason) ? 1 : m_impl->FailReading(reason);
 }
 
 int CNorvaFileUtil::MarkLocToDelete(int profile, long location, int deleted) {
+    m_impl->Begin();
     StoreProfile* const line = m_impl->ProfileAt(profile, location);
     if (line == nullptr) return m_impl->FailChanging("there is no such location to mark");
     if (line->IsDeleted(location) == (deleted != 0)) return 1;
@@ -420,6 +453,7 @@ int CNorvaFileUtil::MarkLocToDelete(int profile, long location, int deleted) {
 }
 
 int CNorvaFileUtil::SetProfileFlag(int profile, int flag) {
+    m_impl->Begin();
     if (m_impl->reader == nullptr || m_impl->Profile(profile) == nullptr) {
         return m_impl->FailChanging("there is no such profile to flag");
     }

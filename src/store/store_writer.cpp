@@ -10,7 +10,7 @@ namespace norva {
 void CStoreWriter::Fail(std::string reason) {
     if (m_reason.empty()) m_reason = std::move(reason);
     m_limit = m_cursor;
-    m_plainType = kNoType;
+    m_plainWidth = kNoWidth;
 }
 
 bool CStoreWriter::FailOutput() {
@@ -66,7 +66,7 @@ void CStoreWriter::Settle() {
 /// Lets values of the current channel go straight into the buffer, as far as it and the channel reach.
 void CStoreWriter::Aim() {
     m_limit = m_cursor;
-    m_plainType = kNoType;
+    m_plainWidth = kNoWidth;
     StoreChannel const* const channel = Current();
     if (channel == nullptr || channel->IsArray() || m_left == 0) return;
     auto const room = static_cast<std::size_t>(m_buffer.get() + kBufferSize - m_cursor);

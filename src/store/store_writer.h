@@ -38,7 +38,8 @@ public:
 
 private:
     static constexpr std::size_t kBufferSize = 256 * 1024;
-    static constexpr int kNoType = -1;
+    /// More than any room: no value goes straight into the buffer.
+    static constexpr std::size_t kNoWidth = SIZE_MAX;
 
     static void PutValue(char* to, int dataType, void const* value);
     bool AppendValueSlowly(int dataType, void const* value);
@@ -62,8 +63,8 @@ private:
     /// Up to where values of the current channel go straight into the buffer; at the cursor when they may not.
     char* m_limit = nullptr;
     char* m_settled = nullptr;  ///< up to here the bytes in the buffer are counted in m_left
-    std::size_t m_plainWidth = 0;
-    int m_plainType = kNoType;
+    std::size_t m_plainWidth = kNoWidth;
+    int m_plainType = 0;
 
     std::size_t m_channel = 0;
     std::uint64_t m_left = 0;       ///< bytes that the current channel still needs

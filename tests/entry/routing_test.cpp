@@ -10,8 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <new>
+#include <thread>
 
 namespace norva::test {
 
@@ -49,6 +51,18 @@ ScriptAnswer FileAnswer(ScriptAnswer::Kind kind, std::string path, std::string e
     answer.kind = kind;
     answer.path = std::move(path);
     answer.extension = std::move(extension);
+    return answer;
+}
+
+/// Picks a row of the format list.
+ScriptAnswer FormatAnswer(int row) {
+    ScriptAnswer answer;
+    answer.dialog = 4063;
+    ScriptAction pick;
+    pick.kind = ScriptAction::Kind::DoubleClick;
+    pick.control = "Formats";
+    pick.row = row;
+    answer.actions = {pick};
     return answer;
 }
 
@@ -182,6 +196,56 @@ TEST(ImportRouting, TemporaryTextIsDeletedAfterItsImport) {
         EXPECT_EQ(std::filesystem::exists(temporary), remains);
         std::filesystem::remove(temporary);
         EXPECT_EQ(folder.Count(), static_cast<std::size_t>(expected));
+    }
+}
+
+TEST(ImportRouting, EndsInSilenceWithoutATemporaryFolder) {
+    std::pair<int, char const*> const cases[] = {{0, "survey.xyz"}, {7, "ipr12.dmp"}, {9, "tracks.gpx"}};
+    CTemporaryFolder const folder;
+    for (auto const& [row, sample] : cases) {
+        // A thread asks for its folder once; this one has none yet.
+        std::thread([&, row = row, sample = sample] {
+            setenv("TMPDIR", "/none/such", 1);
+            CScriptedToolkit toolkit(
+                {FormatAnswer(row), FileAnswer(ScriptAnswer::Kind::Open, NORVA_SAMPLES "/" + std::string(sample)),
+                 FileAnswer(ScriptAnswer::Kind::Save, folder / "out.nvt")},
+                true, nullptr);
+            CToolkitScope const scope(toolkit);
+            CNorvaFileUtil store;
+            std::string path;
+            EXPECT_EQ(Import_Data_File(&store, path, nullptr, 0), 0) << sample;
+            EXPECT_EQ(toolkit.Failure(), "") << sample;
+            EXPECT_TRUE(GetLastErrorText().starts_with("Couldn't create the temporary folder : /none/such/")) << sample;
+            unsetenv("TMPDIR");
+        }).join();
+        EXPECT_EQ(folder.Count(), 0U) << sample;
+    }
+}
+
+TEST(Dialogs, HelpButtonsOpenTheirTopics) {
+    std::string const import = R"({"operation": "import", "answers": [{"dialog": 4063, "do": [{"double": "Formats",
+        "row": )";
+    std::string const files = R"(}]}, {"open": "{samples}/survey.)";
+    std::string const save = R"("}, {"save": "{dir}/out.nvt"}, {"dialog": )";
+    std::string const help = R"(, "do": [{"click": "Help"}, {"click": 2}]}]})";
+    std::pair<std::string, char const*> const cases[] = {
+        {import + "0" + files + "xyz" + save + "4003" + help, "ascii_import"},
+        {import + "3" + files + "gbn" + save + "4004" + help, "binary_import"},
+        {R"({"operation": "export", "store": "{dir}/in.nvt", "answers": [{"save": "{dir}/out.xyz"}, {"dialog": 4000)" +
+             help,
+         "save_other_formats"}};
+    CTemporaryFolder const folder;
+    ASSERT_TRUE(WriteSampleStore(folder / "in.nvt"));
+    for (auto const& [script, page] : cases) {
+        for (char const* const file : {"/help/NorvaTool.chm", "/help/other.chm"}) {
+            PlayRun const run = Play(script, {{"dir", folder.Path()}, {"samples", NORVA_SAMPLES}}, {.helpFile = file});
+            EXPECT_EQ(run.failure, "") << page;
+            bool const opens = std::string_view(file).find("Tool") != std::string_view::npos;
+            ASSERT_EQ(run.Events("help").size(), opens ? 1U : 0U) << page << file;
+            if (opens) {
+                EXPECT_EQ(run.Events("help")[0]["topic"], std::string(file) + "::/html/" + page + ".htm");
+            }
+        }
     }
 }
 

@@ -1,6 +1,6 @@
 #include "exchange/export_selection_dlg.h"
-#include "norva/scripted_toolkit.h"
 #include "exchange/export_selection_template.h"
+#include "norva/scripted_toolkit.h"
 
 #include <gtest/gtest.h>
 

@@ -85,6 +85,8 @@ TEST(StoreRefusals, CallsThatDoNotAddUpAreRefusedAndLeaveNothing) {
          }},
         {"data type 1 was handed over for the channel \"C\"",
          [&](Store s) { return describe(s, 2) && start(s) && s.SaveData(1, &number) != 0; }},
+        {"data type -1 was handed over",
+         [&](Store s) { return describe(s, 4, DataType::kDouble, 9) && start(s) && s.SaveData(-1, &number) != 0; }},
         {"data type 9", [&](Store s) { return describe(s, 0) && start(s) && s.SaveData(9, &number) != 0; }}};
     CTemporaryFolder folder;
     ASSERT_TRUE(test::WriteSampleStore(folder / "a.nvt"));
@@ -94,6 +96,7 @@ TEST(StoreRefusals, CallsThatDoNotAddUpAreRefusedAndLeaveNothing) {
             CNorvaFileUtil store;
             ASSERT_EQ(store.SetFileName(folder / "a.nvt", kCreateStore, nullptr), 1);
             EXPECT_FALSE(calls(store)) << reason;
+            EXPECT_NE(store.LastStatus().Text().find(reason), std::string::npos) << store.LastStatus().Text();
             EXPECT_NE(GetLastErrorText().find(reason), std::string::npos) << GetLastErrorText();
             EXPECT_EQ(store.EndWriteData(), 0) << "a refused store must not be completed: " << reason;
             EXPECT_EQ(store.CloseCurFile(), 1);
@@ -103,6 +106,14 @@ TEST(StoreRefusals, CallsThatDoNotAddUpAreRefusedAndLeaveNothing) {
     }
     CNorvaFileUtil store;
     EXPECT_EQ(store.SetFileName(folder.Path(), kCreateStore, nullptr), 0) << "a folder";
+    {
+        CNorvaFileUtil other;
+        ASSERT_EQ(other.SetFileName(folder / "a.nvt", kReopenStore, nullptr), 1);
+        std::vector<char> byte(1);
+        EXPECT_EQ(other.ReadColumn(0, 0, 0, 1'000'000, byte.data()), 0);
+        EXPECT_TRUE(other.LastStatus()) << "there are no such values, but nothing failed";
+    }
+    EXPECT_EQ(store.LastStatus().Path(), folder.Path()) << "another store's success is not this one's";
     EXPECT_EQ(store.SetFileName(folder / "none/a.nvt", kCreateStore, nullptr), 0);
     EXPECT_EQ(store.SetFileName("", kCreateStore, nullptr), 0);
     EXPECT_EQ(store.SetFileName("/dev/full", kCreateStore, nullptr), 0);

@@ -1,7 +1,7 @@
-#include "exchange/export_selection_template.h"
-#include "formats/records/binary_import_template.h"
-#include "formats/gbn/gbn_import_template.h"
 #include "entry/import_format_template.h"
+#include "exchange/export_selection_template.h"
+#include "formats/gbn/gbn_import_template.h"
+#include "formats/records/binary_import_template.h"
 #include "ui/test_dialog.h"
 
 #include <gtest/gtest.h>

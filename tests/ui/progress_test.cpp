@@ -1,7 +1,7 @@
 #include "exchange/progress_dlg.h"
+#include "exchange/progress_template.h"
 #include "norva/scripted_toolkit.h"
 #include "norva/trace.h"
-#include "exchange/progress_template.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

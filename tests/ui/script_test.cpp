@@ -1,8 +1,8 @@
 #include "common/script_json.h"
-#include "norva/trace.h"
 #include "formats/column_text/set_channels_template.h"
-#include "formats/records/binary_import_template.h"
 #include "formats/gbn/gbn_import_template.h"
+#include "formats/records/binary_import_template.h"
+#include "norva/trace.h"
 #include "ui/messages.h"
 #include "ui/test_dialog.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "exchange/column_files.h"
+#include "exchange/row_report.h"
 #include "formats/cg3/cg3_dump_layout.h"
 #include "norva/converters.h"
 #include "norva/file_util.h"
 #include "platform/line_reader.h"
-#include "exchange/column_files.h"
-#include "exchange/row_report.h"
 
 #include <array>
 #include <cstddef>

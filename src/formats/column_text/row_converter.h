@@ -1,10 +1,10 @@
 #pragma once
 
+#include "exchange/column_files.h"
+#include "exchange/row_report.h"
 #include "formats/column_text/text_line.h"
 #include "norva/converters.h"
 #include "norva/values.h"
-#include "exchange/column_files.h"
-#include "exchange/row_report.h"
 
 #include <cmath>
 #include <limits>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "formats/gbn/gbn_contents.h"
-#include "exchange/value_tally.h"
-#include "norva/values.h"
 #include "exchange/column_files.h"
+#include "exchange/value_tally.h"
+#include "formats/gbn/gbn_contents.h"
+#include "norva/values.h"
 
 #include <cstdint>
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "exchange/column_files.h"
 #include "formats/gbn/gbn_columns.h"
 #include "formats/gbn/gbn_contents.h"
 #include "formats/gbn/gbn_fiducial_file.h"
 #include "norva/file_util.h"
 #include "platform/files.h"
-#include "exchange/column_files.h"
 
 #include <cstddef>
 #include <cstdint>

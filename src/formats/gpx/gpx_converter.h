@@ -1,8 +1,8 @@
 #pragma once
 
 #include "formats/column_text/converted_import.h"
-#include "formats/gpx/gpx_layout.h"
 #include "formats/column_text/text_line.h"
+#include "formats/gpx/gpx_layout.h"
 #include "platform/files.h"
 
 #include <array>

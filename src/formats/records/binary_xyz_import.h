@@ -1,10 +1,10 @@
 #pragma once
 
-#include "formats/records/binary_record_reader.h"
+#include "exchange/column_files.h"
 #include "exchange/value_tally.h"
+#include "formats/records/binary_record_reader.h"
 #include "norva/file_util.h"
 #include "platform/files.h"
-#include "exchange/column_files.h"
 
 #include <cstdint>
 #include <string>

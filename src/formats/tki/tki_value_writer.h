@@ -1,7 +1,7 @@
 #pragma once
 
-#include "formats/tki/tki_column_reader.h"
 #include "exchange/value_tally.h"
+#include "formats/tki/tki_column_reader.h"
 #include "norva/file_util.h"
 #include "norva/tki_file_read.h"
 

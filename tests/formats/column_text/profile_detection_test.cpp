@@ -105,7 +105,8 @@ TEST(ProfileDetection, ByLabelColumn) {
                               {"6 1\n6 2\n7 3\n", "6:1 7:1", 1},
                               {"a,b\n\na\tb\n", "A:2"}};
     for (ScanCase const& test : first) ExpectProfiles(test, 0);
-    ScanCase const second[] = {{"1 a\n2\n3 b\n4\n", "A:2 B:2"}, {"1\n2\n3 a\n", "A:3"}, {"1\n2\n", ":2"}};
+    ScanCase const second[] = {
+        {"1 a\n2\n3 b\n4\n", "A:2 B:2"}, {"1\n2\n3 a\n", "A:3"}, {"1\n2\n", ":2"}, {"x y,7\nx z,8\n", "Y:1 Z:1"}};
     for (ScanCase const& test : second) ExpectProfiles(test, 1);
 }
 

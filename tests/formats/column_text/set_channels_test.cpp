@@ -54,6 +54,33 @@ TEST(SetChannels, ActsOnAColumnDecideItsChannel) {
     }
 }
 
+TEST(SetChannels, ExponentsAreUpperCaseAndNotTheFirstCharacter) {
+    // The display format and decimals of a column that becomes single or double precision.
+    std::pair<char const*, char const*> const cases[] = {
+        {"1.5E3", "1,3"}, {"1.5e3", "0,6"}, {"E3", "0,6"}, {"15", "0,6"}, {"*E", "1,3"}};
+    for (auto const& [value, expected] : cases) {
+        for (auto const& [radio, type] : {std::pair{"@0;4020", "0"}, std::pair{"@0;4021", "1"}}) {
+            CTextImportRun import;
+            import.acts = radio;
+            import.Run(std::string("1 2 3\n") + value + " 2 3\n");
+            EXPECT_EQ(import.Calls("AddChannelToStructure").at(0),
+                      std::string(R"(["Ch1","",)") + type + ",0,0,1," + expected + ",-1,0]")
+                << value << radio;
+        }
+    }
+}
+
+TEST(SetChannels, SkippedColumnsCountInTheProgress) {
+    CTextImportRun import;
+    import.acts = "@0;4024;@2;4024";
+    import.Run("1 2 3\n4 5 6\n");
+    std::vector<std::string> sent;
+    for (std::string const& text : import.run.Texts("progress")) {
+        if (text.starts_with("ChannelPercent")) sent.push_back(text);
+    }
+    EXPECT_EQ(sent, (std::vector<std::string>{"ChannelPercent 0", "ChannelPercent 33", "ChannelPercent 66"}));
+}
+
 TEST(SetChannels, ShowsTheSelectedColumn) {
     // The radio button that is on, the text size, the templates that the date and time boxes show, the label's check.
     std::tuple<char const*, int, char const*, char const*, char const*, bool> const cases[] = {
@@ -87,7 +114,10 @@ TEST(SetChannels, FindsTheFirstDataLine) {
                    {"in.xyz", "/a b\n/c\n", R"(["/a b","/c"])", "[]", "[]", R"(["Ch1","Ch2"])", 2},
                    {"in.CSV", "X,My Y,\"Z\"\n1,2 3,4\n5,6,7\n", R"(["X,My Y,\"Z\""])", R"(["0","1","2"])", "[1]",
                     R"(["Ch1","Ch2","Ch3"])", 2},
-                   {"in.csv", "/ c\n1,2,3\n", R"(["/ c"])", R"(["1"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 1}};
+                   {"in.csv", "/ c\n1,2,3\n", R"(["/ c"])", R"(["1"])", "[0]", R"(["Ch1","Ch2","Ch3"])", 1},
+                   {"in.csv", "/ c\nX,Y\n1,2\n", R"(["/ c","X,Y"])", R"(["1","2"])", "[1]", R"(["Ch1","Ch2"])", 1},
+                   {"in.csv", "Base LINE 5\nX,Y\n1,2\n", R"(["Base LINE 5","X,Y"])", R"(["1","2"])", "[1]",
+                    R"(["Ch1","Ch2"])", 1}};
     for (auto const& [fileName, text, header, skips, skip, titles, rows] : cases) {
         CTextImportRun import;
         WriteWholeFile(import.folder / fileName, text);

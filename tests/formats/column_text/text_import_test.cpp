@@ -1,6 +1,6 @@
-#include "platform/file_percent.h"
 #include "formats/column_text/plain_decimal.h"
 #include "formats/column_text/text_import_run.h"
+#include "platform/file_percent.h"
 #include "platform/numbers.h"
 
 #include <rapidcheck.h>

@@ -1,11 +1,11 @@
 #include "formats/gbn/gbn_bytes.h"
+#include "formats/gbn/gbn_import_template.h"
 #include "norva/import_export.h"
 #include "platform/files.h"
 #include "support/findings.h"
 #include "support/play.h"
 #include "support/store_text.h"
 #include "support/temporary_folder.h"
-#include "formats/gbn/gbn_import_template.h"
 
 #include <gtest/gtest.h>
 

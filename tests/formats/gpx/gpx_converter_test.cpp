@@ -125,7 +125,14 @@ TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
          "rows 2, left out 1"},
         {"<trk>\nP<trkpt lat=\"9\" lon=\"9\">\n<ele>3</ele>\n", "7 8 * * *\n", "rows 2, cut 1"},
         {"<trk>\nP<trkpt lat=\"9\" lo", "7 8 * * *\n", "rows 2, cut 1"},
-        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n", "rows 2"}};
+        {"<ele>5</ele>\n<time>2007-01-02T03:04:05Z</time>\nP", "7 8 * * *\n", "rows 2"},
+        // The end of a segment ends no line; a name of the file's own names the waypoints after it.
+        {"<trk>\n<name>A</name>\n<trkseg>\nP</trkseg>\n<trkseg>\nP</trkseg>\n</trk>\n",
+         "Line A\n7 8 * * *\n7 8 * * *\n", "rows 3"},
+        {"<metadata>\n<name>S</name>\n</metadata>\n<wpt lat=\"3\" lon=\"4\">\n</wpt>\n", "Line S\n3 4 * * *\n",
+         "rows 2"},
+        // A point needs both of its coordinates.
+        {"<trkpt lat=\"7\">\n<ele>5</ele>\n</trkpt>\nP", "7 8 * * *\n", "rows 2, left out 1"}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(start + ReplaceAll(c.text, "P", point));
         EXPECT_EQ(conversion.result, 1) << c.text;

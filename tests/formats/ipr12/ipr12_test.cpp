@@ -128,6 +128,11 @@ TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
         {kHeader + kGroup + "D1: 5.5 -3\n\n1 2 | 3\n4 5 | 6 7\n",
          "Line 100N\n100 0 25 1 -25 0 900 2.0 12 5.5 -3 * * * * * * * * * * * * 1 2 * * * 3\n",
          "rows 1, left out 1 (13)"},
+        // Of two names in the header the later one counts; without one, a P-Line names nothing.
+        {"P-Line: 7\n" + kHeader + kGroup + kReading, one, "rows 1"},
+        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "P-Line: 100N\nP-Line: 200S+5\n") + kGroup + kReading,
+         "Line 200S\n-200 0 25" + row, "rows 1"},
+        {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "P-Line:\n") + kGroup + kReading, "Line\n0 25" + row, "rows 1"},
         // No name: every row begins with the empty coordinate.
         {ReplaceAll(kHeader, "P-Line: 100N+25 x\n", "") + kGroup + kReading, "Line\n0 25" + row, "rows 1"},
     };

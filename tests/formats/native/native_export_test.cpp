@@ -1,5 +1,5 @@
-#include "formats/native/export_to_native_file.h"
 #include "exchange/export_run.h"
+#include "formats/native/export_to_native_file.h"
 #include "store/value_rules.h"
 
 #include <gtest/gtest.h>

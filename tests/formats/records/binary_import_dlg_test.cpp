@@ -1,7 +1,7 @@
+#include "formats/records/binary_import_template.h"
 #include "norva/dialog.h"
 #include "support/play.h"
 #include "support/temporary_folder.h"
-#include "formats/records/binary_import_template.h"
 
 #include <gtest/gtest.h>
 

@@ -122,6 +122,9 @@ TEST(SeaSpy, LayoutsOfTheFirstRecord) {
         if (isLog) {
             EXPECT_EQ(channels[0], firstChannel) << text;
         }
+        if (count == 15) {
+            EXPECT_EQ(channels[14], R"(["CH15","",4,1,0,5,0,2,-1,0])");
+        }
     }
 }
 
