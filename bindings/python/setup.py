@@ -18,6 +18,7 @@ class CMakeBuild(build_ext):
         folder.mkdir(parents=True, exist_ok=True)
         options = {
             "CMAKE_BUILD_TYPE": "Release",
+            "CMAKE_CXX_FLAGS_RELEASE": "-O2 -DNDEBUG",
             "NORVA_BUILD_PYTHON": "ON",
             "NORVA_PYTHON_STANDALONE": "ON",
             "NORVA_PYTHON": sys.executable,
