@@ -14,7 +14,7 @@ array) of every channel.
 
 from . import settings
 from ._error import Cancelled, Error
-from ._exchange import Description, Report, describe, export, import_file
+from ._exchange import Description, Report, describe, export, import_file, verify
 from ._norva import library_version as __version__
 from ._survey import Channel, Line, Survey, open
 from ._writing import mark_deleted, write
@@ -33,5 +33,6 @@ __all__ = [
     "mark_deleted",
     "open",
     "settings",
+    "verify",
     "write",
 ]

@@ -2,13 +2,18 @@
 
 from __future__ import annotations
 
+import hashlib
 import json
 import os
+import pathlib
+import tempfile
 from dataclasses import dataclass, field
 from typing import Any, Callable, Iterable, Optional, Union
 
+import numpy as np
+
 from . import _norva
-from ._survey import Survey
+from ._survey import Line, Survey
 from .settings import (
     Cg3Settings,
     ColumnTextSettings,
@@ -147,3 +152,74 @@ def export(
     if survey is not store:
         survey.close()
     return list(_norva.export_from_store(os.fsencode(survey.path), os.fsencode(path), settings, replace, progress))
+
+
+def _sha256(path: Path) -> str:
+    digest = hashlib.sha256()
+    with pathlib.Path(path).open("rb") as file:
+        while block := file.read(1 << 20):
+            digest.update(block)
+    return digest.hexdigest()
+
+
+def _difference(channel: int, found: Line, made: Line) -> str | None:
+    """The first location of a line where two stores differ."""
+    ours, theirs = (
+        np.atleast_1d(line.column(channel, missing="raw", deleted=True)) for line in (found, made)
+    )
+    if ours.tobytes() == theirs.tobytes():
+        return None
+    width = ours.nbytes // len(ours)
+    rows = (np.frombuffer(values.tobytes(), np.uint8).reshape(-1, width) for values in (ours, theirs))
+    at = int(np.flatnonzero(np.not_equal(*rows).any(axis=1))[0])
+    name = made.survey.channels[channel].name
+    return f"line {made.name}, location {at}, {name}: the store has {ours[at]}, the source gives {theirs[at]}"
+
+
+def _differences(found: Survey, made: Survey) -> Iterable[str]:
+    if [(line.name, line.location_count) for line in found] != [(line.name, line.location_count) for line in made]:
+        yield "its lines are not those that the source gives"
+        return
+    if found.channels != made.channels:
+        yield "its channels are not those that the source gives"
+        return
+    for channel in range(len(made.channels)):
+        for ours, theirs in zip(found, made):
+            difference = _difference(channel, ours, theirs)
+            if difference is not None:
+                yield difference
+                break
+
+
+def verify(
+    store: Path, report: Report | None = None, *, source: Path | None = None, progress: Progress | None = None
+) -> list[str]:
+    """Whether a store is what was written, and with a report, whether it is what its source gives.
+
+    The source is imported once more, by the settings of the report, into a temporary store, and every value compared.
+    Marks of deletion do not count.
+
+    Args:
+        report: of the import that made the store, as `import_file` returned it.
+        source: where the source is now, when it is not where the report says.
+        progress: as of `import_file`.
+
+    Returns:
+        What differs, at most one place per channel; nothing when all agrees. Error when the store or the source cannot
+        be read, or the values of the store do not fit their checksums.
+    """
+    with Survey(store) as found:
+        found.verify()
+        if report is None:
+            return []
+        told = report.data["source"]
+        path = told["path"] if source is None else source
+        differences = []
+        with tempfile.TemporaryDirectory() as folder:
+            again = os.path.join(folder, "again.nvt")
+            import_file(path, again, report.settings, progress, format=report.format)
+            if told["sha256"] and _sha256(path) != told["sha256"]:
+                differences.append(f"{os.fspath(path)}: its SHA-256 is not that of the report")
+            with Survey(again) as made:
+                differences += [f"{os.fspath(store)}: {text}" for text in _differences(found, made)]
+        return differences

@@ -51,6 +51,34 @@ def test_failures_say_why(samples, tmp_path):
         norva.export(tmp_path / "a.nvt", tmp_path / "out.pdf")
 
 
+def test_a_store_is_compared_with_its_source(samples, tmp_path):
+    store, source = tmp_path / "flown.nvt", tmp_path / "flown.p01"
+    source.write_bytes((samples / "airborne.p01").read_bytes())
+    report = norva.import_file(source, store, checksum=True)
+    assert norva.verify(store) == norva.verify(store, report) == []
+    with norva.open(store) as survey:
+        names = [channel.name for channel in survey.channels]
+        values = [survey[name].copy() for name in names]
+        lines = [(line.name, len(line)) for line in survey]
+        values[names.index("mag")][7] += 1
+        norva.write(tmp_path / "changed.nvt", lines, list(zip(names, values)), describe=survey)
+        norva.write(tmp_path / "short.nvt", [(lines[0][0], lines[0][1])],
+                    [(name, column[:lines[0][1]]) for name, column in zip(names, values)], describe=survey)
+    (difference,) = norva.verify(tmp_path / "changed.nvt", report)
+    assert f"line {lines[0][0]}, location 7, mag: the store has" in difference
+    (difference,) = norva.verify(tmp_path / "short.nvt", report)
+    assert "its lines are not" in difference
+    content = bytearray(source.read_bytes())
+    content[-1] ^= 1
+    source.write_bytes(content)
+    assert any("SHA-256" in text for text in norva.verify(store, report))
+    content = bytearray(store.read_bytes())
+    content[content.index(b"DATA START\n") + 20] ^= 1
+    store.write_bytes(content)
+    with pytest.raises(norva.Error, match="checksum"):
+        norva.verify(store)
+
+
 def test_describe(samples):
     told = norva.describe(samples / "survey.gbn")
     assert told.format == "Geosoft GBN" and told.facts and told.problem == ""
