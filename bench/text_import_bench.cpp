@@ -1,7 +1,8 @@
 // Column text: the profile scan, the conversion of values by type, and the stages of a whole import.
 
-#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/profile_detection.h"
 #include "formats/column_text/row_converter.h"
+#include "formats/column_text/text_line.h"
 #include "norva/import_export.h"
 #include "norva/scripted_toolkit.h"
 #include "support/temporary_folder.h"
@@ -37,16 +38,12 @@ void BM_ProfileScan(benchmark::State& state) {
     test::CTemporaryFolder const folder;
     std::string const text = SurveyText(200'000);
     test::WriteWholeFile(folder / "in.xyz", text);
-    CAsciiFileImport import;
-    if (import.LoadFileInfo(folder / "in.xyz") == 0) state.SkipWithError("no file");
+    CLineReader file;
+    if (!file.Open(folder / "in.xyz")) state.SkipWithError("no file");
     bool const byLabel = state.range(0) != 0;
     for (auto _ : state) {
-        if (byLabel) {
-            import.GetProfilesByLabel(6);
-        } else {
-            import.GetProfilesByMarker();
-        }
-        benchmark::DoNotOptimize(import.ProfileCount());
+        auto const profiles = byLabel ? FindProfilesByLabel(file, 0, 6) : FindProfilesByMarker(file, 0);
+        benchmark::DoNotOptimize(profiles.size());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
@@ -92,8 +89,7 @@ void BM_ColumnConversion(benchmark::State& state) {
         CColumnFiles files;
         if (!files.Create(folder / "column", kColumns, "")) state.SkipWithError("no column files");
         CRowReport report(columns);
-        CRowConverter converter(columns, kRowDelimiters, CRowConverter::Source::Text, dateTime, geographic, files,
-                                report);
+        CRowConverter converter(columns, kRowDelimiters, CRowConverter::Forms(), dateTime, geographic, files, report);
         for (int i = 0; i < kRows; ++i) converter.Row(row);
     }
     state.SetLabel(column.name);

@@ -128,6 +128,7 @@ Json ReportJson(ImportReport const& report) {
                     {"accounted", report.IsAccounted()}};
     json["losses"] = report.LossCount();
     json["locations"] = report.LocationCount();
+    json["rows_mended"] = FindingJson(report.mended);
     json["rows_with_fewer_values"] = FindingJson(report.fewerValues);
     json["rows_with_more_values"] = FindingJson(report.moreValues);
     json["cut_records"] = FindingJson(report.cutRecords);
@@ -190,7 +191,8 @@ std::string ReportHtml(ImportReport const& report) {
     }
     out += "</table>\n";
 
-    std::string places = FindingRows("row", "fewer values than columns", report.fewerValues) +
+    std::string places = FindingRows("row", "split otherwise than the rows around it", report.mended) +
+                         FindingRows("row", "fewer values than columns", report.fewerValues) +
                          FindingRows("row", "more values than columns", report.moreValues) +
                          FindingRows("row", "data left out", report.leftOut) +
                          FindingRows("row", "taken as a marker, perhaps data", report.doubtfulMarkers);

@@ -40,6 +40,7 @@ QString PlacesOf(QString const& what, ReportFinding const& finding) {
 QString PageOf(ImportReport const& report) {
     QString const summary = QString::fromStdString(ReportSummary(report)).section('\n', 0, 0);
     QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary) + "<ul>";
+    text += PlacesOf(CReportWindow::tr("Rows split otherwise than the rows around them"), report.mended);
     text += PlacesOf(CReportWindow::tr("Rows with fewer values than columns"), report.fewerValues);
     text += PlacesOf(CReportWindow::tr("Rows with more values than columns"), report.moreValues);
     text += PlacesOf(CReportWindow::tr("Data that belongs to no line or channel"), report.leftOut);

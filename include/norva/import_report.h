@@ -83,6 +83,7 @@ struct NORVA_API ImportReport {
     std::vector<ReportLine> lines;
     ReportFinding fewerValues;      ///< rows with fewer values than columns
     ReportFinding moreValues;       ///< rows with more; the surplus was ignored
+    ReportFinding mended;           ///< rows that were split otherwise than the rows around them; no loss
     ReportFinding cutRecords;       ///< a binary source ends inside them
     ReportFinding leftOut;          ///< data that belongs to no line or channel, and so is not in the store
     ReportFinding doubtfulMarkers;  ///< taken as the start of a line, but may have been rows of data

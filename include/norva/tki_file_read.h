@@ -3,6 +3,7 @@
 #include "norva/api.h"
 #include "norva/file_util.h"
 #include "norva/import_report.h"
+#include "norva/status.h"
 #include "norva/values.h"
 #include "norva/window.h"
 
@@ -50,6 +51,8 @@ public:
     void SetEETFileName(std::string path);
     /// Writes the whole file to `store`, which is open for writing, and closes it: 1, else 0.
     int LoadFile(CNorvaFileUtil* store, CWindow* window);
+    /// What the last LoadFile made of the file, but for its path and the format's name; empty when it failed.
+    ImportReport const& Report() const { return m_report; }
 
     static constexpr int kMostElements = 16'000'000;  ///< count of a channel
     static constexpr int kMostLocations = 1'000'000;  ///< M
@@ -95,8 +98,8 @@ protected:
     int OtherChannels() const { return m_otherChannels; }
 
 private:
-    bool IsRoom(CNorvaFileUtil const& store) const;
-    void Report();
+    Status RequireRoom(CNorvaFileUtil const& store) const;
+    ImportReport MakeReport();
 
     std::string m_tkiPath;
     std::string m_storePath;
@@ -110,7 +113,8 @@ private:
     int m_otherChannels = 0;
     std::vector<TkiChannelDesc> m_channels;
     std::vector<TkiProfile> m_profiles;
-    std::vector<ReportChannel> m_reported;  ///< what became of the values, one a channel
+    std::vector<ReportChannel> m_reported;  ///< what became of the values, one per channel
+    ImportReport m_report;
 };
 
 }  // namespace norva

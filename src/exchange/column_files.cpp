@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -46,10 +47,16 @@ CColumnFiles::~CColumnFiles() {
 }
 
 bool CColumnFiles::Fail(Column const& column, int error) {
-    SetLastErrorText("Couldn't write the file : " + column.path + "\n" + SystemErrorText(error));
     m_failed = true;
     m_wideColumn = nullptr;
     for (Column& other : m_columns) other.limit = other.cursor;
+    return FailWith("write", column, SystemErrorText(error));
+}
+
+bool CColumnFiles::FailWith(std::string_view act, Column const& column, std::string reason) {
+    Status error = Status::Failure("Couldn't " + std::string(act) + " the file", column.path, std::move(reason));
+    SetLastErrorText(error.Text());
+    if (m_error) m_error = std::move(error);
     return false;
 }
 
@@ -81,6 +88,7 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
     m_columnBuffer = std::clamp(kBuffers / std::max<std::size_t>(m_columns.size(), 1), kSmallestBuffer, kBufferSize);
     m_openFiles = FilesToKeepOpen();
     m_failed = false;
+    m_error = {};
     for (std::size_t at = 0; at < m_columns.size(); ++at) {
         Column& column = m_columns[at];
         // From the moment that the file stands nothing may fail before the destructor knows of it.
@@ -94,7 +102,7 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
             reason = SystemErrorText(column.file.Error());
         }
         if (!reason.empty()) {
-            SetLastErrorText("Couldn't create the file : " + path + "\n" + reason);
+            FailWith("create", column, std::move(reason));
             for (Column& created : m_columns) RemoveColumn(created);
             m_columns.clear();
             return false;
@@ -176,8 +184,7 @@ bool CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::siz
     bool const isRead = (wasOpen || from.file.Open(from.path, CFile::Mode::Read)) &&
                         from.file.ReadAt(offset, buffer, count, got) && got == count;
     if (!isRead) {
-        SetLastErrorText("Couldn't read the file : " + from.path + "\n" +
-                         (from.file.Error() != 0 ? SystemErrorText(from.file.Error()) : "it was cut short"));
+        FailWith("read", from, from.file.Error() != 0 ? SystemErrorText(from.file.Error()) : "it was cut short");
     }
     if (!wasOpen) from.file.Close();
     return isRead;
@@ -193,8 +200,7 @@ bool CColumnFiles::HandOver(int column, CNorvaFileUtil& store) {
     } else {
         std::unique_ptr<char[]> const values(new (std::nothrow) char[size]);
         if (values == nullptr) {
-            SetLastErrorText("Couldn't read the file : " + from.path + "\n" + SystemErrorText(ENOMEM));
-            return false;
+            return FailWith("read", from, SystemErrorText(ENOMEM));
         }
         isTaken = Read(column, 0, values.get(), size) && store.WriteHuge(values.get(), size) != 0;
     }

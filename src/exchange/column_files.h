@@ -1,12 +1,14 @@
 #pragma once
 
 #include "norva/file_util.h"
+#include "norva/status.h"
 #include "platform/files.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace norva {
@@ -38,8 +40,10 @@ public:
     }
     /// As Append, for any size.
     bool AppendBytes(int column, void const* data, std::size_t size);
-    /// Some write failed (full disk); the last error says which.
+    /// Some write failed (full disk); Error() and the last error say which.
     bool Failed() const { return m_failed; }
+    /// Why the call that failed first did; good as long as none has. A store that refuses a column keeps its reason.
+    Status const& Error() const { return m_error; }
     std::uint64_t Size(int column) const;
 
     /// Hands the whole column to the store in one WriteHuge, then closes and removes the file. False when the file
@@ -69,6 +73,7 @@ private:
     bool FlushWide();
     bool WriteColumn(Column& column, char const* data, std::size_t size);
     bool Fail(Column const& column, int error);
+    bool FailWith(std::string_view act, Column const& column, std::string reason);
     void RemoveColumn(Column& column);
 
     std::vector<Column> m_columns;
@@ -78,6 +83,7 @@ private:
     std::size_t m_wideSize = 0;
     Column* m_wideColumn = nullptr;  ///< whose value stands there
     bool m_failed = false;
+    Status m_error;
 };
 
 }  // namespace norva

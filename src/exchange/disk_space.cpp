@@ -2,12 +2,12 @@
 
 #include "platform/numbers.h"
 #include "platform/paths.h"
-#include "ui/messages.h"
 
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace norva {
 
@@ -36,16 +36,15 @@ bool IsSameDisk(std::string const& first, std::string const& second) {
            one.st_dev == other.st_dev;
 }
 
-bool HasRoomFor(std::string const& path, double needed) {
+Status HasRoomFor(std::string const& path, double needed) {
     std::uint64_t const free = FreeBytesFor(path);
-    if (needed <= static_cast<double>(free)) return true;
-    std::string text = "Not enough free space on the disk : " + FolderWithFile(path) + "\n";
-    AppendFixed(text, needed, 0);
-    text += " bytes are needed, ";
-    AppendInteger(text, static_cast<std::int64_t>(free));
-    text += " are free";
-    ShowMessage(text);
-    return false;
+    if (needed <= static_cast<double>(free)) return {};
+    std::string reason;
+    AppendFixed(reason, needed, 0);
+    reason += " bytes are needed, ";
+    AppendInteger(reason, static_cast<std::int64_t>(free));
+    reason += " are free";
+    return Status::Failure("Not enough free space on the disk", FolderWithFile(path), std::move(reason));
 }
 
 }  // namespace norva

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "norva/status.h"
+
 #include <cstdint>
 #include <string>
 
@@ -10,7 +12,7 @@ std::uint64_t FreeBytesFor(std::string const& path);
 /// Whether files of these two paths share the space of one disk.
 bool IsSameDisk(std::string const& first, std::string const& second);
 
-/// Shows what is needed and what is free, when `needed` bytes do not fit: false. `needed` may be rough, above 2^53.
-bool HasRoomFor(std::string const& path, double needed);
+/// Fails with what is needed and what is free when `needed` bytes do not fit. `needed` may be rough, above 2^53.
+Status HasRoomFor(std::string const& path, double needed);
 
 }  // namespace norva

@@ -6,6 +6,7 @@
 
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace norva {
 
@@ -38,6 +39,12 @@ int Conclude(Status const& status) noexcept {
     } catch (...) {  // the toolkit cannot show it: the result alone has to tell
     }
     return 0;
+}
+
+Status Shown(Status status) {
+    if (status || status.IsSilent()) return status;
+    ShowMessage(status.Text());
+    return std::move(status).Silent();
 }
 
 }  // namespace norva

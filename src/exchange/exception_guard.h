@@ -24,6 +24,10 @@ Status Guarded(char const* what, std::string const& path, Operation&& operation)
 /// last error, and gives the fixed result.
 int Conclude(Status const& status) noexcept;
 
+/// Shows a failure at the place where its message box belongs, and returns it as one that was shown. Success and
+/// cancellations pass as they are.
+Status Shown(Status status);
+
 /// Guarded() and Conclude() for an operation with the fixed results 1 and 0.
 template <typename Operation>
 int GuardedResult(char const* what, std::string const& path, Operation&& operation) noexcept {

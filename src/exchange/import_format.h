@@ -12,6 +12,8 @@
 
 namespace norva {
 
+struct TextPreview;
+
 /// Fixed numbers of the import formats; they never change, and none is given twice.
 enum class ImportFormatCode {
     None = 0,
@@ -38,6 +40,18 @@ struct ImportJob {
     bool asks = true;           ///< the settings are asked of a person, in the format's window
     ImportSettings settings{};  ///< given where nobody is asked; in the end, what the import ran by
     ImportReport report{};      ///< what became of the source, filled by an import that succeeded
+
+    /// Takes settings of a format's own kind over those that its window would open with, when there are any. Fails for
+    /// those of another format.
+    template <typename Settings>
+    Status TakeSettings(Settings& taken) const {
+        if (Settings const* const given = std::get_if<Settings>(&settings)) {
+            taken = *given;
+        } else if (!std::holds_alternative<std::monostate>(settings)) {
+            return Status::Failure("Couldn't import the file", inputPath, "The settings are those of another format.");
+        }
+        return {};
+    }
 
     /// The settings of a format's own kind: as given, or the defaults.
     template <typename Settings>
@@ -73,6 +87,8 @@ struct ImportFormat {
     std::string_view signs;  ///< what `sniff` has seen when it says yes: "it begins with the GBN signature"
     Status (*import)(ImportJob& job) = nullptr;
     Status (*describe)(DescribeJob const& job, FileDescription& description) = nullptr;
+    /// Of a format whose files become column text: its first lines.
+    Status (*preview)(std::string const& path, TextPreview& preview) = nullptr;
 };
 
 }  // namespace norva

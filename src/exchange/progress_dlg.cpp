@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace norva {
 
@@ -94,6 +95,17 @@ void CProgressReporter::Send(CProgressDlg::Bar bar, Percentage& last, long long 
     last.percent = percent;
     char const* const end = std::to_chars(last.text + last.keySize, std::end(last.text), percent).ptr;
     m_window.SetPercent(bar, {last.text, static_cast<std::size_t>(end - last.text)}, static_cast<int>(percent));
+}
+
+CProgressWindow::CProgressWindow(std::string title, std::string_view text) {
+    m_dialog.Create();
+    StartStep(std::move(title), text);
+}
+
+void CProgressWindow::StartStep(std::string title, std::string_view text) {
+    m_dialog.SetWindowTitle(std::move(title));
+    m_dialog.ResetBars();
+    m_dialog.ShowFileName(text);
 }
 
 }  // namespace norva

@@ -73,4 +73,22 @@ private:
     std::string m_text;
 };
 
+/// A progress window that is shown for as long as it lives, and the reporter of what is done meanwhile.
+class CProgressWindow {
+public:
+    /// `text` names what is worked on: a path, of which the file name is shown.
+    explicit CProgressWindow(std::string title, std::string_view text = "Please wait a second");
+    CProgressWindow(CProgressWindow const&) = delete;
+    CProgressWindow& operator=(CProgressWindow const&) = delete;
+
+    /// The next step of the same operation, with both bars at their start.
+    void StartStep(std::string title, std::string_view text = "Please wait a second");
+    CProgressDlg& Dialog() { return m_dialog; }
+    CProgressReporter& Reporter() { return m_reporter; }
+
+private:
+    CProgressDlg m_dialog;
+    CProgressReporter m_reporter{m_dialog};
+};
+
 }  // namespace norva

@@ -34,7 +34,8 @@ void CRowReport::AddPart(std::string name, std::uint64_t count, std::uint64_t by
     m_report.parts.push_back({std::move(name), count, bytes});
 }
 
-void CRowReport::Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize) {
+ImportReport CRowReport::Take(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead,
+                              std::uint64_t sourceSize) {
     EndLine();
     std::uint64_t const locations = m_report.LocationCount();
     for (ReportChannel& channel : m_channels) {
@@ -46,7 +47,11 @@ void CRowReport::Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t
     m_report.unit = std::move(unit);
     m_report.unitsRead = unitsRead;
     m_report.bytesRead = bytesRead;
-    FinishReport(std::move(m_report));
+    return std::move(m_report);
+}
+
+void CRowReport::Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize) {
+    FinishReport(Take(std::move(unit), unitsRead, bytesRead, sourceSize));
 }
 
 }  // namespace norva

@@ -49,6 +49,8 @@ public:
     void AddSetting(std::string name, std::string value) {
         m_report.settings.push_back({std::move(name), std::move(value)});
     }
+    /// The report of what was found.
+    ImportReport Take(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize);
     /// Makes what was found the draft of the import's report.
     void Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize);
 

@@ -119,7 +119,7 @@ void ValueTally::Fill(ReportChannel& channel) const {
     channel.maximum = maximum;
 }
 
-TallyValues FindTally(int readFormat, int dataType) {
+TallyValues FindTally(RecordChannel::Format readFormat, int dataType) {
     return OfTypes<TallyValues>(readFormat, dataType,
                                 []<typename From, typename To>() -> TallyValues { return TallyAll<From, To>; });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/import_report.h"
+#include "norva/settings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -55,6 +56,6 @@ bool TallyLoss(double value, Value stored, ValueTally& tally) {
 using TallyValues = void (*)(char const* in, std::size_t stride, std::size_t count, char const* out, ValueTally& tally);
 
 /// For a conversion that there is; null for any other.
-TallyValues FindTally(int readFormat, int dataType);
+TallyValues FindTally(RecordChannel::Format readFormat, int dataType);
 
 }  // namespace norva

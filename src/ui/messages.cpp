@@ -3,6 +3,8 @@
 #include "platform/last_error.h"
 #include "platform/text.h"
 
+#include <utility>
+
 namespace norva {
 
 void ShowMessage(std::string const& text) {
@@ -11,6 +13,12 @@ void ShowMessage(std::string const& text) {
     request.text = text;
     request.caption = kMessageCaption;
     CurrentToolkit().ShowMessage(request);
+}
+
+Status ShowFailure(Status status, std::string const& text) {
+    SetLastErrorText(status.Text());
+    ShowMessage(text.empty() ? status.Text() : text);
+    return std::move(status).Silent();
 }
 
 bool AskYesNo(std::string const& text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/status.h"
 #include "norva/toolkit.h"
 
 #include <string>
@@ -11,6 +12,9 @@ inline constexpr char const* kMessageCaption = "Norva Exchange";
 
 /// A message box with an OK button and the exclamation icon. The text is also kept as the last error.
 void ShowMessage(std::string const& text);
+/// Shows a failure where its window belongs. What is handed on is silent and keeps all that it says; `text`, if given,
+/// is what the box has in place of it.
+Status ShowFailure(Status status, std::string const& text = {});
 /// A question with Yes and No; true for Yes.
 bool AskYesNo(std::string const& text);
 /// "Error" box with the system's text for an error number and the information icon.

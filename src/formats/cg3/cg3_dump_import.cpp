@@ -1,12 +1,11 @@
 #include "formats/cg3/cg3_dump_import.h"
 
 #include "exchange/progress_dlg.h"
-#include "exchange/result.h"
+#include "exchange/store_call.h"
 #include "formats/cg3/cg3_format.h"
 #include "formats/cg3/cg3_import_dlg.h"
 #include "formats/cg3/cg3_import_template.h"
-#include "norva/import_export.h"
-#include "platform/last_error.h"
+#include "formats/cg3/cg3_settings.h"
 #include "platform/numbers.h"
 #include "platform/paths.h"
 #include "platform/text.h"
@@ -20,8 +19,6 @@ namespace norva {
 
 namespace {
 
-/// Columns whose title contains one of these are selected at the start.
-constexpr std::string_view kDefaultColumns[] = {"STATION", "GRAV.", "E.T.C.", "TIME", kCG3HeightTitle};
 constexpr std::size_t kLeastTextWidth = 8;
 
 bool IsALine(std::string_view line) {
@@ -51,27 +48,12 @@ constexpr double kTooLarge = std::numeric_limits<double>::infinity();
 
 }  // namespace
 
-int CCG3DumpImport::Import(CNorvaFileUtil* store) {
-    m_store = store;
-    if (m_inputPath.empty()) {
-        SetLastErrorText("There is no file to open");
-        return 0;
+Status CCG3DumpImport::Import() {
+    for (auto const step : {&CCG3DumpImport::OpenInput, &CCG3DumpImport::ObtainSettings}) {
+        if (Status status = (this->*step)(); !status) return status;
     }
-    if (!m_file.Open(m_inputPath)) {
-        SetLastErrorText(FileErrorText("open", m_inputPath, m_file.Error()));
-        return 0;
-    }
-    if (!ReadCG3DumpLayout(m_file, m_layout)) return FailReading();
-    SelectDefaultColumns();
-    CCG3ImportDlg dialog(m_layout.titles, m_importFlags);
-    if (dialog.DoModal() != ids::CG3Import::kImport) {
-        m_file.Close();
-        return 0;
-    }
-    m_dateFormat = dialog.DateFormat();
-    m_timeFormat = dialog.TimeFormat();
     DescribeChannels();
-    if (!MeasureTexts()) return FailReading();
+    if (!MeasureTexts()) return ReadFailure();
     StartReport();
 
     CProgressDlg progress;
@@ -82,42 +64,51 @@ int CCG3DumpImport::Import(CNorvaFileUtil* store) {
 
     std::string const base(WithoutExtension(m_inputPath));
     bool const created = m_columnFiles.Create(base, static_cast<int>(m_channels.size()), m_inputPath);
-    if (created && (!ParseData() || !WriteStore())) return 0;
-
-    std::string const storePath = m_store->GetNorvaFileName();
-    m_store->CloseCurFile();
+    if (created) {
+        if (Status status = Convert(); !status) return status;
+    }
+    std::string const storePath = m_store.GetNorvaFileName();
+    m_store.CloseCurFile();
     progress.DestroyWindow();
-    std::string const reason = GetLastErrorText();
-    bool const sorts = dialog.SortByTime() != 0 && m_timeChannel >= 0;
-    if (created) Report(sorts);
-    if (sorts && m_store->SetFileName(storePath, kReopenStore, nullptr) != 0) {
-        // With nothing written this is an older store, which stays as it was.
-        if (created) m_store->SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1);
-        m_store->CloseCurFile();
-    }
-    m_file.Close();
-    if (!created) SetLastErrorText(reason);  // which opening a store has cleared
-    return created ? 1 : 0;
+    bool const sorts = m_settings.sortByTime && m_timeChannel >= 0;
+    if (sorts) Sort(storePath, created);
+    if (!created) return Status(m_columnFiles.Error()).Silent();
+    m_job.report = Report(sorts);
+    m_job.settings = std::move(m_settings);
+    return {};
 }
 
-int CCG3DumpImport::FailReading() const {
-    ShowMessage(FileErrorText("read", m_inputPath, m_file.Error()));
-    return 0;
+Status CCG3DumpImport::OpenInput() {
+    if (m_inputPath.empty()) return Status::Failure("There is no file to open").Silent();
+    if (!m_file.Open(m_inputPath)) return Status::FileFailure("open", m_inputPath, m_file.Error()).Silent();
+    return ReadCG3DumpLayout(m_file, m_layout) ? Status() : ReadFailure();
 }
 
-void CCG3DumpImport::SelectDefaultColumns() {
-    m_importFlags.clear();
-    for (std::string const& title : m_layout.titles) {
-        std::string const upper = ToUpper(title);
-        bool const selected = std::any_of(std::begin(kDefaultColumns), std::end(kDefaultColumns),
-                                          [&upper](std::string_view keyword) { return Contains(upper, keyword); });
-        m_importFlags.push_back(selected ? 1 : 0);
+Status CCG3DumpImport::ObtainSettings() {
+    if (m_job.asks) {
+        m_settings.columns = UsualCg3Columns(m_layout.titles);
+        CCG3ImportDlg dialog(m_layout.titles, m_settings);
+        return dialog.DoModal() == ids::CG3Import::kImport ? Status() : Status::Cancelled();
     }
+    Status status = m_job.TakeSettings(m_settings);
+    return status ? CompleteCg3Settings(m_settings, m_inputPath, m_layout.titles) : status;
+}
+
+Status CCG3DumpImport::Convert() {
+    Status status = ParseData();
+    return status ? WriteStore() : ShowFailure(std::move(status));
+}
+
+void CCG3DumpImport::Sort(std::string const& storePath, bool isWritten) {
+    if (m_store.SetFileName(storePath, kReopenStore, nullptr) == 0) return;
+    // With nothing written this is an older store, which stays as it was.
+    if (isWritten) m_store.SortByChannel(nullptr, m_timeChannel, 1, -1, 1, -1);
+    m_store.CloseCurFile();
 }
 
 void CCG3DumpImport::DescribeChannels() {
-    for (std::size_t position = 0; position < m_layout.titles.size(); ++position) {
-        if (m_importFlags[position] == 0) continue;
+    for (int const chosen : *m_settings.columns) {
+        auto const position = static_cast<std::size_t>(chosen);
         Column column;
         column.position = position;
         column.channel = static_cast<int>(m_channels.size());
@@ -138,7 +129,7 @@ void CCG3DumpImport::DescribeChannels() {
     date.dataType = DataType::kDouble;
     date.displayFormat = DisplayFormat::kDate;
     date.decimalPlaces = 0;
-    date.templateFormat = m_dateFormat;
+    date.templateFormat = m_settings.dateFormat;
     m_date.channel = static_cast<int>(m_channels.size());
     m_channels.push_back(date);
 }
@@ -156,7 +147,7 @@ NorvaChannelStruct CCG3DumpImport::DescribeColumn(Column& column) const {
     if (Contains(upper, "TIME")) {
         channel.displayFormat = DisplayFormat::kTime;
         channel.decimalPlaces = 0;
-        channel.templateFormat = m_timeFormat;
+        channel.templateFormat = m_settings.timeFormat;
     } else if (Contains(upper, "REJ")) {
         channel.dataType = DataType::kShort;
         column.kind = Column::Kind::Short;
@@ -193,22 +184,16 @@ bool CCG3DumpImport::MeasureTexts() {
     return true;
 }
 
-bool CCG3DumpImport::ParseData() {
+Status CCG3DumpImport::ParseData() {
     for (std::size_t i = 0; i < m_layout.profiles.size(); ++i) {
         if (SeekData(m_layout.profiles[i])) {
             ParseProfile(m_layout.profiles[i]);
             WriteDates(i);
         }
-        if (m_file.Error() != 0) {
-            FailReading();
-            return false;
-        }
-        if (m_columnFiles.Failed()) {
-            ShowMessage(GetLastErrorText());
-            return false;
-        }
+        if (m_file.Error() != 0) return ReadFailure();
+        if (m_columnFiles.Failed()) return m_columnFiles.Error();
     }
-    return true;
+    return {};
 }
 
 void CCG3DumpImport::ParseProfile(CG3LineRecord& profile) {
@@ -308,7 +293,7 @@ void CCG3DumpImport::WriteTime(Column& column, std::string_view token) {
     double value = kNoDataDouble;
     if (token.starts_with('*')) {
         m_report->Note(Found(column).noData, token);
-    } else if (m_dateTime.GetDoubleTime(token, m_timeFormat, DecimalsOf(token), value) == 0) {
+    } else if (m_dateTime.GetDoubleTime(token, m_settings.timeFormat, DecimalsOf(token), value) == 0) {
         m_report->Note(Found(column).unreadable, token);
     } else {
         if (RunsBackwards(value, column.previous, true)) m_report->Note(Found(column).backwards, token);
@@ -351,7 +336,7 @@ void CCG3DumpImport::WriteDates(std::size_t profile) {
     double value = kNoDataDouble;
     if (profile >= m_layout.dates.size()) {
         found.missing.count += static_cast<std::uint64_t>(count);
-    } else if (m_dateTime.GetDoubleDate(m_layout.dates[profile], m_dateFormat, value) == 0) {
+    } else if (m_dateTime.GetDoubleDate(m_layout.dates[profile], m_settings.dateFormat, value) == 0) {
         found.unreadable.count += static_cast<std::uint64_t>(count);
     } else if (count > 0) {
         m_date.minimum = std::min(m_date.minimum, value);
@@ -367,7 +352,7 @@ void CCG3DumpImport::StartReport() {
     Found(m_date).column = 0;
 }
 
-void CCG3DumpImport::Report(bool isSorted) {
+ImportReport CCG3DumpImport::Report(bool isSorted) {
     auto const setRange = [this](Column const& column) {
         if (column.minimum > column.maximum) return;
         ReportChannel& channel = Found(column);
@@ -381,25 +366,24 @@ void CCG3DumpImport::Report(bool isSorted) {
     for (ReportPart const& part : m_layout.parts) m_report->AddPart(part.name, part.count, part.bytes);
     for (ReportPart const& part : m_parts) m_report->AddPart(part.name, part.count, part.bytes);
     m_report->AddSetting("sorted by time", isSorted ? "yes" : "no");
-    m_report->Finish("lines", m_layout.lineCount, m_layout.byteCount, m_file.Length());
+    return m_report->Take("lines", m_layout.lineCount, m_layout.byteCount, m_file.Length());
 }
 
-bool CCG3DumpImport::WriteStore() {
+Status CCG3DumpImport::WriteStore() {
     for (CG3LineRecord const& profile : m_layout.profiles) {
-        m_store->AddProfileToStructure(profile.name, profile.locationCount);
+        m_store.AddProfileToStructure(profile.name, profile.locationCount);
     }
-    for (NorvaChannelStruct const& channel : m_channels) m_store->AddChannelToStructure(channel);
-    if (m_store->SaveProfileStructure() == 0 || m_store->SaveChannelStructure() == 0 ||
-        m_store->StartWriteData() == 0) {
-        return false;
-    }
+    for (NorvaChannelStruct const& channel : m_channels) m_store.AddChannelToStructure(channel);
+    Status described = CallStore(m_store, [this] {
+        bool const isSaved = m_store.SaveProfileStructure() != 0 && m_store.SaveChannelStructure() != 0;
+        return isSaved ? m_store.StartWriteData() : 0;
+    });
+    if (!described) return described;
     for (int channel = 0; channel < m_columnFiles.Count(); ++channel) {
-        if (m_columnFiles.HandOver(channel, *m_store)) continue;
-        std::string const reason = GetLastErrorText();
-        ShowMessage(reason.empty() ? "Couldn't write the file : " + m_store->GetNorvaFileName() : reason);
-        return false;
+        Status status = CallStore(m_store, [&] { return m_columnFiles.HandOver(channel, m_store) ? 1 : 0; });
+        if (!status) return ShowFailure(std::move(status));
     }
-    return m_store->EndWriteData() != 0;
+    return CallStore(m_store, [this] { return m_store.EndWriteData(); });
 }
 
 bool CCG3DumpImport::SeekData(CG3LineRecord const& profile) {
@@ -417,17 +401,8 @@ bool CCG3DumpImport::NextDataLine(std::string_view& line) {
 }
 
 Status DescribeCG3File(DescribeJob const& job, FileDescription& description) {
-    CLineReader file;
     CG3DumpLayout layout;
-    if (!file.Open(job.inputPath) || !ReadCG3DumpLayout(file, layout)) {
-        SetLastErrorText(FileErrorText("read", job.inputPath, file.Error()));
-        return ResultOf(0);
-    }
-    if (layout.titles.empty()) {
-        SetLastErrorText("Couldn't read the file : " + job.inputPath +
-                         "\nNo line of column titles (STATION) follows two lines of dashes.");
-        return ResultOf(0);
-    }
+    if (Status status = ReadCG3DumpLayout(job.inputPath, layout); !status) return status;
     FileDescription::Table columns{"columns", {"title"}, {}};
     for (std::string const& title : layout.titles) columns.rows.push_back({title});
     FileDescription::Table lines{"lines", {"name", "date", "readings"}, {}};
@@ -445,10 +420,9 @@ Status DescribeCG3File(DescribeJob const& job, FileDescription& description) {
 }
 
 Status ImportCG3File(ImportJob& job) {
-    CCG3DumpImport importer;
-    importer.SetInputPath(job.inputPath);
-    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return ResultOf(0);
-    return ResultOf(importer.Import(job.store));
+    Status status =
+        CallStore(*job.store, [&] { return job.store->SetFileName(job.storePath, kCreateStore, job.owner); });
+    return status ? CCG3DumpImport(job).Import() : status;
 }
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/column_files.h"
+#include "exchange/import_format.h"
 #include "exchange/row_report.h"
 #include "formats/cg3/cg3_dump_layout.h"
 #include "norva/converters.h"
@@ -22,11 +23,10 @@ namespace norva {
 /// user chooses, "Height" from the A-lines, "Date" from the block headers.
 class CCG3DumpImport {
 public:
-    CCG3DumpImport() = default;
+    explicit CCG3DumpImport(ImportJob& job) : m_job(job), m_store(*job.store), m_inputPath(job.inputPath) {}
 
-    void SetInputPath(std::string path) { m_inputPath = std::move(path); }
-    /// Imports into the store, which is open for writing. 1: written and closed; 0: cancelled or failed.
-    int Import(CNorvaFileUtil* store);
+    /// Imports into the store, which is open for writing; written and closed after a success.
+    Status Import();
 
 private:
     /// What becomes of the values at one position of a data line.
@@ -44,13 +44,14 @@ private:
     /// The lines between a profile's titles and its dash line.
     enum DataPart { kDataRows, kHeights, kEmpty, kLeftOut };
 
-    void SelectDefaultColumns();
+    Status OpenInput();
+    Status ObtainSettings();
     void DescribeChannels();
     /// The channel of a column; `column` receives what becomes of its values.
     NorvaChannelStruct DescribeColumn(Column& column) const;
     /// Gives every text channel the largest length, and at least 8, of its texts; false after a read error.
     bool MeasureTexts();
-    bool ParseData();
+    Status ParseData();
     void ParseProfile(CG3LineRecord& profile);
     /// A line of a profile's data, which is not empty.
     DataPart ParseDataLine(CG3LineRecord& profile, std::string_view line, std::uint64_t number);
@@ -65,28 +66,29 @@ private:
     /// The data line that waits for its height, if there is one, has none.
     void MissHeight();
     void WriteDates(std::size_t profile);
-    bool WriteStore();
+    Status WriteStore();
+    Status Convert();
+    /// Sorts the finished store, or an older one where nothing was written.
+    void Sort(std::string const& storePath, bool isWritten);
     void StartReport();
-    void Report(bool isSorted);
+    ImportReport Report(bool isSorted);
     ReportChannel& Found(Column const& column) { return m_report->Channel(column.channel); }
-    /// Shows why the dump cannot be read; 0.
-    int FailReading() const;
+    Status ReadFailure() const { return Status::FileFailure("read", m_inputPath, m_file.Error()); }
     /// Goes to the first data line of a profile, an error before forgotten.
     bool SeekData(CG3LineRecord const& profile);
     /// The next line of a profile's data, trimmed and not empty; false at the next dash line or the end of the file.
     bool NextDataLine(std::string_view& line);
 
-    CNorvaFileUtil* m_store = nullptr;
-    std::string m_inputPath;
+    ImportJob& m_job;
+    CNorvaFileUtil& m_store;
+    std::string const& m_inputPath;
+    Cg3Settings m_settings;
     CLineReader m_file;
     CG3DumpLayout m_layout;
-    std::vector<int> m_importFlags;  ///< one a title
     std::vector<NorvaChannelStruct> m_channels;
     std::vector<Column> m_columns;
     int m_heightChannel = -1;
     int m_timeChannel = -1;
-    int m_dateFormat = -1;
-    int m_timeFormat = -1;
     CNorvaDateTime m_dateTime;
     CColumnFiles m_columnFiles;
     std::vector<std::string_view> m_tokens;

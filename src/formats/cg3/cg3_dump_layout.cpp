@@ -192,4 +192,12 @@ bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout) {
     return file.Error() == 0;
 }
 
+Status ReadCG3DumpLayout(std::string const& path, CG3DumpLayout& layout) {
+    CLineReader file;
+    if (!file.Open(path) || !ReadCG3DumpLayout(file, layout)) return Status::FileFailure("read", path, file.Error());
+    if (!layout.titles.empty()) return {};
+    return Status::Failure("Couldn't read the file", path,
+                           "No line of column titles (STATION) follows two lines of dashes.");
+}
+
 }  // namespace norva

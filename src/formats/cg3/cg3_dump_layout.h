@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/import_report.h"
+#include "norva/status.h"
 #include "platform/line_reader.h"
 #include "platform/tokens.h"
 
@@ -44,5 +45,7 @@ bool IsCG3DashLine(std::string_view line);
 
 /// Reads the blocks and the column titles of a dump. False only after a read error.
 bool ReadCG3DumpLayout(CLineReader& file, CG3DumpLayout& layout);
+/// The same of a file that is not open. Fails also when it has no line of column titles.
+Status ReadCG3DumpLayout(std::string const& path, CG3DumpLayout& layout);
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/column_text.h"
 #include "norva/values.h"
 
 #include <string>
@@ -9,7 +10,7 @@
 /// Guessing the types of text columns from the first rows of a file.
 namespace norva {
 
-enum class ColumnClass {
+enum class ColumnClass : int {
     None = -1,
     Date,
     Time,

@@ -1,7 +1,9 @@
 #include "formats/column_text/column_text_format.h"
 
-#include <algorithm>
+#include "formats/column_text/text_preview.h"
 #include "platform/text.h"
+
+#include <algorithm>
 
 namespace norva {
 
@@ -11,6 +13,12 @@ bool SniffCG5(FileStart const& start) {
     return std::ranges::any_of(start.lines, [](std::string const& line) {
         return line.starts_with('/') && (Contains(line, "CG-5") || Contains(line, "CG5"));
     });
+}
+
+Status PreviewCG5(std::string const& path, TextPreview& preview) {
+    Status status = PreviewTextFile(path, preview);
+    preview.readsHyphens = true;
+    return status;
 }
 
 }  // namespace
@@ -23,6 +31,7 @@ ImportFormat const kAsciiXyzFormat = {
     .signs = "it is text",
     .import = ImportTextFile,
     .describe = DescribeTextFile,
+    .preview = PreviewTextFile,
 };
 
 ImportFormat const kAsciiCsvFormat = {
@@ -33,6 +42,7 @@ ImportFormat const kAsciiCsvFormat = {
     .signs = "it is text and named .csv",
     .import = ImportTextFile,
     .describe = DescribeTextFile,
+    .preview = PreviewTextFile,
 };
 
 ImportFormat const kAsciiGemFormat = {
@@ -43,6 +53,7 @@ ImportFormat const kAsciiGemFormat = {
     .signs = "it is text and named .stn",
     .import = ImportTextFile,
     .describe = DescribeTextFile,
+    .preview = PreviewTextFile,
 };
 
 ImportFormat const kCG5Format = {
@@ -53,6 +64,7 @@ ImportFormat const kCG5Format = {
     .signs = "its head names a CG-5",
     .import = ImportTextFile,
     .describe = DescribeTextFile,
+    .preview = PreviewCG5,
 };
 
 }  // namespace norva

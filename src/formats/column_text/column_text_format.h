@@ -11,6 +11,10 @@ extern ImportFormat const kAsciiGemFormat;
 extern ImportFormat const kCG5Format;
 
 Status ImportTextFile(ImportJob& job);
+/// Shows why a text cannot be opened; the box leaves the system's reason to the last error.
+Status ShowOpenFailure(Status status);
+/// The columns of a description.
+FileDescription::Table DescribeColumns(ColumnTextSettings const& settings);
 Status DescribeTextFile(DescribeJob const& job, FileDescription& description);
 
 }  // namespace norva

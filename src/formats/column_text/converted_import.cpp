@@ -1,8 +1,8 @@
 #include "formats/column_text/converted_import.h"
 
-#include "exchange/report_draft.h"
 #include "exchange/result.h"
-#include "formats/column_text/column_text_format.h"
+#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/text_preview.h"
 #include "norva/converters.h"
 #include "platform/files.h"
 
@@ -26,7 +26,7 @@ private:
 };
 
 /// Makes the report of an import of converted text one of the source.
-void TellOfSource(ImportReport& report, ConvertedSource&& source) {
+void MoveReportToSource(ImportReport& report, ConvertedSource&& source) {
     auto const relocate = [&source](ReportFinding& finding) {
         std::erase_if(finding.places, [&source](ReportPlace& place) {
             place.line = source.lines.SourceLine(place.line);
@@ -61,6 +61,16 @@ void TellOfSource(ImportReport& report, ConvertedSource&& source) {
     report.sourceSize = told.sourceSize;
 }
 
+Status TemporaryTextPath(std::string const& inputPath, std::string_view temporaryName, std::string& path) {
+    if (CUAC::IsVistaOrLater()) {
+        if (CUAC::GetUserNorvaToolTempDirectory(path) == 0) return ResultOf(0);
+        path += temporaryName;
+    } else {
+        path = inputPath.substr(0, inputPath.rfind('.')) + "_temp.xyz";
+    }
+    return {};
+}
+
 }  // namespace
 
 void CLineMap::Add(std::uint64_t textLine, std::uint64_t sourceLine) {
@@ -86,21 +96,26 @@ std::uint64_t CLineMap::SourceLine(std::uint64_t textLine) const {
 }
 
 Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert) {
-    ImportJob textJob = job;
-    textJob.gravityMeterMode = 0;
-    if (CUAC::IsVistaOrLater()) {
-        if (CUAC::GetUserNorvaToolTempDirectory(textJob.inputPath) == 0) return ResultOf(0);
-        textJob.inputPath += temporaryName;
-    } else {
-        textJob.inputPath = job.inputPath.substr(0, job.inputPath.rfind('.')) + "_temp.xyz";
-    }
+    std::string textPath;
+    if (Status status = TemporaryTextPath(job.inputPath, temporaryName, textPath); !status) return status;
     ConvertedSource source;
-    if (convert(job.inputPath, textJob.inputPath, source) == 0) return ResultOf(0);
-    CFileRemover const remover(textJob.inputPath);
-    Status const status = ImportTextFile(textJob);
-    if (ImportReport* const report = FinishedReport(); status && report != nullptr) {
-        TellOfSource(*report, std::move(source));
-    }
+    if (convert(job.inputPath, textPath, source) == 0) return ResultOf(0);
+    CFileRemover const remover(textPath);
+    job.gravityMeterMode = 0;
+    Status status = CAsciiFileImport(job).Run(textPath);
+    if (status) MoveReportToSource(job.report, std::move(source));
+    return status;
+}
+
+Status PreviewConvertedText(std::string const& path, std::string_view temporaryName, ConvertToText const& convert,
+                            TextPreview& preview) {
+    std::string textPath;
+    if (Status status = TemporaryTextPath(path, temporaryName, textPath); !status) return status;
+    ConvertedSource source;
+    CFileRemover const remover(textPath);
+    if (convert(path, textPath, source) == 0) return ResultOf(0);
+    Status status = PreviewTextFile(textPath, preview);
+    preview.path = path;
     return status;
 }
 

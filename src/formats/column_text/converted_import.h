@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/import_format.h"
+#include "norva/column_text.h"
 #include "norva/import_report.h"
 
 #include <cstdint>
@@ -45,16 +46,17 @@ using ConvertToText =
 /// cannot be had or the conversion fails; what a failed conversion has left stays there.
 Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert);
 
-/// The same with a converter, which has ConvertToXYZ and TakeSource.
+/// The first lines of the text that the file is converted to, which is deleted then.
+Status PreviewConvertedText(std::string const& path, std::string_view temporaryName, ConvertToText const& convert,
+                            TextPreview& preview);
+
+/// Runs a converter, which has ConvertToXYZ and TakeSource.
 template <typename Converter>
-Status ImportThroughText(ImportJob& job, std::string_view temporaryName) {
-    auto const convert = [](std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
-        Converter converter;
-        int const result = converter.ConvertToXYZ(inputPath, textPath);
-        source = converter.TakeSource();
-        return result;
-    };
-    return RunConvertedImport(job, temporaryName, convert);
+int ConvertBy(std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
+    Converter converter;
+    int const result = converter.ConvertToXYZ(inputPath, textPath);
+    source = converter.TakeSource();
+    return result;
 }
 
 }  // namespace norva

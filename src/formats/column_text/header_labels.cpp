@@ -17,13 +17,22 @@ std::string HeaderDelimiters::Text() const {
     return text;
 }
 
-std::vector<std::string> SplitHeaderLine(std::string_view line, std::size_t count, HeaderDelimiters const& delimiters,
-                                         bool readsHyphens) {
+namespace {
+
+/// The line without what only marks it as a comment, and with blanks for hyphens when these separate.
+std::string HeaderText(std::string_view line, bool readsHyphens) {
     std::string text(line);
     if (readsHyphens) std::replace(text.begin(), text.end(), '-', ' ');
     text.erase(0, std::min(text.find_first_not_of(" \\/"), text.size()));
     text.erase(TrimRight(text).size());
+    return text;
+}
 
+}  // namespace
+
+std::vector<std::string> SplitHeaderLine(std::string_view line, std::size_t count, HeaderDelimiters const& delimiters,
+                                         bool readsHyphens) {
+    std::string const text = HeaderText(line, readsHyphens);
     std::vector<std::string_view> parts;
     GetTokens(text, parts, delimiters.Text());
     std::size_t const colon = text.find(':');
@@ -35,6 +44,13 @@ std::vector<std::string> SplitHeaderLine(std::string_view line, std::size_t coun
         for (std::string_view const part : parts) labels.emplace_back(TrimOf(part, "\""));
     }
     return labels;
+}
+
+std::size_t CountHeaderLabels(std::string_view line, HeaderDelimiters const& delimiters, bool readsHyphens) {
+    std::string const text = HeaderText(line, readsHyphens);
+    std::vector<std::string_view> parts;
+    GetTokens(text, parts, delimiters.Text());
+    return parts.size();
 }
 
 void SplitNameAndUnits(std::string_view label, NorvaChannelStruct& column) {

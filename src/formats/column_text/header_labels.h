@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/column_text.h"
 #include "norva/values.h"
 
 #include <cstddef>
@@ -10,23 +11,13 @@
 /// Column labels from a header line of a text file.
 namespace norva {
 
-/// Which characters separate the labels of a header line.
-struct HeaderDelimiters {
-    bool comma = false;
-    bool tab = false;
-    bool semicolon = false;
-    bool space = false;
-    bool other = false;
-    std::string otherText = " ";  ///< of the "Other:" box, one character or none
-
-    /// A line feed, then every character of the set.
-    std::string Text() const;
-};
-
 /// Splits a header line into `count` labels: as it stands, else what follows its first ":". Empty when neither gives
 /// that many. With `readsHyphens` every "-" counts as a space.
 std::vector<std::string> SplitHeaderLine(std::string_view line, std::size_t count, HeaderDelimiters const& delimiters,
                                          bool readsHyphens);
+
+/// How many labels the line holds as it stands.
+std::size_t CountHeaderLabels(std::string_view line, HeaderDelimiters const& delimiters, bool readsHyphens);
 
 /// Sets the column's name, and its units when the label has any: "name:units" or "name (units)".
 void SplitNameAndUnits(std::string_view label, NorvaChannelStruct& column);

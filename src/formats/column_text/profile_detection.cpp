@@ -1,4 +1,5 @@
-#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/profile_detection.h"
+
 #include "formats/column_text/text_line.h"
 #include "platform/text.h"
 
@@ -9,6 +10,7 @@ namespace norva {
 namespace {
 
 constexpr CDelimiters kLabelDelimiters{" ,\t\n"};
+constexpr CDelimiters kNameDelimiters{" ,\t\n:"};
 
 std::string AutomaticName(int number) {
     return "LINE" + std::to_string(number);
@@ -23,19 +25,19 @@ bool IsUpperCaseOf(std::string_view upper, std::string_view text) {
 
 }  // namespace
 
-std::string CAsciiFileImport::GetLineName(std::string_view markerLine) {
+std::string GetLineName(std::string_view markerLine) {
     std::string text = ToUpper(markerLine);
     std::replace(text.begin(), text.end(), '-', ' ');
     std::vector<std::string_view> tokens;
-    GetTokens(text, tokens, " ,\t\n:");
+    GetTokens(text, tokens, kNameDelimiters);
     if (tokens.size() == 1 && tokens[0].size() != 4) return std::string(tokens[0]);
     if (tokens.size() == 2) return std::string(tokens[1]);
     return {};
 }
 
-void CAsciiFileImport::GetProfilesByMarker() {
-    m_profiles.clear();
-    m_file.Rewind();
+std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart) {
+    std::vector<ProfileRecord> profiles;
+    file.Rewind();
     std::string pendingName;
     long rowCount = 0;
     bool atBoundary = true;
@@ -43,16 +45,16 @@ void CAsciiFileImport::GetProfilesByMarker() {
     std::uint64_t lineOffset = 0;
 
     auto const append = [&] {
-        m_profiles.push_back({pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount});
+        profiles.push_back({pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount});
     };
 
     std::string_view line;
-    for (; m_file.Next(line); lineOffset = m_file.Offset()) {
+    for (; file.Next(line); lineOffset = file.Offset()) {
         LineKind const kind = ClassifyLine(line);
         if (kind == LineKind::Empty) continue;
         if (kind == LineKind::Data) {
             atBoundary = false;
-            if (lineOffset >= m_dataStart) ++rowCount;
+            if (lineOffset >= dataStart) ++rowCount;
         } else {
             if (!atBoundary && rowCount > 0) append();
             rowCount = 0;
@@ -64,19 +66,20 @@ void CAsciiFileImport::GetProfilesByMarker() {
         }
     }
     if (!atBoundary) append();
+    return profiles;
 }
 
-void CAsciiFileImport::GetProfilesByLabel(int labelColumn) {
-    m_profiles.clear();
-    m_file.Rewind();
+std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn) {
+    std::vector<ProfileRecord> profiles;
+    file.Rewind();
     std::string currentLabel;
     long rowCount = 0;
     std::uint64_t lineOffset = 0;
 
     std::string_view line;
-    for (; m_file.Next(line); lineOffset = m_file.Offset()) {
+    for (; file.Next(line); lineOffset = file.Offset()) {
         if (ClassifyLine(line) != LineKind::Data) continue;
-        bool const counts = lineOffset >= m_dataStart;
+        bool const counts = lineOffset >= dataStart;
 
         std::string_view label = "*";
         CTokenCursor cursor(line, kLabelDelimiters);
@@ -88,7 +91,7 @@ void CAsciiFileImport::GetProfilesByLabel(int labelColumn) {
         }
         bool const continues = label == "*" || IsUpperCaseOf(currentLabel, label);
         if (!continues && !currentLabel.empty() && rowCount > 0) {
-            m_profiles.push_back({currentLabel, rowCount});
+            profiles.push_back({currentLabel, rowCount});
             ToUpper(label, currentLabel);
             rowCount = 1;
         } else if (counts) {
@@ -96,18 +99,8 @@ void CAsciiFileImport::GetProfilesByLabel(int labelColumn) {
             if (!continues) ToUpper(label, currentLabel);
         }
     }
-    if (rowCount > 0) m_profiles.push_back({currentLabel, rowCount});
-}
-
-void CAsciiFileImport::GetProfileRecord(int index, std::string& name, long& rowCount) const {
-    if (index < 0 || index >= ProfileCount()) {
-        name.clear();
-        rowCount = 0;
-        return;
-    }
-    ProfileRecord const& record = m_profiles[static_cast<std::size_t>(index)];
-    name = record.name;
-    rowCount = record.rowCount;
+    if (rowCount > 0) profiles.push_back({currentLabel, rowCount});
+    return profiles;
 }
 
 }  // namespace norva

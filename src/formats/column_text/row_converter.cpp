@@ -1,6 +1,5 @@
 #include "formats/column_text/row_converter.h"
 
-#include "formats/column_text/ascii_file_import.h"
 #include "formats/column_text/plain_decimal.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -11,26 +10,25 @@
 namespace norva {
 
 CRowConverter::CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters,
-                             Source source, CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic,
+                             Forms const& forms, CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic,
                              CColumnFiles& files, CRowReport& report)
     : m_delimiters(delimiters),
-      m_upperCase(source == Source::Text),
+      m_forms(forms),
       m_dateTime(dateTime),
       m_geographic(geographic),
       m_files(files),
       m_report(report) {
     m_plans.reserve(columns.size());
     for (NorvaChannelStruct const& settings : columns) {
-        m_plans.push_back(PlanFor(settings, static_cast<int>(m_plans.size()), source));
+        m_plans.push_back(PlanFor(settings, static_cast<int>(m_plans.size()), forms));
         if (m_plans.back().kind != Kind::Skipped) m_rowPlans = m_plans.size();
     }
 }
 
-CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, int column, Source source) {
+CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, int column, Forms const& forms) {
     Plan plan;
     plan.column = column;
     plan.templateFormat = settings.templateFormat;
-    bool const seaSpy = source == Source::SeaSpy;
     switch (settings.dataType) {
         case DataType::kFloat:
             plan.kind = Kind::Float;
@@ -38,10 +36,10 @@ CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, i
         case DataType::kDouble:
             switch (settings.displayFormat) {
                 case DisplayFormat::kDate:
-                    plan.kind = seaSpy ? Kind::SeaSpyDate : Kind::Date;
+                    plan.kind = forms.date != nullptr ? Kind::OwnDate : Kind::Date;
                     break;
                 case DisplayFormat::kTime:
-                    plan.kind = seaSpy ? Kind::SeaSpyTime : Kind::Time;
+                    plan.kind = forms.time != nullptr ? Kind::OwnTime : Kind::Time;
                     break;
                 case DisplayFormat::kGeographic:
                     plan.kind = Kind::Geographic;
@@ -73,7 +71,7 @@ CRowConverter::Plan CRowConverter::PlanFor(NorvaChannelStruct const& settings, i
 
 /// Times and dates, and what counts the readings of an instrument.
 bool CRowConverter::IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind) {
-    if (kind >= Kind::Date && kind <= Kind::SeaSpyTime) return true;
+    if (kind >= Kind::Date && kind <= Kind::OwnTime) return true;
     if (!IsNumber(kind)) return false;
     std::string const name = ToUpper(settings.name);
     return name == "FID" || name == "FIDUCIAL" || name == "TIME" || name == "STATION" || name == "POSITION";
@@ -131,6 +129,33 @@ bool CRowConverter::Absent(int column) {
     return PutAbsent(m_plans[static_cast<std::size_t>(column)]);
 }
 
+bool CRowConverter::Number(int column, double value, std::string_view token) {
+    Plan& plan = m_plans[static_cast<std::size_t>(column)];
+    if (IsNumber(plan.kind)) return PutNumber(plan, value, token);
+    return plan.kind == Kind::Skipped || PutConverted(plan, true, value, token);
+}
+
+bool CRowConverter::Text(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    if (token.size() > plan.width) m_report.Note(m_report.Channel(column).cut, token);
+    return PutText(plan, token);
+}
+
+bool CRowConverter::Missing(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(column).noData, token);
+    return PutMissing(plan);
+}
+
+bool CRowConverter::Unreadable(int column, std::string_view token) {
+    Plan const& plan = m_plans[static_cast<std::size_t>(column)];
+    if (plan.kind == Kind::Skipped) return true;
+    m_report.Note(m_report.Channel(column).unreadable, token);
+    return PutMissing(plan);
+}
+
 void CRowConverter::StartLine() {
     for (Plan& plan : m_plans) plan.previous = -std::numeric_limits<double>::infinity();
 }
@@ -148,6 +173,10 @@ void CRowConverter::Finish() {
 bool CRowConverter::PutAbsent(Plan& plan) {
     if (plan.kind == Kind::Skipped) return true;
     m_report.Note(m_report.Channel(plan.column).missing, {});
+    return PutMissing(plan);
+}
+
+bool CRowConverter::PutMissing(Plan const& plan) {
     return plan.kind == Kind::Text ? PutText(plan, "*") : StoreMissing(plan);
 }
 
@@ -181,10 +210,10 @@ bool CRowConverter::PutToken(Plan& plan, std::string_view token) {
             bool const isRead = m_geographic.GetDoubleData(token, plan.templateFormat, value, decimals) != 0;
             return PutConverted(plan, isRead, value, written);
         }
-        case Kind::SeaSpyDate:
-            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYDate(token), written);
-        case Kind::SeaSpyTime:
-            return PutConverted(plan, IsDigit(token.front()), CAsciiFileImport::GetSeaSPYTime(token), written);
+        case Kind::OwnDate:
+            return PutConverted(plan, IsDigit(token.front()), m_forms.date(token), written);
+        case Kind::OwnTime:
+            return PutConverted(plan, IsDigit(token.front()), m_forms.time(token), written);
         default: {
             NumberRead const read = ScanNumber(token);
             ReportChannel& channel = m_report.Channel(plan.column);
@@ -238,7 +267,7 @@ void CRowConverter::Examine(Plan& plan, double value, std::string_view token) {
         plan.high = plan.maximum;
         return;
     }
-    bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::SeaSpyTime;
+    bool const isClock = plan.kind == Kind::Time || plan.kind == Kind::OwnTime;
     if (RunsBackwards(value, plan.previous, isClock)) m_report.Note(channel.backwards, token);
     plan.previous = value;
 }
@@ -289,7 +318,7 @@ bool CRowConverter::StoreMissing(Plan const& plan) {
 
 bool CRowConverter::PutText(Plan const& plan, std::string_view token) {
     token = token.substr(0, plan.width);
-    if (m_upperCase) {
+    if (m_forms.upperCase) {
         ToUpper(token, m_text);
         token = m_text;
     }

@@ -17,13 +17,16 @@ namespace norva {
 /// Turns the values of data rows into packed store values, one column file a column.
 class CRowConverter {
 public:
-    enum class Source {
-        Text,    ///< dates and times by the store's converters; texts are upper-cased
-        SeaSpy,  ///< dates and times in the log's own form; texts keep their case
+    /// How a source writes what is no number.
+    struct Forms {
+        // A date as a decimal year and a time in hours; null: by the store's converters and the column's template.
+        double (*date)(std::string_view text) = nullptr;
+        double (*time)(std::string_view text) = nullptr;
+        bool upperCase = true;  ///< texts are stored in upper case
     };
 
     /// What is referred to has to outlive the converter. `columns` are the settings of all columns, skipped ones too.
-    CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Source source,
+    CRowConverter(std::vector<NorvaChannelStruct> const& columns, CDelimiters const& delimiters, Forms const& forms,
                   CNorvaDateTime const& dateTime, CNorvaGeographic const& geographic, CColumnFiles& files,
                   CRowReport& report);
 
@@ -33,13 +36,24 @@ public:
     bool Value(int column, std::string_view token);
     /// The row has no value for the column.
     bool Absent(int column);
+
+    // What was read already; `token` is how the row writes it. False after a write failure.
+
+    /// A number, a date in years, a time in hours, degrees.
+    bool Number(int column, double value, std::string_view token);
+    bool Text(int column, std::string_view token);
+    /// A mark for a missing value.
+    bool Missing(int column, std::string_view token);
+    /// Stored as missing, and reported.
+    bool Unreadable(int column, std::string_view token);
+
     /// The rows from now on belong to another survey line.
     void StartLine();
     /// Completes the report's channels by their ranges.
     void Finish();
 
 private:
-    enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, SeaSpyDate, SeaSpyTime, Geographic };
+    enum class Kind { Skipped, Float, Double, Long, Short, Text, Date, Time, OwnDate, OwnTime, Geographic };
     struct Plan {
         Kind kind = Kind::Skipped;
         int column = 0;
@@ -56,7 +70,7 @@ private:
     };
 
     static bool IsNumber(Kind kind) { return kind >= Kind::Float && kind <= Kind::Short; }
-    static Plan PlanFor(NorvaChannelStruct const& settings, int column, Source source);
+    static Plan PlanFor(NorvaChannelStruct const& settings, int column, Forms const& forms);
 
     static bool IsOrderedChannel(NorvaChannelStruct const& settings, Kind kind);
 
@@ -68,6 +82,7 @@ private:
     bool PutDouble(Plan const& plan, double value);
     bool StoreMissing(Plan const& plan);
     bool PutText(Plan const& plan, std::string_view token);
+    bool PutMissing(Plan const& plan);
     bool PutAbsent(Plan& plan);
     /// Notes what is to be said of a value outside what was seen so far.
     void Examine(Plan& plan, double value, std::string_view token);
@@ -76,7 +91,7 @@ private:
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
     CDelimiters const& m_delimiters;
-    bool m_upperCase;
+    Forms m_forms;
     CNorvaDateTime const& m_dateTime;
     CNorvaGeographic const& m_geographic;
     CColumnFiles& m_files;

@@ -1,10 +1,7 @@
 #include "formats/column_text/column_text_format.h"
 
-#include "exchange/result.h"
-#include "formats/column_text/ascii_file_import.h"
-#include "formats/column_text/ascii_import_dlg.h"
-#include "platform/text.h"
-#include "store/value_rules.h"
+#include "formats/column_text/profile_detection.h"
+#include "formats/column_text/text_preview.h"
 
 #include <algorithm>
 
@@ -18,12 +15,9 @@ constexpr std::size_t kShownCharacters = 100;
 
 }  // namespace
 
-FileDescription::Table CAsciiFileImport::DescribeColumns(CAsciiImportDlg& dialog) {
-    PrepareDialog(dialog);
-    dialog.Open();
-    dialog.Abandon();
+FileDescription::Table DescribeColumns(ColumnTextSettings const& settings) {
     FileDescription::Table table{"columns", {"name", "type"}, {}};
-    for (NorvaChannelStruct& column : m_columns) {
+    for (NorvaChannelStruct column : settings.columns) {
         // A column that turned out to hold numbers below its texts has the width of these still.
         if (column.dataType != DataType::kText) column.arraySize = 1;
         table.rows.push_back({column.name, ValueTypeText(column)});
@@ -31,34 +25,26 @@ FileDescription::Table CAsciiFileImport::DescribeColumns(CAsciiImportDlg& dialog
     return table;
 }
 
-int CAsciiFileImport::Describe(FileDescription& description) {
+Status DescribeTextFile(DescribeJob const& job, FileDescription& description) {
+    TextPreview preview;
+    if (Status status = PreviewTextFile(job.inputPath, preview); !status) return status;
     FileDescription::Table start{"first lines", {"number", "text"}, {}};
-    for (std::size_t i = 0; i < std::min(m_preview.size(), kShownLines); ++i) {
-        start.rows.push_back({static_cast<std::int64_t>(i + 1), m_preview[i].text.substr(0, kShownCharacters)});
+    for (std::size_t i = 0; i < std::min(preview.lines.size(), kShownLines); ++i) {
+        start.rows.push_back({static_cast<std::int64_t>(i + 1), preview.lines[i].text.substr(0, kShownCharacters)});
     }
-    CAsciiImportDlg dialog;
-    FileDescription::Table columns = DescribeColumns(dialog);
-    SetSkipCount(dialog.SkipCount());
-    GetProfilesByMarker();
-    if (m_file.Error() != 0) {
-        ShowReadError();
-        return 0;
-    }
+    ColumnTextSettings const settings = GuessColumnText(preview);
+    CLineReader file;
+    if (Status status = OpenText(file, job.inputPath); !status) return status;
     std::int64_t rows = 0;
     FileDescription::Table lines{"lines", {"name", "rows"}, {}};
-    for (ProfileRecord const& profile : m_profiles) {
+    for (ProfileRecord const& profile : FindProfilesByMarker(file, DataStart(preview, settings.skip))) {
         lines.rows.push_back({profile.name, std::int64_t{profile.rowCount}});
         rows += profile.rowCount;
     }
+    if (file.Error() != 0) return Status::FileFailure("read", job.inputPath, file.Error());
     description.AddFact("rows", rows);
-    description.tables = {std::move(start), std::move(columns), std::move(lines)};
-    return 1;
-}
-
-Status DescribeTextFile(DescribeJob const& job, FileDescription& description) {
-    CAsciiFileImport importer;
-    importer.SetCsv(ToUpper(job.inputPath).ends_with("CSV") ? 1 : 0);
-    return ResultOf(importer.LoadFileInfo(job.inputPath) != 0 ? importer.Describe(description) : 0);
+    description.tables = {std::move(start), DescribeColumns(settings), std::move(lines)};
+    return {};
 }
 
 }  // namespace norva

@@ -1,6 +1,5 @@
 #include "formats/gbn/gbn_fiducial_file.h"
 
-#include "platform/last_error.h"
 #include "platform/paths.h"
 #include "store/value_rules.h"
 
@@ -18,7 +17,7 @@ constexpr int kAttempts = 100;
 
 }  // namespace
 
-bool GbnFiducialFile::Create(std::string const& inputPath) {
+Status GbnFiducialFile::Create(std::string const& inputPath) {
     std::string const path = FullPath("fiducial");
     int error = IsSameFile(path, inputPath) ? EEXIST : 0;
     for (int attempt = 0; error == 0 && attempt < kAttempts; ++attempt) {
@@ -27,17 +26,16 @@ bool GbnFiducialFile::Create(std::string const& inputPath) {
         if (isNew || (m_file.Error() == EEXIST && m_file.Open(path, CFile::Mode::Update))) {
             error = RemoveFile(path);
             if (error == ENOENT) error = 0;  // another import was quicker
-            if (isNew && error == 0) return true;
+            if (isNew && error == 0) return {};
             m_file.Close();
         } else if (m_file.Error() != ENOENT) {
             error = m_file.Error();
         }
     }
-    SetLastErrorText("Couldn't create the file : " + path + "\n" + SystemErrorText(error != 0 ? error : EEXIST));
-    return false;
+    return Status::FileFailure("create", path, error != 0 ? error : EEXIST);
 }
 
-bool GbnFiducialFile::Write(double start, double increment, std::int64_t count) {
+Status GbnFiducialFile::Write(double start, double increment, std::int64_t count) {
     std::vector<char> buffer(static_cast<std::size_t>(std::min(count, kValuesAtOnce)) * kWidth);
     double value = start;
     for (std::int64_t done = 0; done < count;) {
@@ -47,21 +45,16 @@ bool GbnFiducialFile::Write(double start, double increment, std::int64_t count) 
             StoreDouble(buffer.data() + used, value);
             value += increment;
         }
-        if (!m_file.Write(buffer.data(), used)) return Fail("write");
+        if (!m_file.Write(buffer.data(), used)) return Status::FileFailure("write", m_file.Path(), m_file.Error());
     }
-    return true;
+    return {};
 }
 
-bool GbnFiducialFile::Read(std::int64_t first, std::int64_t count, char* bytes) {
+Status GbnFiducialFile::Read(std::int64_t first, std::int64_t count, char* bytes) {
     std::size_t const size = static_cast<std::size_t>(count) * kWidth;
     std::size_t got = 0;
-    return (m_file.ReadAt(static_cast<std::uint64_t>(first) * kWidth, bytes, size, got) && got == size) || Fail("read");
-}
-
-bool GbnFiducialFile::Fail(char const* what) {
-    SetLastErrorText(std::string("Couldn't ") + what + " the file : " + m_file.Path() + "\n" +
-                     SystemErrorText(m_file.Error()));
-    return false;
+    if (m_file.ReadAt(static_cast<std::uint64_t>(first) * kWidth, bytes, size, got) && got == size) return {};
+    return Status::FileFailure("read", m_file.Path(), m_file.Error());
 }
 
 }  // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/status.h"
 #include "platform/files.h"
 
 #include <cstddef>
@@ -12,19 +13,16 @@ namespace norva {
 /// open, so that it is gone whatever ends the import, and imports that run in one folder at once do not meet.
 class GbnFiducialFile {
 public:
-    /// Takes the place of an older file. False, with the last error set, when it cannot be had; so when the older file
-    /// is the input file or cannot be written.
-    bool Create(std::string const& inputPath);
+    /// Takes the place of an older file. Fails when that is the input file or cannot be written.
+    Status Create(std::string const& inputPath);
     /// Writes `count` values: `start`, then each the one before plus `increment`.
-    bool Write(double start, double increment, std::int64_t count);
-    /// Reads the bytes of `count` values from the `first` on. False, with the last error set, as all calls.
-    bool Read(std::int64_t first, std::int64_t count, char* bytes);
+    Status Write(double start, double increment, std::int64_t count);
+    /// Reads the bytes of `count` values from the `first` on.
+    Status Read(std::int64_t first, std::int64_t count, char* bytes);
     /// Frees its room on the disk.
     void Close() { m_file.Close(); }
 
 private:
-    bool Fail(char const* what);
-
     CFile m_file;
 };
 

@@ -1,12 +1,10 @@
 #include "formats/gbn/gbn_import.h"
 
 #include "exchange/progress_dlg.h"
-#include "exchange/report_draft.h"
-#include "exchange/result.h"
+#include "exchange/store_call.h"
 #include "formats/gbn/gbn_format.h"
 #include "formats/gbn/gbn_import_dlg.h"
-#include "norva/import_export.h"
-#include "platform/last_error.h"
+#include "formats/gbn/gbn_settings.h"
 #include "platform/paths.h"
 #include "store/value_rules.h"
 #include "ui/messages.h"
@@ -18,6 +16,7 @@
 #include <limits>
 #include <new>
 #include <unordered_set>
+#include <utility>
 
 namespace norva {
 
@@ -53,28 +52,30 @@ std::size_t ValueSize(NorvaChannelStruct const& channel) {
 
 }  // namespace
 
-int CGbnImport::Import(CNorvaFileUtil* store) {
-    m_store = store;
-    if (m_inputPath.empty()) return 0;
-    if (!OpenInput()) {
-        ShowMessage("File could not be open");
-        return 0;
+Status CGbnImport::Import() {
+    if (m_inputPath.empty()) return Status::Failure("There is no file to open").Silent();
+    for (auto const step : {&CGbnImport::OpenInput, &CGbnImport::Scan, &CGbnImport::ObtainSettings,
+                            &CGbnImport::Prepare, &CGbnImport::WriteData}) {
+        if (Status status = (this->*step)(); !status) return status;
     }
-    if (!Scan() || !AskForContents()) return 0;
-    // What was told so far did not end the import; what follows may.
-    ClearLastErrorText();
-    if (!Prepare() || !WriteData()) return 0;
-    Report();
-    return 1;
+    m_job.report = Report();
+    m_job.settings = std::move(m_settings);
+    return {};
 }
 
-bool CGbnImport::OpenInput() {
-    if (!m_input.Open(m_inputPath, CFile::Mode::Read) || !m_input.Size(m_length)) return false;
-    // Whoever still writes the file holds it; a file system without locks has nobody to keep out.
-    return flock(m_input.Descriptor(), LOCK_SH | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+Status CGbnImport::OpenInput() {
+    int error = 0;
+    if (!m_input.Open(m_inputPath, CFile::Mode::Read) || !m_input.Size(m_length)) {
+        error = m_input.Error();
+    } else if (flock(m_input.Descriptor(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        // Whoever still writes the file holds it; a file system without locks has nobody to keep out.
+        error = EWOULDBLOCK;
+    }
+    if (error == 0) return {};
+    return ShowFailure(Status::FileFailure("open", m_inputPath, error), "File could not be open");
 }
 
-bool CGbnImport::Scan() {
+Status CGbnImport::Scan() {
     GbnOpenFileSource source(m_input, m_length);
     GbnFile file(source);
     if (file.ReadSignature() != kGbnSignature) ShowMessage("File is not Oasis Binary");
@@ -84,81 +85,90 @@ bool CGbnImport::Scan() {
         ReadGbnContents(file, m_contents, GbnValues::Keep,
                         [&window](int percent) { window.Reporter().FilePercent(percent); });
     }
-    if (file.Failed()) {
-        ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_input.Error()));
-        return false;
-    }
+    if (file.Failed()) return Status::FileFailure("read", m_inputPath, m_input.Error());
     if (!m_contents.problem.empty()) ShowMessage(m_contents.problem);
     if (m_contents.blocksBeforeLines > 0) {
         ShowMessage("Data blocks before the first line, which were left out: " +
                     std::to_string(m_contents.blocksBeforeLines));
     }
-    return true;
+    return {};
 }
 
-bool CGbnImport::AskForContents() {
-    CGbnImportDlg dialog(m_contents.channels, m_contents.lines, m_addFiducial);
-    if (dialog.DoModal() != kButtonOk) return false;
-    m_addFiducial = dialog.AddFiducial();
-    return true;
+Status CGbnImport::ObtainSettings() {
+    if (m_job.asks) {
+        CGbnImportDlg dialog(m_contents, m_settings);
+        if (dialog.DoModal() != kButtonOk) return Status::Cancelled();
+    } else if (Status status = m_job.TakeSettings(m_settings); !status) {
+        return status;
+    }
+    return ApplyGbnSettings(m_settings, m_inputPath, m_contents);
 }
 
-bool CGbnImport::Prepare() {
+Status CGbnImport::Prepare() {
     ProgressWindow const window("Loading data from the file", "Please wait a second");
     auto const count = static_cast<int>(m_contents.channels.size());
-    if (!m_columns.Create(std::string(WithoutExtension(m_inputPath)), count, m_inputPath)) return false;
-    if (m_addFiducial != 0 && !m_fiducials.Create(m_inputPath)) return false;
-    if (!WriteTemporaryFiles()) {
-        ShowMessage(GetLastErrorText());
-        return false;
+    if (!m_columns.Create(std::string(WithoutExtension(m_inputPath)), count, m_inputPath)) {
+        return Status(m_columns.Error()).Silent();
     }
+    if (m_settings.fiducial) {
+        if (Status status = m_fiducials.Create(m_inputPath); !status) return std::move(status).Silent();
+    }
+    if (Status status = WriteTemporaryFiles(); !status) return ShowFailure(std::move(status));
     m_contents.arena.Clear();
     m_contents.values.clear();
     return Describe();
 }
 
-bool CGbnImport::WriteTemporaryFiles() {
+Status CGbnImport::WriteTemporaryFiles() {
     m_tallies.assign(m_contents.channels.size(), {});
     for (std::size_t i = 0; i < m_contents.channels.size(); ++i) {
         GbnChannelEntry const& entry = m_contents.channels[i];
         if (!IsImported(entry)) continue;
-        if (!WriteGbnColumn(m_contents, i, DescribedGbnChannel(entry), m_columns, m_tallies[i])) return false;
+        if (!WriteGbnColumn(m_contents, i, DescribedGbnChannel(entry), m_columns, m_tallies[i])) {
+            return m_columns.Error();
+        }
     }
-    if (m_addFiducial == 0) return true;
+    if (!m_settings.fiducial) return {};
     auto const first = std::ranges::find_if(m_contents.channels, IsImported) - m_contents.channels.begin();
     GbnChannelValues const& values = m_contents.values[static_cast<std::size_t>(first)];
     return m_fiducials.Write(values.fiducialStart, values.fiducialIncrement, m_contents.locationCount);
 }
 
-bool CGbnImport::Describe() {
+Status CGbnImport::Describe() {
     for (GbnLineEntry const& line : m_contents.lines) {
-        if (line.selected != 0) m_store->AddProfileToStructure(line.name, static_cast<long>(line.locationCount));
+        if (line.selected != 0) m_store.AddProfileToStructure(line.name, static_cast<long>(line.locationCount));
     }
-    if (m_addFiducial != 0) m_store->AddChannelToStructure("FIDUCIAL", "", DataType::kDouble, 0, 1, 0, -1, -1, -1);
+    if (m_settings.fiducial) m_store.AddChannelToStructure("FIDUCIAL", "", DataType::kDouble, 0, 1, 0, -1, -1, -1);
     for (GbnChannelEntry const& entry : m_contents.channels) {
-        if (IsImported(entry)) m_store->AddChannelToStructure(DescribedGbnChannel(entry));
+        if (IsImported(entry)) m_store.AddChannelToStructure(DescribedGbnChannel(entry));
     }
-    return m_store->SaveProfileStructure() != 0 && m_store->SaveChannelStructure() != 0 &&
-           m_store->StartWriteData() != 0;
+    return CallStore(m_store, [this] {
+        bool const isSaved = m_store.SaveProfileStructure() != 0 && m_store.SaveChannelStructure() != 0;
+        return isSaved ? m_store.StartWriteData() : 0;
+    });
 }
 
-bool CGbnImport::WriteData() {
+Status CGbnImport::WriteData() {
     ProgressWindow window("Import GBN", m_inputPath);
     CProgressReporter& progress = window.Reporter();
     MakeRoomForLines();
-    if (m_addFiducial != 0 && !WriteFiducials()) return false;
+    if (m_settings.fiducial) {
+        if (Status status = WriteFiducials(); !status) return status;
+    }
     std::size_t const count = m_contents.channels.size();
     for (std::size_t i = 0; i < count; ++i) {
         progress.ChannelName(m_contents.channels[i].description.name);
         progress.FilePercent(static_cast<long long>(100 * (i + 1) / count));
         progress.ChannelPercent(0);
-        if (IsImported(m_contents.channels[i]) && !WriteChannel(i, progress)) return false;
+        if (IsImported(m_contents.channels[i])) {
+            if (Status status = WriteChannel(i, progress); !status) return status;
+        }
         m_columns.Remove(static_cast<int>(i));
         progress.ChannelPercent(100);
     }
-    if (m_store->EndWriteData() == 0) return false;
-    m_store->CloseCurFile();
-    return true;
+    if (Status status = CallStore(m_store, [this] { return m_store.EndWriteData(); }); !status) return status;
+    m_store.CloseCurFile();
+    return {};
 }
 
 void CGbnImport::MakeRoomForLines() {
@@ -174,26 +184,25 @@ void CGbnImport::MakeRoomForLines() {
     m_lineValues = TakeGbnBytes(largest * longest);
 }
 
-bool CGbnImport::WriteFiducials() {
+Status CGbnImport::WriteFiducials() {
     std::int64_t first = 0;
     for (GbnLineEntry const& line : m_contents.lines) {
         if (line.selected != 0) {
-            if (!m_fiducials.Read(first, line.locationCount, m_lineValues.get())) {
-                ShowMessage(GetLastErrorText());
-                return false;
-            }
+            Status read = m_fiducials.Read(first, line.locationCount, m_lineValues.get());
+            if (!read) return ShowFailure(std::move(read));
             std::size_t const size = static_cast<std::size_t>(line.locationCount) * sizeof(double);
             TallyStored<double>(m_lineValues.get(), static_cast<std::size_t>(line.locationCount), m_fiducialTally);
-            if (m_store->WriteHuge(m_lineValues.get(), size) == 0) return false;
+            Status status = CallStore(m_store, [&] { return m_store.WriteHuge(m_lineValues.get(), size); });
+            if (!status) return status;
         }
         first += line.locationCount;
     }
     // What of it has not reached the disk yet need not any more.
     m_fiducials.Close();
-    return true;
+    return {};
 }
 
-bool CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress) {
+Status CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress) {
     std::size_t const valueSize = ValueSize(DescribedGbnChannel(m_contents.channels[channel]));
     std::uint64_t offset = 0;
     std::size_t const count = m_contents.lines.size();
@@ -203,14 +212,14 @@ bool CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress) 
         if (line.selected != 0) {
             progress.ChannelPercent(static_cast<long long>(100 * k / count));
             if (!m_columns.Read(static_cast<int>(channel), offset, m_lineValues.get(), size)) {
-                ShowMessage(GetLastErrorText());
-                return false;
+                return ShowFailure(m_columns.Error());
             }
-            if (m_store->WriteHuge(m_lineValues.get(), size) == 0) return false;
+            Status status = CallStore(m_store, [&] { return m_store.WriteHuge(m_lineValues.get(), size); });
+            if (!status) return status;
         }
         offset += size;
     }
-    return true;
+    return {};
 }
 
 ReportChannel CGbnImport::ReportOf(std::size_t channel, std::uint64_t locations) const {
@@ -223,7 +232,7 @@ ReportChannel CGbnImport::ReportOf(std::size_t channel, std::uint64_t locations)
     return report;
 }
 
-void CGbnImport::Report() const {
+ImportReport CGbnImport::Report() const {
     ImportReport report;
     std::unordered_set<std::string> names;
     std::size_t linesLeftOut = 0;
@@ -237,9 +246,9 @@ void CGbnImport::Report() const {
         report.lines.push_back({line.name, count, 0, !names.insert(line.name).second});
         locations += count;
     }
-    report.settings = {{"fiducial", m_addFiducial != 0 ? "added" : "none"},
+    report.settings = {{"fiducial", m_settings.fiducial ? "added" : "none"},
                        {"lines left out by choice", std::to_string(linesLeftOut)}};
-    if (m_addFiducial != 0) {
+    if (m_settings.fiducial) {
         ReportChannel fiducial;
         fiducial.settings.name = "FIDUCIAL";
         fiducial.settings.dataType = DataType::kDouble;
@@ -262,14 +271,13 @@ void CGbnImport::Report() const {
     report.cutRecords.count = m_contents.problem.empty() ? 0 : 1;
     report.unit = "records";
     report.sourceSize = m_length;
-    FinishReport(std::move(report));
+    return report;
 }
 
 Status ImportGbnFile(ImportJob& job) {
-    CGbnImport importer;
-    importer.SetInputFile(job.inputPath);
-    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return ResultOf(0);
-    return ResultOf(importer.Import(job.store));
+    Status status =
+        CallStore(*job.store, [&] { return job.store->SetFileName(job.storePath, kCreateStore, job.owner); });
+    return status ? CGbnImport(job).Import() : status;
 }
 
 }  // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/column_files.h"
+#include "exchange/import_format.h"
 #include "formats/gbn/gbn_columns.h"
 #include "formats/gbn/gbn_contents.h"
 #include "formats/gbn/gbn_fiducial_file.h"
@@ -10,7 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <utility>
+#include <vector>
 
 namespace norva {
 
@@ -19,36 +20,35 @@ class CProgressReporter;
 /// Imports a GBN file: reads it whole, asks what of it to take, and hands that to the store.
 class CGbnImport {
 public:
-    void SetInputFile(std::string path) { m_inputPath = std::move(path); }
+    explicit CGbnImport(ImportJob& job) : m_job(job), m_store(*job.store), m_inputPath(job.inputPath) {}
 
-    /// Imports into `store`, which is open for writing. 1 when all is written and the store is closed; 0 when the
-    /// user cancelled or something failed: the store is then left to the caller.
-    int Import(CNorvaFileUtil* store);
+    /// Imports into the store, which is open for writing; written and closed after a success.
+    Status Import();
 
 private:
-    bool OpenInput();
-    bool Scan();
-    bool AskForContents();
+    Status OpenInput();
+    Status Scan();
+    Status ObtainSettings();
     /// Writes the temporary files and describes lines and channels to the store.
-    bool Prepare();
-    bool WriteTemporaryFiles();
-    bool Describe();
+    Status Prepare();
+    Status WriteTemporaryFiles();
+    Status Describe();
     /// Hands the values to the store, channel by channel, line by line.
-    bool WriteData();
+    Status WriteData();
     void MakeRoomForLines();
-    bool WriteFiducials();
-    bool WriteChannel(std::size_t channel, CProgressReporter& progress);
-    /// Hands in the report of the import.
-    void Report() const;
+    Status WriteFiducials();
+    Status WriteChannel(std::size_t channel, CProgressReporter& progress);
+    ImportReport Report() const;
     ReportChannel ReportOf(std::size_t channel, std::uint64_t locations) const;
 
-    std::string m_inputPath;
-    int m_addFiducial = 1;
-    CNorvaFileUtil* m_store = nullptr;
+    ImportJob& m_job;
+    CNorvaFileUtil& m_store;
+    std::string const& m_inputPath;
+    GbnSettings m_settings;
     CFile m_input;
     std::uint64_t m_length = 0;
     GbnContents m_contents;
-    std::vector<GbnColumnTally> m_tallies;  ///< one a channel
+    std::vector<GbnColumnTally> m_tallies;  ///< one per channel
     ValueTally m_fiducialTally;
     CColumnFiles m_columns;
     GbnFiducialFile m_fiducials;

@@ -1,12 +1,15 @@
 #include "formats/gbn/gbn_import_dlg.h"
 
 #include "formats/gbn/gbn_import_template.h"
+#include "formats/gbn/gbn_settings.h"
 #include "ui/messages.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace norva {
 
@@ -42,28 +45,30 @@ int TypeOfRadio(int radio) {
     return std::ranges::find(kTypes, radio, &std::pair<int, int>::first)->second;
 }
 
-/// Copies ticks into a table; the result is whether any is set.
-template <class Entry>
-bool CopyTicks(std::vector<bool> const& ticks, std::vector<Entry>& entries) {
-    for (std::size_t i = 0; i < entries.size(); ++i) entries[i].selected = ticks[i] ? 1 : 0;
-    return std::ranges::find(ticks, true) != ticks.end();
+/// The places that are ticked; none for all of them.
+std::optional<std::vector<int>> Ticked(std::vector<bool> const& ticks) {
+    std::vector<int> places;
+    for (std::size_t i = 0; i < ticks.size(); ++i) {
+        if (ticks[i]) places.push_back(static_cast<int>(i));
+    }
+    return places.size() == ticks.size() ? std::nullopt : std::optional(std::move(places));
 }
 
 }  // namespace
 
-CGbnImportDlg::CGbnImportDlg(std::vector<GbnChannelEntry>& channels, std::vector<GbnLineEntry>& lines, int addFiducial)
-    : CDialog(4059), m_channels(channels), m_lines(lines), m_addFiducial(addFiducial), m_lastList(kChannels) {}
+CGbnImportDlg::CGbnImportDlg(GbnContents const& contents, GbnSettings& settings)
+    : CDialog(4059), m_contents(contents), m_settings(settings), m_lastList(kChannels) {}
 
 void CGbnImportDlg::OnInitDialog() {
     std::vector<std::vector<std::string>> rows;
-    for (GbnChannelEntry const& entry : m_channels) {
+    for (GbnChannelEntry const& entry : m_contents.channels) {
         NorvaChannelStruct const& channel = entry.description;
         rows.push_back(
             {"", std::to_string(rows.size() + 1), channel.name, channel.units, FormatName(channel.dataType)});
     }
     SetRows(kChannels, std::move(rows));
     rows.clear();
-    for (GbnLineEntry const& line : m_lines) {
+    for (GbnLineEntry const& line : m_contents.lines) {
         rows.push_back({"", std::to_string(rows.size() + 1), line.name, std::to_string(line.locationCount)});
     }
     SetRows(kLines, std::move(rows));
@@ -71,10 +76,10 @@ void CGbnImportDlg::OnInitDialog() {
         CControl& control = Change(list);
         control.ticks.assign(control.rows.size(), true);
     }
-    SetText(kLineCount, std::to_string(m_lines.size()));
-    SetText(kChannelCount, std::to_string(m_channels.size()));
+    SetText(kLineCount, std::to_string(m_contents.lines.size()));
+    SetText(kChannelCount, std::to_string(m_contents.channels.size()));
     CheckRadio(kLong, kLong);
-    SetCheck(kFiducial, m_addFiducial != 0);
+    SetCheck(kFiducial, m_settings.fiducial);
     EnableContinue();
 }
 
@@ -90,7 +95,7 @@ void CGbnImportDlg::OnEvent(DialogEvent const& event) {
         } else if (event.control == kCheckSelection || event.control == kUncheckSelection) {
             TickSelected(event.control == kCheckSelection);
         } else if (event.control == kFiducial) {
-            m_addFiducial = Get(kFiducial).checked ? 1 : 0;
+            m_settings.fiducial = Get(kFiducial).checked;
         } else if (event.control == kButtonOk && !TakeTicks()) {
             return;
         }
@@ -99,13 +104,12 @@ void CGbnImportDlg::OnEvent(DialogEvent const& event) {
 }
 
 void CGbnImportDlg::TakeCell(DialogEvent const& event) {
-    auto const row = static_cast<std::size_t>(event.row);
     if (event.control == kLines) {
-        m_lines[row].name = event.text;
+        RenameLine(m_settings, event.row, event.text);
     } else if (event.column == kNameColumn) {
-        m_channels[row].description.name = event.text;
+        ChangeOf(m_settings, event.row).name = event.text;
     } else {
-        m_channels[row].description.units = event.text;
+        ChangeOf(m_settings, event.row).units = event.text;
     }
     EnableContinue();
 }
@@ -113,7 +117,7 @@ void CGbnImportDlg::TakeCell(DialogEvent const& event) {
 void CGbnImportDlg::SetTypeOfSelected() {
     int const dataType = TypeOfRadio(CheckedRadio(kFloat));
     for (int const row : Get(kChannels).selected) {
-        m_channels[static_cast<std::size_t>(row)].description.dataType = dataType;
+        ChangeOf(m_settings, row).dataType = dataType;
         SetCell(kChannels, row, kFormatColumn, FormatName(dataType));
     }
 }
@@ -123,14 +127,16 @@ void CGbnImportDlg::TickSelected(bool on) {
 }
 
 void CGbnImportDlg::EnableContinue() {
-    bool const named =
-        std::ranges::none_of(m_channels, [](GbnChannelEntry const& entry) { return entry.description.name.empty(); });
-    Enable(kButtonOk, named && !m_channels.empty() && !m_lines.empty());
+    auto const& channels = Get(kChannels).rows;
+    bool const named = std::ranges::none_of(channels, [](auto const& row) { return row[kNameColumn].empty(); });
+    Enable(kButtonOk, named && !channels.empty() && !Get(kLines).rows.empty());
 }
 
 bool CGbnImportDlg::TakeTicks() {
-    bool const channels = CopyTicks(Get(kChannels).ticks, m_channels);
-    bool const lines = CopyTicks(Get(kLines).ticks, m_lines);
+    m_settings.channels = Ticked(Get(kChannels).ticks);
+    m_settings.lines = Ticked(Get(kLines).ticks);
+    bool const channels = !m_settings.channels || !m_settings.channels->empty();
+    bool const lines = !m_settings.lines || !m_settings.lines->empty();
     if (!channels) ShowMessage("At least one channel should be selected");
     if (!lines) ShowMessage("At least one line should be selected");
     return channels && lines;

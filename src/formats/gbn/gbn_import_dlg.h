@@ -2,18 +2,15 @@
 
 #include "formats/gbn/gbn_contents.h"
 #include "norva/dialog.h"
-
-#include <vector>
+#include "norva/settings.h"
 
 namespace norva {
 
 /// "GBN File Import": which channels and lines of a file to import, under which names, as which data types.
 class CGbnImportDlg : public CDialog {
 public:
-    /// Names, units, data types and ticks are written back into the tables, which stay the caller's.
-    CGbnImportDlg(std::vector<GbnChannelEntry>& channels, std::vector<GbnLineEntry>& lines, int addFiducial);
-
-    int AddFiducial() const { return m_addFiducial; }
+    /// `settings` are edited in place; they start as those that change nothing.
+    CGbnImportDlg(GbnContents const& contents, GbnSettings& settings);
 
 protected:
     void OnInitDialog() override;
@@ -24,12 +21,11 @@ private:
     void SetTypeOfSelected();
     void TickSelected(bool on);
     void EnableContinue();
-    /// Copies the ticks into the tables; false, with a message, when no channel or no line is left.
+    /// Makes the ticks the choice of the settings; false, with a message, when no channel or no line is left.
     bool TakeTicks();
 
-    std::vector<GbnChannelEntry>& m_channels;
-    std::vector<GbnLineEntry>& m_lines;
-    int m_addFiducial;
+    GbnContents const& m_contents;
+    GbnSettings& m_settings;
     int m_lastList;  ///< the list that was clicked last
 };
 

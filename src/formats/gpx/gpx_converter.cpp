@@ -13,6 +13,7 @@ namespace norva {
 
 namespace {
 
+constexpr std::string_view kTemporaryName = "GPX_temp.xyz";
 constexpr std::string_view kMissing = "*";
 // A laid out line may hold the line ends of the file, whatever they are, and a value no white space of any kind.
 constexpr CDelimiters kDelimiters{" ,<>\t\n\r\v\f#"};
@@ -303,7 +304,11 @@ void CGpxConverter::ResetPoint() {
 }
 
 Status ImportGpxFile(ImportJob& job) {
-    return ImportThroughText<CGpxConverter>(job, "GPX_temp.xyz");
+    return RunConvertedImport(job, kTemporaryName, ConvertBy<CGpxConverter>);
+}
+
+Status PreviewGpxFile(std::string const& path, TextPreview& preview) {
+    return PreviewConvertedText(path, kTemporaryName, ConvertBy<CGpxConverter>, preview);
 }
 
 }  // namespace norva

@@ -21,6 +21,7 @@ ImportFormat const kGpxFormat = {
     .signs = "it holds a gpx element",
     .import = ImportGpxFile,
     .describe = DescribeGpxFile,
+    .preview = PreviewGpxFile,
 };
 
 }  // namespace norva

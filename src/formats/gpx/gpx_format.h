@@ -8,5 +8,6 @@ extern ImportFormat const kGpxFormat;
 
 Status ImportGpxFile(ImportJob& job);
 Status DescribeGpxFile(DescribeJob const& job, FileDescription& description);
+Status PreviewGpxFile(std::string const& path, TextPreview& preview);
 
 }  // namespace norva

@@ -17,6 +17,7 @@ namespace norva {
 
 namespace {
 
+constexpr std::string_view kTemporaryName = "IPR_temp.xyz";
 constexpr std::string_view kMissing = "*";
 constexpr CDelimiters kDelimiters{" ,|\t\n#"};
 constexpr CDelimiters kReadingDelimiters{" ,\t\n#"};
@@ -403,7 +404,11 @@ Status DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
 }
 
 Status ImportIpr12File(ImportJob& job) {
-    return ImportThroughText<CIPR12DumpConverter>(job, "IPR_temp.xyz");
+    return RunConvertedImport(job, kTemporaryName, ConvertBy<CIPR12DumpConverter>);
+}
+
+Status PreviewIpr12File(std::string const& path, TextPreview& preview) {
+    return PreviewConvertedText(path, kTemporaryName, ConvertBy<CIPR12DumpConverter>, preview);
 }
 
 }  // namespace norva

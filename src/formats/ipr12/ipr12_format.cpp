@@ -31,6 +31,7 @@ ImportFormat const kIpr12Format = {
     .signs = "it holds a Station line and a D: line",
     .import = ImportIpr12File,
     .describe = DescribeIpr12File,
+    .preview = PreviewIpr12File,
 };
 
 }  // namespace norva

@@ -54,7 +54,7 @@ void ConvertAll(char const* in, std::size_t stride, std::size_t count, char* out
 
 }  // namespace
 
-ConvertValues FindConversion(int readFormat, int dataType) {
+ConvertValues FindConversion(RecordChannel::Format readFormat, int dataType) {
     return OfTypes<ConvertValues>(readFormat, dataType,
                                   []<typename From, typename To>() -> ConvertValues { return ConvertAll<From, To>; });
 }

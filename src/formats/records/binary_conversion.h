@@ -44,15 +44,15 @@ Function OfStoredType(int dataType, Of of) {
 
 /// The same for the types of a read format and a data type.
 template <typename Function, typename Of>
-Function OfTypes(int readFormat, int dataType, Of of) {
+Function OfTypes(RecordChannel::Format readFormat, int dataType, Of of) {
     switch (readFormat) {
-        case ReadFormat::kInt32:
+        case RecordChannel::Format::Int32:
             return OfStoredType<Function, std::int32_t>(dataType, of);
-        case ReadFormat::kFloat:
+        case RecordChannel::Format::Float:
             return OfStoredType<Function, float>(dataType, of);
-        case ReadFormat::kDouble:
+        case RecordChannel::Format::Double:
             return OfStoredType<Function, double>(dataType, of);
-        case ReadFormat::kInt16:
+        case RecordChannel::Format::Int16:
             return OfStoredType<Function, std::int16_t>(dataType, of);
         default:
             return nullptr;
@@ -67,6 +67,6 @@ Function OfTypes(int readFormat, int dataType, Of of) {
 using ConvertValues = void (*)(char const* in, std::size_t stride, std::size_t count, char* out);
 
 /// The conversion from a read format to a data type of the store; null when there is none.
-ConvertValues FindConversion(int readFormat, int dataType);
+ConvertValues FindConversion(RecordChannel::Format readFormat, int dataType);
 
 }  // namespace norva

@@ -1,22 +1,11 @@
 #include "formats/records/records_format.h"
 
-#include "exchange/result.h"
 #include "formats/records/binary_record.h"
 #include "platform/files.h"
-#include "platform/last_error.h"
 
-#include <algorithm>
-#include <iterator>
-#include <string_view>
+#include <optional>
 
 namespace norva {
-
-namespace {
-
-/// In the order of the read formats.
-constexpr std::string_view kFormatNames[] = {"int32", "float", "double", "int16"};
-
-}  // namespace
 
 Status DescribeBinaryFile(DescribeJob const& job, FileDescription& description) {
     std::vector<DescribedField> const& record = job.settings.record;
@@ -27,19 +16,17 @@ Status DescribeBinaryFile(DescribeJob const& job, FileDescription& description) 
     FileDescription::Table fields{"fields", {"name", "format", "units", "offset"}, {}};
     std::size_t size = 0;
     for (DescribedField const& field : record) {
-        auto const* const format = std::ranges::find(kFormatNames, field.format);
-        if (format == std::end(kFormatNames)) {
-            SetLastErrorText("Field \"" + field.name + "\": there is no format \"" + field.format + "\"");
-            return ResultOf(0);
+        std::optional<RecordChannel::Format> const format = FindRecordFormat(field.format);
+        if (!format) {
+            return Status::Failure("Field \"" + field.name + "\": there is no format \"" + field.format + "\"");
         }
         fields.rows.push_back({field.name, field.format, field.units, static_cast<std::int64_t>(size)});
-        size += ReadWidth(static_cast<int>(format - std::begin(kFormatNames)));
+        size += RecordFormatWidth(*format);
     }
     CFile file;
     std::uint64_t length = 0;
     if (!file.Open(job.inputPath, CFile::Mode::Read) || !file.Size(length)) {
-        SetLastErrorText(FileErrorText("read", job.inputPath, file.Error()));
-        return ResultOf(0);
+        return Status::FileFailure("read", job.inputPath, file.Error());
     }
     description.AddCount("record bytes", size);
     description.AddCount("records", length / size);

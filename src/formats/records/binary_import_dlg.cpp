@@ -1,6 +1,8 @@
 #include "formats/records/binary_import_dlg.h"
 
 #include "formats/records/binary_import_template.h"
+#include "formats/records/binary_record.h"
+#include "formats/records/record_settings.h"
 #include "norva/values.h"
 #include "platform/numbers.h"
 #include "ui/messages.h"
@@ -16,15 +18,15 @@ using namespace ids::BinaryImport;
 
 struct ReadRadio {
     int button;
-    int readFormat;
+    RecordChannel::Format readFormat;
     int writeButton;  ///< the write format of the same kind
 };
 
 constexpr ReadRadio kReadRadios[] = {
-    {kReadInt32, ReadFormat::kInt32, kWriteLong},
-    {kReadInt16, ReadFormat::kInt16, kWriteShort},
-    {kReadFloat64, ReadFormat::kDouble, kWriteDouble},
-    {kReadFloat32, ReadFormat::kFloat, kWriteFloat},
+    {kReadInt32, RecordChannel::Format::Int32, kWriteLong},
+    {kReadInt16, RecordChannel::Format::Int16, kWriteShort},
+    {kReadFloat64, RecordChannel::Format::Double, kWriteDouble},
+    {kReadFloat32, RecordChannel::Format::Float, kWriteFloat},
 };
 
 struct WriteRadio {
@@ -51,35 +53,18 @@ Radio const* FindRadio(Radio const (&radios)[size], int button) {
 
 }  // namespace
 
-CBinaryImportDlg::CBinaryImportDlg(std::string const& inputPath, std::vector<BinaryChannelDef>& channels,
-                                   std::uint64_t fileLength)
-    : CDialog(4004), m_channels(channels), m_fileLength(fileLength) {
+CBinaryImportDlg::CBinaryImportDlg(std::string const& inputPath, RecordSettings& settings, std::uint64_t fileLength)
+    : CDialog(4004), m_settings(settings), m_fileLength(fileLength) {
     SetTitle(Title() + "File: " + inputPath);
 }
 
-std::int64_t CBinaryImportDlg::TotalRecords() const {
-    return ReadInteger(Get(kTotalRecords).text);
-}
-
-std::int64_t CBinaryImportDlg::PointsPerLine() const {
-    return ReadInteger(Get(kPointsPerLine).text);
-}
-
-bool CBinaryImportDlg::AddFiducial() const {
-    return Get(kAddFiducial).checked;
-}
-
-int CBinaryImportDlg::Frequency() const {
-    return ReadInt(Get(kFrequency).text);
-}
-
 void CBinaryImportDlg::OnInitDialog() {
-    m_channels.clear();
+    m_settings.channels.clear();
     SetText(kChannelCount, "0");
     SetText(kTotalRecords, "0");
     SetText(kPointsPerLine, "0");
-    SetText(kFrequency, "1");
-    SetCheck(kAddFiducial, true);
+    SetText(kFrequency, std::to_string(m_settings.frequency));
+    SetCheck(kAddFiducial, m_settings.fiducial);
     CheckRadio(kReadInt32, kReadInt32);
     CheckRadio(kWriteLong, kWriteLong);
     SetChannelCount();
@@ -101,7 +86,7 @@ void CBinaryImportDlg::OnClick(int control) {
         case kSetForSelected:
             return SetFormatsOfSelected();
         case kAddFiducial:
-            return Enable(kFrequency, AddFiducial());
+            return Enable(kFrequency, Get(kAddFiducial).checked);
         case kHelp:
             return ShowHelpTopic("%s::/html/binary_import.htm");
         case kButtonOk:
@@ -114,14 +99,11 @@ void CBinaryImportDlg::OnClick(int control) {
 
 void CBinaryImportDlg::SetChannelCount() {
     int const count = std::max(ReadInt(Get(kChannelCount).text), 0);
-    if (count > kMostChannels) {
-        return ShowMessage("A record can have " + std::to_string(kMostChannels) + " channels at most");
+    if (count > kMostRecordChannels) {
+        return ShowMessage("A record can have " + std::to_string(kMostRecordChannels) + " channels at most");
     }
     for (int const control : kNeedsRows) Enable(control, count > 0);
-    auto const rows = static_cast<std::size_t>(count);
-    std::size_t row = m_channels.size();
-    m_channels.resize(rows);
-    for (; row < rows; ++row) m_channels[row].name = "Ch" + std::to_string(row + 1);
+    norva::SetChannelCount(m_settings, static_cast<std::size_t>(count));
     FillList();
     RefreshState();
 }
@@ -131,8 +113,8 @@ void CBinaryImportDlg::SetFormatsOfSelected() {
     WriteRadio const* const write = FindRadio(kWriteRadios, CheckedRadio(kWriteLong));
     if (read == nullptr || write == nullptr) return;
     for (int const row : Get(kChannels).selected) {
-        BinaryChannelDef& channel = m_channels[static_cast<std::size_t>(row)];
-        channel.readFormat = read->readFormat;
+        RecordChannel& channel = m_settings.channels[static_cast<std::size_t>(row)];
+        channel.format = read->readFormat;
         channel.dataType = write->dataType;
     }
     FillList();
@@ -140,55 +122,41 @@ void CBinaryImportDlg::SetFormatsOfSelected() {
 }
 
 void CBinaryImportDlg::WriteBack(DialogEvent const& event) {
-    BinaryChannelDef& channel = m_channels[static_cast<std::size_t>(event.row)];
+    RecordChannel& channel = m_settings.channels[static_cast<std::size_t>(event.row)];
     (event.column == kNameColumn ? channel.name : channel.units) = event.text;
 }
 
 void CBinaryImportDlg::FillList() {
     std::vector<std::vector<std::string>> rows;
-    rows.reserve(m_channels.size());
-    for (BinaryChannelDef const& channel : m_channels) {
+    rows.reserve(m_settings.channels.size());
+    for (RecordChannel const& channel : m_settings.channels) {
         rows.push_back({std::to_string(rows.size() + 1), channel.name, channel.units,
-                        std::string(ReadFormatText(channel.readFormat))});
+                        std::string(ReadFormatText(channel.format))});
     }
     SetRows(kChannels, std::move(rows));
 }
 
-bool CBinaryImportDlg::IsReady() const {
-    return !m_channels.empty() && std::ranges::all_of(m_channels, [](BinaryChannelDef const& channel) {
-        return !channel.name.empty() && channel.readFormat != ReadFormat::kNone;
-    });
+void CBinaryImportDlg::TakeNumbers() {
+    m_settings.records = std::max<std::int64_t>(ReadInteger(Get(kTotalRecords).text), 0);
+    m_settings.pointsPerLine = ReadInteger(Get(kPointsPerLine).text);
+    m_settings.fiducial = Get(kAddFiducial).checked;
+    m_settings.frequency = ReadInt(Get(kFrequency).text);
 }
 
 void CBinaryImportDlg::RefreshState() {
-    bool const isReady = IsReady();
+    bool const isReady = IsRecordKnown(m_settings);
     for (int const control : {kButtonOk, kTotalRecords, kPointsPerLine}) Enable(control, isReady);
-    RecordCount count;
-    std::int64_t points = 0;
-    if (isReady) {
-        count = CountRecords(m_fileLength, RecordSize(m_channels));
-        m_lengthFits = count.fits;
-        points = PointsPerLine();
-        if (points == 0 || points > count.records) points = count.records;
-    }
-    SetText(kTotalRecords, std::to_string(count.records));
-    SetText(kPointsPerLine, std::to_string(points));
+    TakeNumbers();
+    FitToFile(m_settings, m_fileLength);
+    SetText(kTotalRecords, std::to_string(*m_settings.records));
+    SetText(kPointsPerLine, std::to_string(*m_settings.pointsPerLine));
 }
 
-bool CBinaryImportDlg::CheckSettings() const {
-    char const* problem = nullptr;
-    if (PointsPerLine() < 1) {
-        problem = "Set Number of points in a line";
-    } else if (!std::ranges::all_of(m_channels, [](BinaryChannelDef const& channel) {
-                   return !channel.name.empty() && channel.dataType != DataType::kSkipped &&
-                          channel.readFormat != ReadFormat::kNone;
-               })) {
-        problem = "Check settings for data column";
-    } else if (AddFiducial() && Frequency() < 1) {
-        problem = "Set the Sampling Frequency";
-    }
-    if (problem != nullptr) ShowMessage(problem);
-    return problem == nullptr;
+bool CBinaryImportDlg::CheckSettings() {
+    TakeNumbers();
+    Status const status = CheckRecordSettings(m_settings);
+    if (!status) ShowMessage(status.Text());
+    return status.IsGood();
 }
 
 }  // namespace norva

@@ -1,30 +1,19 @@
 #pragma once
 
-#include "formats/records/binary_record.h"
 #include "norva/dialog.h"
+#include "norva/settings.h"
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace norva {
 
 /// "Binary File Import" (template 4004): the channels of a record, how many records, how they are cut into lines.
 class CBinaryImportDlg : public CDialog {
 public:
-    /// `channels` is emptied when the dialog opens and filled by it; `fileLength` is in bytes.
-    CBinaryImportDlg(std::string const& inputPath, std::vector<BinaryChannelDef>& channels, std::uint64_t fileLength);
-
-    // What the person left with "Continue".
-    std::int64_t TotalRecords() const;
-    std::int64_t PointsPerLine() const;
-    bool AddFiducial() const;
-    int Frequency() const;  ///< samples a second
-    /// The file is a whole number of records.
-    bool LengthFits() const { return m_lengthFits; }
-
-    /// Rows that "Set" makes at most.
-    static constexpr int kMostChannels = 10000;
+    /// `settings` are edited in place and complete after "Continue"; they start without channels. `fileLength` is in
+    /// bytes.
+    CBinaryImportDlg(std::string const& inputPath, RecordSettings& settings, std::uint64_t fileLength);
 
 protected:
     void OnInitDialog() override;
@@ -37,13 +26,13 @@ private:
     void WriteBack(DialogEvent const& event);
     void FillList();
     void RefreshState();
-    bool IsReady() const;
+    /// Takes over what is typed, which nothing tells of.
+    void TakeNumbers();
     /// Shows what is wrong with the settings, if something is.
-    bool CheckSettings() const;
+    bool CheckSettings();
 
-    std::vector<BinaryChannelDef>& m_channels;
+    RecordSettings& m_settings;
     std::uint64_t m_fileLength;
-    bool m_lengthFits = false;
 };
 
 }  // namespace norva

@@ -4,55 +4,68 @@
 #include "store/value_rules.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace norva {
 
 namespace {
 
+using Format = RecordChannel::Format;
+
 struct FormatRow {
+    Format format;
     std::size_t width;
-    std::string_view text;
+    std::string_view name;
+    std::string_view text;  ///< in the channel list
 };
 
-/// In the order of the codes.
 constexpr FormatRow kFormats[] = {
-    {4, "32 INT SIGN"},
-    {4, "32 FLOAT"},
-    {8, "64 FLOAT"},
-    {2, "16 INT SIGN"},
+    {Format::None, 0, "", ""},
+    {Format::Int32, 4, "int32", "32 INT SIGN"},
+    {Format::Float, 4, "float", "32 FLOAT"},
+    {Format::Double, 8, "double", "64 FLOAT"},
+    {Format::Int16, 2, "int16", "16 INT SIGN"},
 };
 
-FormatRow const* FindFormat(int readFormat) {
-    bool const known = readFormat >= 0 && readFormat < static_cast<int>(std::size(kFormats));
-    return known ? &kFormats[readFormat] : nullptr;
+FormatRow const& RowOf(Format format) {
+    auto const* const row = std::ranges::find(kFormats, format, &FormatRow::format);
+    return row == std::end(kFormats) ? kFormats[0] : *row;
 }
 
 }  // namespace
 
-std::size_t ReadWidth(int readFormat) {
-    FormatRow const* format = FindFormat(readFormat);
-    return format == nullptr ? 0 : format->width;
+std::string_view RecordFormatName(Format format) {
+    return RowOf(format).name;
 }
 
-std::string_view ReadFormatText(int readFormat) {
-    FormatRow const* format = FindFormat(readFormat);
-    return format == nullptr ? std::string_view() : format->text;
+std::optional<Format> FindRecordFormat(std::string_view name) {
+    auto const* const row = std::find_if(std::begin(kFormats) + 1, std::end(kFormats),
+                                         [name](FormatRow const& each) { return each.name == name; });
+    return row == std::end(kFormats) ? std::nullopt : std::optional(row->format);
 }
 
-void PutMissing(int readFormat, char* out) {
-    switch (readFormat) {
-        case ReadFormat::kFloat:
+std::size_t RecordFormatWidth(Format format) {
+    return RowOf(format).width;
+}
+
+std::string_view ReadFormatText(Format format) {
+    return RowOf(format).text;
+}
+
+void PutMissing(Format format, char* out) {
+    switch (format) {
+        case Format::Float:
             return StoreFloat(out, kNoDataFloat);
-        case ReadFormat::kDouble:
+        case Format::Double:
             return StoreDouble(out, kNoDataDouble);
         default:
-            std::fill_n(out, ReadWidth(readFormat), '\xFF');  // -1
+            std::fill_n(out, RecordFormatWidth(format), '\xFF');  // -1
     }
 }
 
-std::size_t RecordSize(std::vector<BinaryChannelDef> const& channels) {
+std::size_t RecordSize(std::vector<RecordChannel> const& channels) {
     std::size_t size = 0;
-    for (BinaryChannelDef const& channel : channels) size += ReadWidth(channel.readFormat);
+    for (RecordChannel const& channel : channels) size += RecordFormatWidth(channel.format);
     return size;
 }
 

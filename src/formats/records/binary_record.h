@@ -1,41 +1,21 @@
 #pragma once
 
+#include "norva/contents.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
-/// What a person says of a file of fixed-length binary records: its channels, its length in records, its lines.
+/// What is said of a file of fixed-length binary records: its channels, its length in records, its lines.
 namespace norva {
 
-/// How a value stands in a record, little-endian. The numbers are kept in the channel rows.
-namespace ReadFormat {
-inline constexpr int kNone = -1;
-inline constexpr int kInt32 = 0;
-inline constexpr int kFloat = 1;
-inline constexpr int kDouble = 2;
-inline constexpr int kInt16 = 3;
-}  // namespace ReadFormat
+/// As the channel list shows it; empty for None.
+std::string_view ReadFormatText(RecordChannel::Format format);
+/// Writes the value, RecordFormatWidth() bytes, that stands for one which the file does not hold any more.
+void PutMissing(RecordChannel::Format format, char* out);
 
-/// One channel of a record.
-struct BinaryChannelDef {
-    std::string name;
-    std::string units;
-    int dataType = 0;  ///< what it becomes in the store
-    int arraySize = 1;
-    std::string spare;  ///< carried along
-    int readFormat = ReadFormat::kNone;
-};
-
-/// Bytes of a value in the record; 0 for kNone.
-std::size_t ReadWidth(int readFormat);
-/// As the channel list shows it; empty for kNone.
-std::string_view ReadFormatText(int readFormat);
-/// Writes the value, ReadWidth() bytes, that stands for one which the file does not hold any more.
-void PutMissing(int readFormat, char* out);
-
-std::size_t RecordSize(std::vector<BinaryChannelDef> const& channels);
+std::size_t RecordSize(std::vector<RecordChannel> const& channels);
 
 /// Records of a file, a partial last one included.
 struct RecordCount {

@@ -11,12 +11,12 @@ constexpr std::size_t kBlockSize = 256 * 1024;
 
 }  // namespace
 
-CBinaryRecordReader::CBinaryRecordReader(CFile& file, std::vector<BinaryChannelDef> const& channels)
+CBinaryRecordReader::CBinaryRecordReader(CFile& file, std::vector<RecordChannel> const& channels)
     : m_file(file), m_missing(RecordSize(channels)) {
     std::size_t end = 0;
-    for (BinaryChannelDef const& channel : channels) {
-        PutMissing(channel.readFormat, m_missing.data() + end);
-        m_ends.push_back(end += ReadWidth(channel.readFormat));
+    for (RecordChannel const& channel : channels) {
+        PutMissing(channel.format, m_missing.data() + end);
+        m_ends.push_back(end += RecordFormatWidth(channel.format));
     }
     m_block.resize(std::max<std::size_t>(kBlockSize / std::max<std::size_t>(end, 1), 1) * end);
 }

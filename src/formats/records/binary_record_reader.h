@@ -14,7 +14,7 @@ namespace norva {
 class CBinaryRecordReader {
 public:
     /// `file` stands at the first record. The record is not empty.
-    CBinaryRecordReader(CFile& file, std::vector<BinaryChannelDef> const& channels);
+    CBinaryRecordReader(CFile& file, std::vector<RecordChannel> const& channels);
 
     std::size_t RecordLength() const { return m_missing.size(); }
     /// Records that Read can take at once, at least 1.

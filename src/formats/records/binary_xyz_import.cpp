@@ -1,15 +1,13 @@
 #include "formats/records/binary_xyz_import.h"
 
 #include "exchange/disk_space.h"
-#include "exchange/report_draft.h"
-#include "exchange/result.h"
+#include "exchange/store_call.h"
 #include "formats/records/binary_conversion.h"
 #include "formats/records/binary_import_dlg.h"
+#include "formats/records/record_settings.h"
 #include "formats/records/records_format.h"
-#include "norva/import_export.h"
 #include "norva/toolkit.h"
 #include "norva/values.h"
-#include "platform/last_error.h"
 #include "platform/paths.h"
 #include "store/value_rules.h"
 #include "ui/messages.h"
@@ -52,124 +50,132 @@ private:
     std::int64_t m_last = 0;
 };
 
-int CBinaryXYZImport::Import(CNorvaFileUtil& store, CWindow* owner) {
-    bool const isDone = !m_inputPath.empty() && OpenInput() && AskSettings() && IsRoom(store) && Describe(store) &&
-                        ImportData(store, owner);
-    if (isDone) Report();
-    return isDone ? 1 : 0;
-}
-
-bool CBinaryXYZImport::OpenInput() {
-    int error = IsFolder(m_inputPath) ? EISDIR : 0;
-    if (error == 0 && !(m_file.Open(m_inputPath, CFile::Mode::Read) && m_file.Size(m_length))) error = m_file.Error();
-    if (error == 0) return true;
-    SetLastErrorText("Couldn't open the file : " + m_inputPath + "\n" + SystemErrorText(error));
-    ShowMessage("File could not be open");
-    return false;
-}
-
-bool CBinaryXYZImport::AskSettings() {
-    CBinaryImportDlg dialog(m_inputPath, m_channels, m_length);
-    if (dialog.DoModal() != kButtonOk) return false;
-    m_records = std::max<std::int64_t>(dialog.TotalRecords(), 0);
-    m_pointsPerLine = dialog.PointsPerLine();
-    m_addFiducial = dialog.AddFiducial();
-    m_frequency = dialog.Frequency();
-    if (!dialog.LengthFits()) {
-        ShowMessage("File has unknown format");
-        ClearLastErrorText();  // a warning: the import goes on
+Status CBinaryXYZImport::Import() {
+    if (m_job.inputPath.empty()) return Status::Failure("There is no file to open").Silent();
+    for (auto const step : {&CBinaryXYZImport::OpenInput, &CBinaryXYZImport::ObtainSettings}) {
+        if (Status status = (this->*step)(); !status) return status;
     }
-    return true;
+    if (Status status = RequireRoom(); !status) return status;
+    for (auto const step : {&CBinaryXYZImport::Describe, &CBinaryXYZImport::ImportData}) {
+        if (Status status = (this->*step)(); !status) return status;
+    }
+    m_job.report = Report();
+    m_job.settings = std::move(m_settings);
+    return {};
+}
+
+Status CBinaryXYZImport::OpenInput() {
+    int error = IsFolder(m_job.inputPath) ? EISDIR : 0;
+    if (error == 0 && !(m_file.Open(m_job.inputPath, CFile::Mode::Read) && m_file.Size(m_length))) {
+        error = m_file.Error();
+    }
+    if (error == 0) return {};
+    return ShowFailure(Status::FileFailure("open", m_job.inputPath, error), "File could not be open");
+}
+
+Status CBinaryXYZImport::ObtainSettings() {
+    if (m_job.asks) {
+        CBinaryImportDlg dialog(m_job.inputPath, m_settings, m_length);
+        if (dialog.DoModal() != kButtonOk) return Status::Cancelled();
+    } else {
+        if (Status status = m_job.TakeSettings(m_settings); !status) return status;
+        if (Status status = CompleteRecordSettings(m_settings, m_job.inputPath, m_length); !status) return status;
+    }
+    // A warning: the import goes on.
+    if (!CountRecords(m_length, RecordSize(m_settings.channels)).fits) ShowMessage("File has unknown format");
+    return {};
 }
 
 /// Refuses what would fill the disk: a count of records may be typed that has nothing to do with the file.
-bool CBinaryXYZImport::IsRoom(CNorvaFileUtil const& store) const {
-    auto const records = static_cast<double>(m_records);
+Status CBinaryXYZImport::RequireRoom() const {
+    auto const records = static_cast<double>(Records());
     double columns = 0;
     double widest = 0;
-    for (BinaryChannelDef const& channel : m_channels) {
+    for (RecordChannel const& channel : m_settings.channels) {
         double const size = records * static_cast<double>(ValueWidth(channel.dataType));
         columns += size;
         widest = std::max(widest, size);
     }
-    double const stored = columns + (m_addFiducial ? records * static_cast<double>(ValueWidth(DataType::kFloat)) : 0);
-    std::string const storePath = store.GetNorvaFileName();
-    // On one disk a column file goes before the next column is written to the store.
-    bool const isRoom = IsSameDisk(m_inputPath, storePath)
-                            ? HasRoomFor(storePath, stored + widest)
-                            : HasRoomFor(m_inputPath, columns) && HasRoomFor(storePath, stored);
-    if (!isRoom) return false;
-    std::int64_t const lines = CountLines(m_records, m_pointsPerLine);
-    if (lines <= kMostLines) return true;
-    ShowMessage(std::to_string(m_records) + " records of " + std::to_string(m_pointsPerLine) + " points a line make " +
-                std::to_string(lines) + " lines; a store takes " + std::to_string(kMostLines) + " at most");
-    return false;
+    double const fiducial = m_settings.fiducial ? records * static_cast<double>(ValueWidth(DataType::kFloat)) : 0;
+    std::string const storePath = m_store.GetNorvaFileName();
+    if (IsSameDisk(m_job.inputPath, storePath)) {
+        // A column file goes before the next column is written to the store.
+        if (Status status = HasRoomFor(storePath, columns + fiducial + widest); !status) return status;
+    } else {
+        if (Status status = HasRoomFor(m_job.inputPath, columns); !status) return status;
+        if (Status status = HasRoomFor(storePath, columns + fiducial); !status) return status;
+    }
+    std::int64_t const lines = CountLines(Records(), PointsPerLine());
+    if (lines <= kMostLines) return {};
+    return Status::Failure(std::to_string(Records()) + " records of " + std::to_string(PointsPerLine()) +
+                           " points a line make " + std::to_string(lines) + " lines; a store takes " +
+                           std::to_string(kMostLines) + " at most");
 }
 
-bool CBinaryXYZImport::Describe(CNorvaFileUtil& store) const {
-    std::int64_t const lines = CountLines(m_records, m_pointsPerLine);
+Status CBinaryXYZImport::Describe() {
+    std::int64_t const lines = CountLines(Records(), PointsPerLine());
     for (std::int64_t line = 0; line < lines; ++line) {
-        store.AddProfileToStructure("LINE" + std::to_string(line + 1), LineLength(m_records, m_pointsPerLine, line));
+        m_store.AddProfileToStructure("LINE" + std::to_string(line + 1), LineLength(Records(), PointsPerLine(), line));
     }
     constexpr int kUnset = -1;
-    if (m_addFiducial) {
-        store.AddChannelToStructure("Fid", "sec", DataType::kFloat, 0, 1, 0, DisplayFormat::kUnset, kUnset, kUnset);
+    if (m_settings.fiducial) {
+        m_store.AddChannelToStructure("Fid", "sec", DataType::kFloat, 0, 1, 0, DisplayFormat::kUnset, kUnset, kUnset);
     }
-    for (BinaryChannelDef const& channel : m_channels) {
-        store.AddChannelToStructure(channel.name, channel.units, channel.dataType, 0, channel.arraySize, 0,
-                                    DisplayFormat::kUnset, kUnset, kUnset);
+    for (RecordChannel const& channel : m_settings.channels) {
+        m_store.AddChannelToStructure(channel.name, channel.units, channel.dataType, 0, 1, 0, DisplayFormat::kUnset,
+                                      kUnset, kUnset);
     }
-    return store.SaveProfileStructure() != 0 && store.SaveChannelStructure() != 0 && store.StartWriteData() != 0;
+    return CallStore(m_store, [this] {
+        bool const isSaved = m_store.SaveProfileStructure() != 0 && m_store.SaveChannelStructure() != 0;
+        return isSaved ? m_store.StartWriteData() : 0;
+    });
 }
 
 /// After a failure neither the finish notice goes out nor the arrow cursor comes back.
-bool CBinaryXYZImport::ImportData(CNorvaFileUtil& store, CWindow* owner) {
-    CNotices notices(owner, m_records + static_cast<std::int64_t>(m_channels.size()));
+Status CBinaryXYZImport::ImportData() {
+    CNotices notices(m_job.owner, Records() + static_cast<std::int64_t>(m_settings.channels.size()));
     notices.Start();
     CurrentToolkit().SetCursor(CursorShape::Wait);
     CColumnFiles columns;
-    bool const isDone =
-        columns.Create(std::string(WithoutExtension(m_inputPath)), static_cast<int>(m_channels.size()), m_inputPath) &&
-        ReadRecords(columns, notices) && WriteChannels(columns, store, notices) && store.EndWriteData() != 0;
-    if (!isDone) return false;
-    bool const isClosed = store.CloseCurFile() != 0;
+    std::string const base(WithoutExtension(m_job.inputPath));
+    if (!columns.Create(base, static_cast<int>(m_settings.channels.size()), m_job.inputPath)) {
+        return Status(columns.Error()).Silent();
+    }
+    if (Status status = ReadRecords(columns, notices); !status) return status;
+    if (Status status = WriteChannels(columns, notices); !status) return status;
+    if (Status status = CallStore(m_store, [this] { return m_store.EndWriteData(); }); !status) return status;
+    Status closed = CallStore(m_store, [this] { return m_store.CloseCurFile(); });
     notices.Finish();
     CurrentToolkit().SetCursor(CursorShape::Arrow);
     m_file.Close();
-    return isClosed;
+    return closed;
 }
 
-bool CBinaryXYZImport::ReadRecords(CColumnFiles& columns, CNotices& notices) {
-    CBinaryRecordReader reader(m_file, m_channels);
-    m_values.assign(m_channels.size(), {});
+Status CBinaryXYZImport::ReadRecords(CColumnFiles& columns, CNotices& notices) {
+    CBinaryRecordReader reader(m_file, m_settings.channels);
+    m_values.assign(m_settings.channels.size(), {});
     auto const most = static_cast<std::int64_t>(reader.BlockRecords());
-    for (std::int64_t record = 0; record < m_records;) {
+    for (std::int64_t record = 0; record < Records();) {
         notices.Tell(record);
         // A block ends where the next notice is due.
-        auto const count = static_cast<std::size_t>(std::min({m_records, record + most, notices.NextStep()}) - record);
+        auto const count = static_cast<std::size_t>(std::min({Records(), record + most, notices.NextStep()}) - record);
         char const* const block = reader.Read(count);
-        if (block == nullptr) {
-            ShowMessage("Couldn't read the file : " + m_inputPath + "\n" + SystemErrorText(m_file.Error()));
-            return false;
-        }
-        if (!ConvertBlock(reader, block, count, columns)) {
-            ShowMessage(GetLastErrorText());
-            return false;
-        }
+        if (block == nullptr) return Status::FileFailure("read", m_job.inputPath, m_file.Error());
+        if (!ConvertBlock(reader, block, count, columns)) return columns.Error();
         record += static_cast<std::int64_t>(count);
     }
     m_bytesRead = reader.BytesRead();
-    return true;
+    return {};
 }
 
 bool CBinaryXYZImport::ConvertBlock(CBinaryRecordReader const& reader, char const* block, std::size_t records,
                                     CColumnFiles& columns) {
     std::size_t const recordLength = reader.RecordLength();
     char const* value = block;
-    for (std::size_t i = 0; i < m_channels.size(); ++i) {
-        BinaryChannelDef const& channel = m_channels[i];
-        ConvertValues const convert = FindConversion(channel.readFormat, channel.dataType);
-        TallyValues const tally = FindTally(channel.readFormat, channel.dataType);
+    for (std::size_t i = 0; i < m_settings.channels.size(); ++i) {
+        RecordChannel const& channel = m_settings.channels[i];
+        ConvertValues const convert = FindConversion(channel.format, channel.dataType);
+        TallyValues const tally = FindTally(channel.format, channel.dataType);
         std::size_t const present = reader.Present(i);
         m_values[i].present += present;
         std::size_t const width = ValueWidth(channel.dataType);
@@ -184,59 +190,59 @@ bool CBinaryXYZImport::ConvertBlock(CBinaryRecordReader const& reader, char cons
             tally(in, recordLength, counted, out, m_values[i].tally);
             done += count;
         }
-        value += ReadWidth(channel.readFormat);
+        value += RecordFormatWidth(channel.format);
     }
     return true;
 }
 
 /// Seconds since the first record, in single precision throughout.
 float CBinaryXYZImport::FiducialOf(std::int64_t record) const {
-    auto const spacing = static_cast<float>(1.0 / m_frequency);
+    auto const spacing = static_cast<float>(1.0 / m_settings.frequency);
     return static_cast<float>(record) * spacing;
 }
 
-bool CBinaryXYZImport::WriteFiducial(CNorvaFileUtil& store) const {
+Status CBinaryXYZImport::WriteFiducial() {
     constexpr std::size_t kWidth = 4;
-    std::size_t const size = static_cast<std::size_t>(m_records) * kWidth;
+    std::size_t const size = static_cast<std::size_t>(Records()) * kWidth;
     std::unique_ptr<char[]> const values(new (std::nothrow) char[size]);
-    if (values == nullptr) {
-        ShowMessage("Not enough memory for " + std::to_string(m_records) + " fiducials");
-        return false;
-    }
+    if (values == nullptr) return Status::Failure("Not enough memory for " + std::to_string(Records()) + " fiducials");
     char* out = values.get();
-    for (std::int64_t n = 0; n < m_records; ++n, out += kWidth) StoreFloat(out, FiducialOf(n));
-    return store.WriteHuge(values.get(), size) != 0;
+    for (std::int64_t n = 0; n < Records(); ++n, out += kWidth) StoreFloat(out, FiducialOf(n));
+    return CallStore(m_store, [&] { return m_store.WriteHuge(values.get(), size); });
 }
 
-bool CBinaryXYZImport::WriteChannels(CColumnFiles& columns, CNorvaFileUtil& store, CNotices& notices) const {
-    if (m_addFiducial && !WriteFiducial(store)) return false;
-    std::int64_t step = m_records;
+Status CBinaryXYZImport::WriteChannels(CColumnFiles& columns, CNotices& notices) {
+    if (m_settings.fiducial) {
+        if (Status status = WriteFiducial(); !status) return status;
+    }
+    std::int64_t step = Records();
     for (int i = 0; i < columns.Count(); ++i, ++step) {
         notices.TellAlways(step);
-        if (!columns.HandOver(i, store)) return false;
+        Status status = CallStore(m_store, [&] { return columns.HandOver(i, m_store) ? 1 : 0; });
+        if (!status) return status;
     }
-    return true;
+    return {};
 }
 
 std::vector<ReportChannel> CBinaryXYZImport::ReportChannels() const {
-    auto const locations = static_cast<std::uint64_t>(m_records);
+    auto const locations = static_cast<std::uint64_t>(Records());
     std::vector<ReportChannel> channels;
-    if (m_addFiducial) {
+    if (m_settings.fiducial) {
         ReportChannel fiducial;
         fiducial.settings.name = "Fid";
         fiducial.settings.units = "sec";
         fiducial.settings.dataType = DataType::kFloat;
         fiducial.values = locations;
-        fiducial.hasRange = m_records > 0;
-        if (fiducial.hasRange) fiducial.maximum = FiducialOf(m_records - 1);
+        fiducial.hasRange = Records() > 0;
+        if (fiducial.hasRange) fiducial.maximum = FiducialOf(Records() - 1);
         channels.push_back(std::move(fiducial));
     }
-    for (std::size_t i = 0; i < m_channels.size(); ++i) {
+    for (std::size_t i = 0; i < m_settings.channels.size(); ++i) {
         ReportChannel channel;
         channel.column = static_cast<int>(i) + 1;
-        channel.settings.name = m_channels[i].name;
-        channel.settings.units = m_channels[i].units;
-        channel.settings.dataType = m_channels[i].dataType;
+        channel.settings.name = m_settings.channels[i].name;
+        channel.settings.units = m_settings.channels[i].units;
+        channel.settings.dataType = m_settings.channels[i].dataType;
         channel.values = locations;
         channel.missing.count = locations - m_values[i].present;
         m_values[i].tally.Fill(channel);
@@ -245,39 +251,38 @@ std::vector<ReportChannel> CBinaryXYZImport::ReportChannels() const {
     return channels;
 }
 
-void CBinaryXYZImport::Report() const {
+ImportReport CBinaryXYZImport::Report() const {
     ImportReport report;
-    std::uint64_t const size = RecordSize(m_channels);
+    std::uint64_t const size = RecordSize(m_settings.channels);
     std::uint64_t const whole = m_bytesRead / size;
     std::uint64_t const cut = m_bytesRead % size;
     RecordCount const held = CountRecords(m_length, size);
-    std::uint64_t const left = m_records < held.records ? m_length - static_cast<std::uint64_t>(m_records) * size : 0;
+    std::uint64_t const left = Records() < held.records ? m_length - static_cast<std::uint64_t>(Records()) * size : 0;
     report.parts = {{"whole records", whole, whole * size},
                     {"partial records", cut > 0 ? 1U : 0U, cut},
                     {"records not asked for", static_cast<std::uint64_t>(CountRecords(left, size).records), left}};
     report.cutRecords.count = cut > 0 ? 1 : 0;
-    report.settings = {{"points per line", std::to_string(m_pointsPerLine)},
-                       {"fiducial", m_addFiducial ? std::to_string(m_frequency) + " Hz" : "none"}};
+    report.settings = {{"points per line", std::to_string(PointsPerLine())},
+                       {"fiducial", m_settings.fiducial ? std::to_string(m_settings.frequency) + " Hz" : "none"}};
     report.channels = ReportChannels();
     for (ReportChannel const& channel : report.channels) {
         if (channel.column > 0) report.columns.push_back(channel.settings);
     }
-    for (std::int64_t line = 0; line < CountLines(m_records, m_pointsPerLine); ++line) {
-        auto const locations = static_cast<std::uint64_t>(LineLength(m_records, m_pointsPerLine, line));
+    for (std::int64_t line = 0; line < CountLines(Records(), PointsPerLine()); ++line) {
+        auto const locations = static_cast<std::uint64_t>(LineLength(Records(), PointsPerLine(), line));
         report.lines.push_back({"LINE" + std::to_string(line + 1), locations});
     }
     report.unit = "records";
     report.unitsRead = static_cast<std::uint64_t>(held.records);
     report.bytesRead = m_bytesRead + left;
     report.sourceSize = m_length;
-    FinishReport(std::move(report));
+    return report;
 }
 
 Status ImportBinaryFile(ImportJob& job) {
-    CBinaryXYZImport importer;
-    importer.SetInputFileName(job.inputPath);
-    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return ResultOf(0);
-    return ResultOf(importer.Import(*job.store, job.owner));
+    Status status =
+        CallStore(*job.store, [&] { return job.store->SetFileName(job.storePath, kCreateStore, job.owner); });
+    return status ? CBinaryXYZImport(job).Import() : status;
 }
 
 }  // namespace norva

@@ -1,7 +1,8 @@
 #include "formats/seaspy/sea_spy_format.h"
 
-#include <algorithm>
 #include "platform/text.h"
+
+#include <algorithm>
 
 namespace norva {
 
@@ -23,6 +24,7 @@ ImportFormat const kSeaSpyFormat = {
     .signs = "its first record holds F[ and R[",
     .import = ImportSeaSpyFile,
     .describe = DescribeSeaSpyFile,
+    .preview = PreviewSeaSpyFile,
 };
 
 }  // namespace norva

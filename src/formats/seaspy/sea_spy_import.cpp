@@ -1,12 +1,15 @@
 #include "exchange/column_files.h"
+#include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
-#include "exchange/result.h"
-#include "formats/column_text/ascii_file_import.h"
 #include "formats/column_text/ascii_import_dlg.h"
+#include "formats/column_text/column_store.h"
+#include "formats/column_text/column_text_format.h"
+#include "formats/column_text/row_converter.h"
 #include "formats/column_text/text_line.h"
+#include "formats/column_text/text_preview.h"
 #include "formats/seaspy/sea_spy_format.h"
+#include "formats/seaspy/sea_spy_values.h"
 #include "platform/file_percent.h"
-#include "platform/numbers.h"
 #include "platform/text.h"
 #include "ui/messages.h"
 
@@ -16,8 +19,6 @@ namespace norva {
 
 namespace {
 
-constexpr int kPreviewRecords = 40;
-constexpr int kWithCoordinates = 2;
 constexpr int kXField = 14;
 constexpr int kYField = 15;
 char const* const kLineName = "LINE 1";
@@ -33,12 +34,31 @@ char const* const kHeaderTextWithCoordinates =
     "Date Time FMagField FSignal FMeasureTime FTowfishDepth FAltitude FMsg RMagField RSignal RMeasureTime "
     "RTowfishDepth RMsg Gradient X_Coord Y_Coord";
 
-char const* HeaderText(int layout) {
-    return layout == kWithCoordinates ? kHeaderTextWithCoordinates : kHeaderText;
-}
-
 bool IsRecord(std::string_view line) {
     return !line.empty() && line.front() == '*';
+}
+
+char const* const kNoLog = "Wrong SeaSPY(Marine magnetics) data format !";
+
+/// No reason of its own: the box that every failed head ends with says it.
+Status NoLog() {
+    return Status::Failure(kNoLog).Silent();
+}
+
+/// What the first record says of a log: whether it is one, and whether it has coordinates.
+Status CheckHeader(CLineReader& file, TextPreview& preview) {
+    file.Rewind();
+    std::string_view line;
+    do {
+        if (!file.Next(line)) return NoLog();
+    } while (!IsRecord(line));
+    if (!Contains(line, "F[") || !Contains(line, "R[")) return NoLog();
+    preview.isSeaSpy = true;
+    preview.hasCoordinates = Contains(line, "x:");
+    std::vector<std::string_view> titles;
+    GetTokens(preview.hasCoordinates ? kHeaderTextWithCoordinates : kHeaderText, titles, " \n");
+    preview.titles.assign(titles.begin(), titles.end());
+    return {};
 }
 
 /// Whether the data pass leaves a record out.
@@ -105,100 +125,102 @@ private:
     bool m_hasCoordinates;
 };
 
-}  // namespace
-
-int CAsciiFileImport::LoadSeaSPYFileInfo(std::string const& path) {
-    m_path = path;
-    if (OpenFile() == 0 || CheckSeaSPYHeader() == 0) return 0;
-    m_interpolatedCoordinates = 0;
-    if (m_seaSpyLayout == kWithCoordinates && AskYesNo("Do you want to import interpolated coordinates? ")) {
-        m_interpolatedCoordinates = 1;
-    }
-    ReadSeaSPYPreview();
-    return CheckPreview() ? 1 : 0;
-}
-
-int CAsciiFileImport::CheckSeaSPYHeader() {
-    m_file.Rewind();
+/// The first records as plain fields, and how many records the profile has.
+long ReadRecords(CLineReader& file, TextPreview& preview) {
+    preview.lines.clear();
+    long count = 0;
+    std::uint64_t number = 0;
+    file.Rewind();
     std::string_view line;
-    do {
-        if (!m_file.Next(line)) return 0;
-    } while (!IsRecord(line));
-    if (!Contains(line, "F[") || !Contains(line, "R[")) return 0;
-    m_seaSpyLayout = Contains(line, "x:") ? kWithCoordinates : 1;
-    return 1;
-}
-
-void CAsciiFileImport::ReadSeaSPYPreview() {
-    m_preview.clear();
-    m_seaSpyRecordCount = 0;
-    m_file.Rewind();
-    std::string_view line;
-    while (m_file.Next(line)) {
+    while (file.Next(line)) {
+        ++number;
         if (!IsRecord(line)) continue;
-        if (m_preview.size() < kPreviewRecords) {
+        if (preview.lines.size() < TextPreview::kMostLines) {
             std::string_view const record = line.substr(0, line.find_last_not_of(" \n") + 1);
-            m_preview.push_back({CleanSeaSPYLine(record), m_file.Offset()});
+            preview.lines.push_back({CleanRecord(record, preview.hasCoordinates), file.Offset(), number});
         }
         // The profile has a row for every record that the data pass writes.
-        if (!IsSkippedRecord(line)) ++m_seaSpyRecordCount;
+        if (!IsSkippedRecord(line)) ++count;
     }
+    return count;
 }
 
-std::string CAsciiFileImport::CleanSeaSPYLine(std::string_view record) const {
-    bool const isKnown = m_seaSpyLayout == 1 || m_seaSpyLayout == kWithCoordinates;
-    return isKnown ? CleanRecord(record, m_seaSpyLayout == kWithCoordinates) : std::string(record);
-}
+/// Imports a SeaSPY log. One object serves one import.
+class CSeaSpyImport {
+public:
+    explicit CSeaSpyImport(ImportJob& job) : m_job(job), m_preview{.path = job.inputPath} {}
 
-double CAsciiFileImport::GetSeaSPYDate(std::string_view field) {
-    int const shortYear = ReadInt(field.substr(0, 2));
-    int const year = (shortYear > 80 ? 1900 : 2000) + shortYear;
-    int const day = ReadInt(field.substr(field.size() - std::min<std::size_t>(field.size(), 3)));
-    bool const isLeapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-    return year + static_cast<double>(day) / (isLeapYear ? 366 : 365);
-}
+    Status Run();
 
-double CAsciiFileImport::GetSeaSPYTime(std::string_view field) {
-    auto const part = [field](std::size_t at, std::size_t count) {
-        return at < field.size() ? ReadInt(field.substr(at, count)) : 0;
-    };
-    int const tenths = field.empty() ? 0 : part(field.size() - 1, 1);
-    return part(0, 2) + part(3, 2) / 60.0 + part(6, 2) / 3600.0 + tenths / 36000.0;
-}
+private:
+    Status ReadHead();
+    Status TakeSettings(CColumnTextDraft& draft);
+    Status ConvertRecords(CProgressWindow& window, CColumnFiles& files);
 
-int CAsciiFileImport::ImportSeaSPYFile(CNorvaFileUtil* store) {
-    CAsciiImportDlg dialog;
-    dialog.SetSeaSpy(m_seaSpyLayout, HeaderText(m_seaSpyLayout));
-    PrepareDialog(dialog);
-    if (dialog.DoModal() != kButtonOk) {
-        CloseFile();
-        return 0;
+    ImportJob& m_job;
+    CLineReader m_file;
+    TextPreview m_preview;
+    SeaSpySettings m_settings;
+    long m_recordCount = 0;
+    CNorvaDateTime m_dateTime;
+    CNorvaGeographic m_geographic;
+};
+
+Status CSeaSpyImport::Run() {
+    if (Status status = ReadHead(); !status) {
+        status = ShowOpenFailure(std::move(status));
+        ShowMessage(kNoLog);
+        return status;
     }
+    CColumnTextDraft draft(m_preview);
+    if (Status status = TakeSettings(draft); !status) return status;
+    if (Status status = CreateStore(m_job); !status) return status;
+    if (m_job.asks && CAsciiImportDlg(draft).DoModal() != kButtonOk) return Status::Cancelled();
+    m_settings.columns = draft.Settings().columns;
 
-    CProgressDlg window;
-    window.Create();
-    window.SetWindowTitle("Loading data from the file");
-    window.ShowFileName("Please wait a second");
-
-    store->AddProfileToStructure(kLineName, m_seaSpyRecordCount);
-    DescribeChannels(*store);
-    if (!StartWriting(window, *store)) return 0;
-
+    CProgressWindow window("Loading data from the file");
+    m_job.store->AddProfileToStructure(kLineName, m_recordCount);
+    if (Status status = StartWriting(window, m_job.inputPath, m_settings.columns, *m_job.store); !status) return status;
     CColumnFiles files;
-    if (!CreateColumnFiles(files)) return 0;
-    CProgressReporter progress(window);
-    if (!ConvertRecords(progress, files)) return 0;
-    if (!HandOverColumns(progress, files, *store)) return 0;
-    return FinishStore(*store);
+    if (Status status = CreateColumnFiles(files, m_job.inputPath, m_settings.columns.size()); !status) return status;
+    if (Status status = ConvertRecords(window, files); !status) return status;
+    if (Status status = HandOverColumns(window, files, m_settings.columns, *m_job.store); !status) return status;
+    m_file.Close();
+    m_job.settings = std::move(m_settings);
+    return {};
 }
 
-bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles& files) {
-    CRowReport report(m_columns);
-    CRowConverter converter(m_columns, kFieldDelimiters, CRowConverter::Source::SeaSpy, m_dateTime, m_geographic, files,
-                            report);
+Status CSeaSpyImport::ReadHead() {
+    if (Status status = OpenText(m_file, m_job.inputPath); !status) return status;
+    if (Status status = CheckHeader(m_file, m_preview); !status) return status;
+    if (m_job.asks && m_preview.hasCoordinates) {
+        m_settings.interpolated = AskYesNo("Do you want to import interpolated coordinates? ");
+    }
+    m_recordCount = ReadRecords(m_file, m_preview);
+    return CheckPreview(m_file, m_preview);
+}
+
+Status CSeaSpyImport::TakeSettings(CColumnTextDraft& draft) {
+    if (m_job.asks || std::holds_alternative<std::monostate>(m_job.settings)) return {};
+    SeaSpySettings const* const given = std::get_if<SeaSpySettings>(&m_job.settings);
+    if (given == nullptr) {
+        return Status::Failure("The settings do not fit the file", m_job.inputPath,
+                               "They are those of another format.");
+    }
+    m_settings.interpolated = given->interpolated;
+    if (given->columns.empty()) return {};
+    return draft.SetSettings({.skip = draft.Settings().skip, .columns = given->columns});
+}
+
+Status CSeaSpyImport::ConvertRecords(CProgressWindow& window, CColumnFiles& files) {
+    std::vector<NorvaChannelStruct> const& columns = m_settings.columns;
+    CRowReport report(columns);
+    CRowConverter converter(columns, kFieldDelimiters,
+                            {.date = GetSeaSPYDate, .time = GetSeaSPYTime, .upperCase = false}, m_dateTime,
+                            m_geographic, files, report);
     CFilePercent percent(m_file.Length(), 1);
-    bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
-    int const count = static_cast<int>(m_columns.size());
+    bool const hasCoordinates = m_preview.hasCoordinates;
+    int const count = static_cast<int>(columns.size());
     std::string_view record;
     ReportPart records{"records", 0, 0};
     ReportPart leftOut{"records left out (markers)", 0, 0};
@@ -209,16 +231,15 @@ bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles&
         ++number;
         bool const isRecord = IsRecord(record);
         if (isRecord && percent.Changed(m_file.Offset())) {
-            progress.FilePercent(percent.Value());
-            progress.Window().ShowFileName("Done percent : " + std::to_string(percent.Value()) + "% ");
+            window.Reporter().FilePercent(percent.Value());
+            window.Dialog().ShowFileName("Done percent : " + std::to_string(percent.Value()) + "% ");
         }
         bool const isUsed = isRecord && !IsSkippedRecord(record);
         ReportPart& part = isUsed ? records : isRecord ? leftOut : others;
         ++part.count;
         part.bytes += m_file.Offset() - offset;
         if (!isUsed) continue;
-        bool const hidesCoordinates =
-            hasCoordinates && m_interpolatedCoordinates == 0 && Contains(record, kInterpolated);
+        bool const hidesCoordinates = hasCoordinates && !m_settings.interpolated && Contains(record, kInterpolated);
         if (records.count == 1) report.StartLine(kLineName, number);
         report.StartRow(record, number);
         CRecordCursor cursor(record, hasCoordinates);
@@ -228,63 +249,62 @@ bool CAsciiFileImport::ConvertRecords(CProgressReporter& progress, CColumnFiles&
             bool const isThere = cursor.Next(field);
             isShort = isShort || !isThere;
             if (hidesCoordinates && (i == kXField || i == kYField)) field = "*";
-            if (m_columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) continue;
-            progress.ChannelPercent(i * 100LL / count);
+            if (columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) continue;
+            window.Reporter().ChannelPercent(i * 100LL / count);
             if (!(isThere ? converter.Value(i, field) : converter.Absent(i))) break;
         }
         std::string_view surplus;
         if (isShort) report.NoteRow(&ImportReport::fewerValues);
         if (cursor.Next(surplus)) report.NoteRow(&ImportReport::moreValues);
     }
-    if (!PassSucceeded(files)) return false;
+    if (Status status = PassStatus(m_file, files, m_job.inputPath); !status) return status;
     converter.Finish();
     for (ReportPart const& part : {records, leftOut, others}) report.AddPart(part.name, part.count, part.bytes);
     if (hasCoordinates) {
-        report.AddSetting("interpolated coordinates", m_interpolatedCoordinates != 0 ? "imported" : "left out");
+        report.AddSetting("interpolated coordinates", m_settings.interpolated ? "imported" : "left out");
     }
-    report.Finish("lines", number, m_file.Offset(), m_file.Length());
-    return true;
+    m_job.report = report.Take("lines", number, m_file.Offset(), m_file.Length());
+    return {};
 }
 
-int CAsciiFileImport::DescribeSeaSPY(std::string const& path, FileDescription& description) {
-    m_path = path;
-    if (OpenFile() == 0 || CheckSeaSPYHeader() == 0) return 0;
-    ReadSeaSPYPreview();
-    std::int64_t interpolated = 0;
-    std::int64_t others = 0;
-    std::string_view line;
-    m_file.Rewind();
-    while (m_file.Next(line)) {
-        if (!IsRecord(line) && !Trim(line).empty()) ++others;
-        if (IsRecord(line) && Contains(line, kInterpolated)) ++interpolated;
-    }
-    if (m_file.Error() != 0) {
-        ShowReadError();
-        return 0;
-    }
-    bool const hasCoordinates = m_seaSpyLayout == kWithCoordinates;
-    description.AddFact("records", std::int64_t{m_seaSpyRecordCount});
-    description.AddFact("lines that are no record", others);
-    description.AddFact("coordinates", std::string(hasCoordinates ? "yes" : "no"));
-    if (hasCoordinates) description.AddFact("records with interpolated coordinates", interpolated);
-    CAsciiImportDlg dialog;
-    dialog.SetSeaSpy(m_seaSpyLayout, HeaderText(m_seaSpyLayout));
-    description.tables = {DescribeColumns(dialog)};
-    return 1;
+}  // namespace
+
+Status PreviewSeaSpyFile(std::string const& path, TextPreview& preview) {
+    preview = {.path = path};
+    CLineReader file;
+    if (Status status = OpenText(file, path); !status) return status;
+    if (Status status = CheckHeader(file, preview); !status) return status;
+    ReadRecords(file, preview);
+    return CheckPreview(file, preview);
 }
 
 Status DescribeSeaSpyFile(DescribeJob const& job, FileDescription& description) {
-    return ResultOf(CAsciiFileImport().DescribeSeaSPY(job.inputPath, description));
+    TextPreview preview;
+    CLineReader file;
+    if (Status status = OpenText(file, job.inputPath); !status) return status;
+    if (!CheckHeader(file, preview)) {
+        return file.Error() == 0 ? Status::Failure("") : Status::FileFailure("read", job.inputPath, file.Error());
+    }
+    long const records = ReadRecords(file, preview);
+    std::int64_t interpolated = 0;
+    std::int64_t others = 0;
+    std::string_view line;
+    file.Rewind();
+    while (file.Next(line)) {
+        if (!IsRecord(line) && !Trim(line).empty()) ++others;
+        if (IsRecord(line) && Contains(line, kInterpolated)) ++interpolated;
+    }
+    if (file.Error() != 0) return Status::FileFailure("read", job.inputPath, file.Error());
+    description.AddFact("records", std::int64_t{records});
+    description.AddFact("lines that are no record", others);
+    description.AddFact("coordinates", std::string(preview.hasCoordinates ? "yes" : "no"));
+    if (preview.hasCoordinates) description.AddFact("records with interpolated coordinates", interpolated);
+    description.tables = {DescribeColumns(GuessColumnText(preview))};
+    return {};
 }
 
 Status ImportSeaSpyFile(ImportJob& job) {
-    CAsciiFileImport importer;
-    if (importer.LoadSeaSPYFileInfo(job.inputPath) == 0) {
-        ShowMessage("Wrong SeaSPY(Marine magnetics) data format !");
-        return ResultOf(0);
-    }
-    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return ResultOf(0);
-    return ResultOf(importer.ImportSeaSPYFile(job.store));
+    return CSeaSpyImport(job).Run();
 }
 
 }  // namespace norva

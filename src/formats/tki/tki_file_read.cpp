@@ -3,8 +3,8 @@
 #include "exchange/disk_space.h"
 #include "exchange/exception_guard.h"
 #include "exchange/progress_dlg.h"
-#include "exchange/report_draft.h"
 #include "exchange/result.h"
+#include "exchange/store_call.h"
 #include "formats/tki/tki_column_reader.h"
 #include "formats/tki/tki_format.h"
 #include "formats/tki/tki_header.h"
@@ -60,8 +60,9 @@ void CTkiFileRead::SetEETFileName(std::string path) {
 
 int CTkiFileRead::LoadFile(CNorvaFileUtil* store, CWindow* window) {
     return GuardedResult("Couldn't import the file", m_tkiPath, [&] {
+        m_report = {};
         if (store == nullptr || ReadContents() == 0 || WriteToEETFile(store, window) == 0) return 0;
-        Report();
+        m_report = MakeReport();
         return 1;
     });
 }
@@ -162,7 +163,7 @@ NorvaChannelStruct CTkiFileRead::GetNorvaChannels(int channel) const {
 }
 
 /// Refuses what would fill the disk: a few bytes can ask for very many locations.
-bool CTkiFileRead::IsRoom(CNorvaFileUtil const& store) const {
+Status CTkiFileRead::RequireRoom(CNorvaFileUtil const& store) const {
     double width = 0;
     for (int i = 0; i < static_cast<int>(m_channels.size()); ++i) {
         NorvaChannelStruct const channel = GetNorvaChannels(i);
@@ -175,7 +176,7 @@ bool CTkiFileRead::IsRoom(CNorvaFileUtil const& store) const {
 }
 
 int CTkiFileRead::WriteToEETFile(CNorvaFileUtil* store, CWindow* window) {
-    if (!IsRoom(*store)) return 0;
+    if (Status const room = RequireRoom(*store); !room) return Conclude(room);
     for (TkiProfile const& profile : m_profiles) store->AddProfileToStructure(profile.name, profile.locations);
     if (store->SaveProfileStructure() == 0) return 0;
     for (int i = 0; i < static_cast<int>(m_channels.size()); ++i) {
@@ -189,7 +190,7 @@ int CTkiFileRead::WriteToEETFile(CNorvaFileUtil* store, CWindow* window) {
     return isWritten ? 1 : 0;
 }
 
-void CTkiFileRead::Report() {
+ImportReport CTkiFileRead::MakeReport() {
     ImportReport report;
     std::unordered_set<std::string> names;
     std::uint64_t locations = 0;
@@ -220,7 +221,7 @@ void CTkiFileRead::Report() {
     report.unitsRead = 1 + m_recordCount + (cut > 0 ? 1 : 0);
     report.bytesRead = header + whole + cut;
     report.sourceSize = m_fileLength;
-    FinishReport(std::move(report));
+    return report;
 }
 
 int CTkiFileRead::WriteData(CNorvaFileUtil* store, CWindow* /*window*/) {
@@ -304,9 +305,15 @@ std::string CTkiFileRead::GetCharacter(char const* record, std::size_t offset, s
 }
 
 Status ImportTkiFile(ImportJob& job) {
+    Status status =
+        CallStore(*job.store, [&] { return job.store->SetFileName(job.storePath, kCreateStore, job.owner); });
+    std::monostate none;
+    if (status) status = job.TakeSettings(none);
+    if (!status) return status;
     CTkiFileRead importer(job.inputPath, job.storePath);
-    if (job.store->SetFileName(job.storePath, kCreateStore, job.owner) == 0) return ResultOf(0);
-    return ResultOf(importer.LoadFile(job.store, job.owner));
+    status = ResultOf(importer.LoadFile(job.store, job.owner));
+    job.report = importer.Report();
+    return status;
 }
 
 }  // namespace norva

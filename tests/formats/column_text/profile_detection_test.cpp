@@ -1,5 +1,6 @@
-#include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/profile_detection.h"
 #include "formats/column_text/text_line.h"
+#include "formats/column_text/text_preview.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -9,13 +10,10 @@ namespace norva {
 namespace {
 
 /// The profile list as "name:rows name:rows".
-std::string Profiles(CAsciiFileImport const& import) {
+std::string Text(std::vector<ProfileRecord> const& profiles) {
     std::string list;
-    for (int i = 0; i < import.ProfileCount(); ++i) {
-        std::string name;
-        long rows = 0;
-        import.GetProfileRecord(i, name, rows);
-        list += (i > 0 ? " " : "") + name + ":" + std::to_string(rows);
+    for (ProfileRecord const& profile : profiles) {
+        list += (list.empty() ? "" : " ") + profile.name + ":" + std::to_string(profile.rowCount);
     }
     return list;
 }
@@ -31,15 +29,14 @@ constexpr int kByMarker = -1;
 void ExpectProfiles(ScanCase const& test, int labelColumn) {
     test::CTemporaryFolder const folder;
     test::WriteWholeFile(folder / "in.xyz", test.text);
-    CAsciiFileImport import;
-    ASSERT_EQ(import.LoadFileInfo(folder / "in.xyz"), 1) << test.text;
-    import.SetSkipCount(test.skip);
-    if (labelColumn == kByMarker) {
-        import.GetProfilesByMarker();
-    } else {
-        import.GetProfilesByLabel(labelColumn);
-    }
-    EXPECT_EQ(Profiles(import), test.expected) << test.text << "label column " << labelColumn << " skip " << test.skip;
+    TextPreview preview;
+    CLineReader file;
+    ASSERT_TRUE(PreviewTextFile(folder / "in.xyz", preview)) << test.text;
+    ASSERT_TRUE(OpenText(file, folder / "in.xyz"));
+    std::uint64_t const start = DataStart(preview, test.skip);
+    auto const profiles =
+        labelColumn == kByMarker ? FindProfilesByMarker(file, start) : FindProfilesByLabel(file, start, labelColumn);
+    EXPECT_EQ(Text(profiles), test.expected) << test.text << "label column " << labelColumn << " skip " << test.skip;
 }
 
 }  // namespace
@@ -49,7 +46,7 @@ TEST(ProfileDetection, NamesOfMarkerLines) {
         {"LINE 12", "12"},   {"LINE: 12", "12"}, {"LINE-12", "12"}, {"LINE12", "LINE12"}, {"LINE_12", "LINE_12"},
         {"LINE", ""},        {"LINE A B", ""},   {"Line a", "A"},   {"line  7", "7"},     {"TIE-LINE", "LINE"},
         {"LINE,\t12", "12"}, {"", ""},           {"-:-", ""},       {"LIN:E", "E"},       {"PIPELINE", "PIPELINE"}};
-    for (auto const& [line, name] : cases) EXPECT_EQ(CAsciiFileImport::GetLineName(line), name) << line;
+    for (auto const& [line, name] : cases) EXPECT_EQ(GetLineName(line), name) << line;
 }
 
 TEST(ProfileDetection, LineWordInAnyCaseAndPlace) {
@@ -86,12 +83,6 @@ TEST(ProfileDetection, ByMarkers) {
                               {"1 2\n3 4\n", "LINE1:2", 2},
                               {"1 2\n3 4\n", "LINE1:2", -1}};
     for (ScanCase const& test : cases) ExpectProfiles(test, kByMarker);
-
-    std::string name = "unchanged";
-    long rows = 5;
-    CAsciiFileImport().GetProfileRecord(0, name, rows);
-    EXPECT_EQ(name, "");
-    EXPECT_EQ(rows, 0);
 }
 
 TEST(ProfileDetection, ByLabelColumn) {

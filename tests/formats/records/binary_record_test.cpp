@@ -13,6 +13,7 @@
 namespace norva::test {
 namespace {
 
+using Format = RecordChannel::Format;
 using Short = std::int16_t;
 using Limits = std::numeric_limits<std::int32_t>;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -25,49 +26,48 @@ std::string Bytes(Number number) {
 
 /// Two values with a gap between them, converted.
 template <typename From, typename To>
-void ExpectConversion(int readFormat, From from, int dataType, To to) {
+void ExpectConversion(Format readFormat, From from, int dataType, To to) {
     std::string const in = Bytes(from) + "gap" + Bytes(from);
     std::string out(2 * sizeof(To), '?');
     FindConversion(readFormat, dataType)(in.data(), sizeof(From) + 3, 2, out.data());
-    EXPECT_EQ(out, Bytes(to) + Bytes(to)) << "format " << readFormat << ": " << from << " as type " << dataType;
+    EXPECT_EQ(out, Bytes(to) + Bytes(to)) << RecordFormatName(readFormat) << ": " << from << " as type " << dataType;
 }
 
 TEST(BinaryConversion, ConvertsEveryReadFormatToEveryDataType) {
-    using namespace ReadFormat;
     namespace Type = DataType;
-    ExpectConversion(kInt32, 16777217, Type::kFloat, 16777216.0F);
-    ExpectConversion(kInt32, Limits::min(), Type::kDouble, -2147483648.0);
-    ExpectConversion(kInt32, -123456789, Type::kLong, -123456789);
-    ExpectConversion(kInt32, 65536 + 5, Type::kShort, Short(5));
-    ExpectConversion(kInt32, 40000, Type::kShort, Short(-25536));
-    ExpectConversion(kInt16, Short(-32768), Type::kFloat, -32768.0F);
-    ExpectConversion(kInt16, Short(32767), Type::kDouble, 32767.0);
-    ExpectConversion(kInt16, Short(-2), Type::kLong, -2);
-    ExpectConversion(kInt16, Short(-2), Type::kShort, Short(-2));
-    ExpectConversion(kFloat, kNan, Type::kFloat, kNan);
-    ExpectConversion(kFloat, -kInfinity, Type::kDouble, -static_cast<double>(kInfinity));
-    ExpectConversion(kFloat, -2.7F, Type::kLong, -2);
-    ExpectConversion(kFloat, 1.0e30F, Type::kLong, Limits::min());
-    ExpectConversion(kFloat, 2147483648.0F, Type::kLong, Limits::min());
-    ExpectConversion(kFloat, 1.0e30F, Type::kShort, Short(0));
-    ExpectConversion(kFloat, -65537.5F, Type::kShort, Short(-1));
-    ExpectConversion(kDouble, 0.1, Type::kFloat, 0.1F);
-    ExpectConversion(kDouble, 1.0e300, Type::kFloat, kInfinity);
-    ExpectConversion(kDouble, -0.0, Type::kDouble, -0.0);
-    ExpectConversion(kDouble, 2147483647.9, Type::kLong, Limits::max());
-    ExpectConversion(kDouble, -2147483648.9, Type::kLong, Limits::min());
-    ExpectConversion(kDouble, 2147483648.0, Type::kLong, Limits::min());
-    ExpectConversion(kDouble, static_cast<double>(kNan), Type::kLong, Limits::min());
-    ExpectConversion(kDouble, -static_cast<double>(kInfinity), Type::kShort, Short(0));
-    ExpectConversion(kDouble, 98304.0, Type::kShort, Short(-32768));
-    EXPECT_EQ(FindConversion(kNone, Type::kLong), nullptr);
-    EXPECT_EQ(FindConversion(kInt32, Type::kText), nullptr);
+    ExpectConversion(Format::Int32, 16777217, Type::kFloat, 16777216.0F);
+    ExpectConversion(Format::Int32, Limits::min(), Type::kDouble, -2147483648.0);
+    ExpectConversion(Format::Int32, -123456789, Type::kLong, -123456789);
+    ExpectConversion(Format::Int32, 65536 + 5, Type::kShort, Short(5));
+    ExpectConversion(Format::Int32, 40000, Type::kShort, Short(-25536));
+    ExpectConversion(Format::Int16, Short(-32768), Type::kFloat, -32768.0F);
+    ExpectConversion(Format::Int16, Short(32767), Type::kDouble, 32767.0);
+    ExpectConversion(Format::Int16, Short(-2), Type::kLong, -2);
+    ExpectConversion(Format::Int16, Short(-2), Type::kShort, Short(-2));
+    ExpectConversion(Format::Float, kNan, Type::kFloat, kNan);
+    ExpectConversion(Format::Float, -kInfinity, Type::kDouble, -static_cast<double>(kInfinity));
+    ExpectConversion(Format::Float, -2.7F, Type::kLong, -2);
+    ExpectConversion(Format::Float, 1.0e30F, Type::kLong, Limits::min());
+    ExpectConversion(Format::Float, 2147483648.0F, Type::kLong, Limits::min());
+    ExpectConversion(Format::Float, 1.0e30F, Type::kShort, Short(0));
+    ExpectConversion(Format::Float, -65537.5F, Type::kShort, Short(-1));
+    ExpectConversion(Format::Double, 0.1, Type::kFloat, 0.1F);
+    ExpectConversion(Format::Double, 1.0e300, Type::kFloat, kInfinity);
+    ExpectConversion(Format::Double, -0.0, Type::kDouble, -0.0);
+    ExpectConversion(Format::Double, 2147483647.9, Type::kLong, Limits::max());
+    ExpectConversion(Format::Double, -2147483648.9, Type::kLong, Limits::min());
+    ExpectConversion(Format::Double, 2147483648.0, Type::kLong, Limits::min());
+    ExpectConversion(Format::Double, static_cast<double>(kNan), Type::kLong, Limits::min());
+    ExpectConversion(Format::Double, -static_cast<double>(kInfinity), Type::kShort, Short(0));
+    ExpectConversion(Format::Double, 98304.0, Type::kShort, Short(-32768));
+    EXPECT_EQ(FindConversion(Format::None, Type::kLong), nullptr);
+    EXPECT_EQ(FindConversion(Format::Int32, Type::kText), nullptr);
 }
 
 TEST(BinaryRecord, FillsWhatTheFileDoesNotHold) {
-    std::vector<BinaryChannelDef> channels(4);
-    int const formats[] = {ReadFormat::kInt32, ReadFormat::kDouble, ReadFormat::kFloat, ReadFormat::kInt16};
-    for (std::size_t i = 0; i < 4; ++i) channels[i].readFormat = formats[i];
+    std::vector<RecordChannel> channels(4);
+    Format const formats[] = {Format::Int32, Format::Double, Format::Float, Format::Int16};
+    for (std::size_t i = 0; i < 4; ++i) channels[i].format = formats[i];
     std::string const missing[] = {Bytes(-1), Bytes(kNoDataDouble), Bytes(kNoDataFloat), Bytes(Short(-1))};
     std::string full;
     for (int n = 0; n < 54; ++n) full += static_cast<char>(n);

@@ -1,5 +1,5 @@
-#include "formats/column_text/ascii_file_import.h"
 #include "formats/column_text/text_import_run.h"
+#include "formats/seaspy/sea_spy_values.h"
 
 namespace norva::test {
 
@@ -30,14 +30,14 @@ TEST(SeaSpy, ReadsDatesAndTimes) {
                                                     {"x", 2000},
                                                     {"", 2000},
                                                     {"7", 2007 + 7 / 365.0}};
-    for (auto const& [field, expected] : dates) EXPECT_EQ(CAsciiFileImport::GetSeaSPYDate(field), expected) << field;
+    for (auto const& [field, expected] : dates) EXPECT_EQ(GetSeaSPYDate(field), expected) << field;
     std::pair<char const*, double> const times[] = {{"12:30:15.5", 12 + 30 / 60.0 + 15 / 3600.0 + 5 / 36000.0},
                                                     {"00:00:00.0", 0},
                                                     {"", 0},
                                                     {"1", 1 + 1 / 36000.0},
                                                     {"ab:cd:ef.g", 0}};
     for (auto const& [field, expected] : times) {
-        EXPECT_DOUBLE_EQ(CAsciiFileImport::GetSeaSPYTime(field), expected) << field;
+        EXPECT_DOUBLE_EQ(GetSeaSPYTime(field), expected) << field;
     }
 }
 

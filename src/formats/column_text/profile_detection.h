@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/line_reader.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norva {
+
+/// A line of the survey as a text file gives it.
+struct ProfileRecord {
+    std::string name;
+    long rowCount = 0;
+};
+
+/// The profile name that a marker line gives; empty for none.
+std::string GetLineName(std::string_view markerLine);
+
+/// Finds the profiles of a text by marker and comment lines; rows before `dataStart` do not count. A read error is left
+/// in `file`.
+std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart);
+/// Finds the profiles by the changes of a column's value. A row without that column belongs to the profile around it,
+/// so that the profiles' rows add up to the rows of the file.
+std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn);
+
+}  // namespace norva
