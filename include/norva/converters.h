@@ -20,6 +20,10 @@ public:
     /// Replaces `text`. No allocation once `text` has grown.
     int GetStringDate(double value, int templateFormat, std::string& text) const;
     int GetStringTime(double value, int templateFormat, int decimals, std::string& text) const;
+    /// Year, month (1 to 12) and day of a date; 0 for what is no date.
+    int GetDateParts(double value, int& year, int& month, int& day) const;
+    /// The other way; the no-data value and the result 0 when there is no such day.
+    int GetDoubleDate(int year, int month, int day, double& value) const;
     /// Templates in the order of their codes.
     void GetImportDateTemplate(std::vector<std::string>& names, std::vector<int>& codes) const;
     void GetImportTimeTemplate(std::vector<std::string>& names, std::vector<int>& codes) const;

@@ -106,6 +106,10 @@ public:
     virtual int ReadColumn(int index, int profile, long first, long count, void* buffer);
     /// All elements of one value of a numeric array channel, widened; one element for a channel that is no array.
     virtual int GetArrayData(int index, int profile, long location, std::vector<double>& elements);
+    /// The packed values of a channel (all elements of an array) of all profiles, one after the other: the file itself,
+    /// mapped read-only, not aligned. `values` lasts as long as `owner`, after CloseCurFile too. A store that is
+    /// written anew under its name does not disturb it; a program that shortens the file in place would end this one.
+    virtual int MapColumn(int index, std::shared_ptr<void const>& owner, std::span<std::byte const>& values);
     /// Reads all values and compares them with the checksums taken when they were written. 0 when they differ or cannot
     /// be read; a file without the store's own section has none to compare with.
     virtual int VerifyData();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -161,6 +162,26 @@ bool CFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t count, std::s
     return ReadAll(count, got, [&](std::size_t at, std::size_t size) {
         return ::pread(m_descriptor, bytes + at, size, static_cast<off_t>(offset + at));
     });
+}
+
+std::shared_ptr<std::byte const> CFile::Map(std::uint64_t size) {
+    struct stat status {};
+    m_error = InjectedFault(FaultPoint::Read, m_path);
+    if (m_error == 0 && ::fstat(m_descriptor, &status) != 0) m_error = errno;
+    if (m_error != 0) return nullptr;
+    // Reading a mapped page beyond the end of the file ends the process.
+    if (size == 0 || static_cast<std::uint64_t>(status.st_size) < size) {
+        m_error = EINVAL;
+        return nullptr;
+    }
+    auto const length = static_cast<std::size_t>(size);
+    void* const bytes = ::mmap(nullptr, length, PROT_READ, MAP_SHARED, m_descriptor, 0);
+    if (bytes == MAP_FAILED) {
+        m_error = errno;
+        return nullptr;
+    }
+    auto const unmap = [length](std::byte const* start) { ::munmap(const_cast<std::byte*>(start), length); };
+    return {static_cast<std::byte const*>(bytes), unmap};
 }
 
 bool CFile::Write(void const* buffer, std::size_t count) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,9 @@ public:
     /// Reads up to `count` bytes; `got` is less only at the end of the file.
     bool Read(void* buffer, std::size_t count, std::size_t& got);
     bool ReadAt(std::uint64_t offset, void* buffer, std::size_t count, std::size_t& got);
+    /// The first `size` bytes in memory, read-only, for as long as the pointer or a copy of it lives; null on failure,
+    /// also when the file has become shorter than that.
+    std::shared_ptr<std::byte const> Map(std::uint64_t size);
     bool Write(void const* buffer, std::size_t count);
     bool Seek(std::uint64_t offset);
     bool Sync();

@@ -72,6 +72,16 @@ struct Date {
     int day = 1;
 };
 
+bool IsDay(Date const& date) {
+    return date.month >= 1 && date.month <= 12 && date.day >= 1 &&
+           date.day <= DaysBefore(date.year, date.month) - DaysBefore(date.year, date.month - 1);
+}
+
+double DateValue(Date const& date) {
+    int const day = DaysBefore(date.year, date.month - 1) + date.day;
+    return static_cast<double>(date.year) + static_cast<double>(day) / DaysIn(date.year);
+}
+
 bool ReadDate(std::string_view text, DateOrder const& order, Date& date) {
     text = Trim(text);
     std::size_t at = 0;
@@ -104,8 +114,7 @@ bool ReadDate(std::string_view text, DateOrder const& order, Date& date) {
                 break;
         }
     }
-    return at == text.size() && date.month >= 1 && date.month <= 12 && date.day >= 1 &&
-           date.day <= DaysBefore(date.year, date.month) - DaysBefore(date.year, date.month - 1);
+    return at == text.size() && IsDay(date);
 }
 
 /// False for years that no text can hold.
@@ -140,9 +149,24 @@ int CNorvaDateTime::GetDoubleDate(std::string_view text, int templateFormat, dou
         value = kNoDataDouble;
         return 0;
     }
-    int const day = DaysBefore(date.year, date.month - 1) + date.day;
-    value = static_cast<double>(date.year) + static_cast<double>(day) / DaysIn(date.year);
+    value = DateValue(date);
     return 1;
+}
+
+int CNorvaDateTime::GetDateParts(double value, int& year, int& month, int& day) const {
+    Date date;
+    if (!DateOf(value, date)) return 0;
+    year = static_cast<int>(date.year);
+    month = date.month;
+    day = date.day;
+    return 1;
+}
+
+int CNorvaDateTime::GetDoubleDate(int year, int month, int day, double& value) const {
+    Date const date = {year, month, day};
+    bool const isDay = year >= 0 && year < kYearLimit && IsDay(date);
+    value = isDay ? DateValue(date) : kNoDataDouble;
+    return isDay ? 1 : 0;
 }
 
 int CNorvaDateTime::GetDoubleTime(std::string_view text, int /*templateFormat*/, int /*decimals*/,

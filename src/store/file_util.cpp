@@ -413,6 +413,13 @@ int CNorvaFileUtil::ReadColumn(int index, int profile, long first, long count, v
     return isRead ? 1 : m_impl->FailReading(m_impl->reader->Reason());
 }
 
+int CNorvaFileUtil::MapColumn(int index, std::shared_ptr<void const>& owner, std::span<std::byte const>& values) {
+    if (m_impl->reader == nullptr || m_impl->Channel(index) == nullptr) return 0;
+    return m_impl->reader->MapWhole(static_cast<std::size_t>(index), owner, values)
+               ? 1
+               : m_impl->FailReading(m_impl->reader->Reason());
+}
+
 int CNorvaFileUtil::GetArrayData(int index, int profile, long location, std::vector<double>& elements) {
     m_impl->Begin();
     StoreProfile const* const line = m_impl->ProfileAt(profile, location);

@@ -67,6 +67,18 @@ bool CStoreReader::ReadWhole(std::size_t channel, std::int64_t first, std::int64
                      static_cast<std::size_t>(count) * static_cast<std::size_t>(of.valueWidth));
 }
 
+bool CStoreReader::MapWhole(std::size_t channel, std::shared_ptr<void const>& owner,
+                            std::span<std::byte const>& values) {
+    if (m_mapped == nullptr) m_mapped = m_file.Map(m_layout.end);
+    if (m_mapped == nullptr) return false;
+    StoreChannel const& of = m_layout.structure.channels[channel];
+    std::uint64_t const start = of.IsArray() ? m_layout.elements + of.elementsStart : m_layout.columns + of.columnStart;
+    std::uint64_t const size = static_cast<std::uint64_t>(m_layout.structure.Locations()) * of.valueWidth;
+    values = {m_mapped.get() + start, static_cast<std::size_t>(size)};
+    owner = m_mapped;
+    return true;
+}
+
 bool CStoreReader::ReadBytes(std::uint64_t offset, void* out, std::size_t size) {
     std::size_t got = 0;
     return m_file.ReadAt(offset, out, size, got) && got == size;

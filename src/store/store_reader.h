@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,8 @@ public:
     /// Values of a run of locations, `first` counted over all profiles, from the column or with all elements.
     bool ReadColumn(std::size_t channel, std::int64_t first, std::int64_t count, void* out);
     bool ReadWhole(std::size_t channel, std::int64_t first, std::int64_t count, void* out);
+    /// Values of all locations with all elements, in the file mapped into memory; they last as long as `owner`.
+    bool MapWhole(std::size_t channel, std::shared_ptr<void const>& owner, std::span<std::byte const>& values);
     /// Bytes of the file from an offset on.
     bool ReadBytes(std::uint64_t offset, void* out, std::size_t size);
     /// Compares all values with the checksums; false with `reason` set when they differ.
@@ -72,6 +75,7 @@ private:
 
     CFile m_file;
     StoreLayout m_layout;
+    std::shared_ptr<std::byte const> m_mapped;  ///< the whole file, once it was asked for
     std::size_t m_windowBytes;
     std::size_t m_windowSize = 0;  ///< of one window
     std::vector<Window> m_windows;

@@ -152,6 +152,14 @@ TEST(Converters, WhatIsWrittenReadsBackToThePrintedPrecision) {
                 value, 1.0001 / 365, [&](double v, std::string& t) { return converter.GetStringDate(v, code, t); },
                 [&](std::string const& t, double& v) { return converter.GetDoubleDate(t, code, v); });
         }
+        int year = 0;
+        int month = 0;
+        int day = 0;
+        double back = 0;
+        RC_ASSERT(converter.GetDateParts(value, year, month, day) == 1);
+        RC_ASSERT(converter.GetDoubleDate(year, month, day, back) == 1);
+        RC_ASSERT(std::fabs(back - value) <= 0.5001 / 365);
+        RC_ASSERT(converter.GetDoubleDate(year, month, 32, back) == 0 && back == kNoDataDouble);
     }));
     EXPECT_TRUE(rc::check("times and coordinates", [&] {
         CNorvaGeographic const geographic;

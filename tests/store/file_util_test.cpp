@@ -122,6 +122,13 @@ TEST(FileUtil, AnyStoreReadsBackAsItWasWrittenInPiecesOfAnySize) {
         RC_ASSERT(store.SetFileName(folder / "a.nvt", kReopenStore, nullptr) == 1);
         RC_ASSERT(test::ReadSample(store) == sample);
         RC_ASSERT(store.VerifyData() == 1);
+        std::vector<std::shared_ptr<void const>> owners(sample.channels.size());
+        std::vector<std::span<std::byte const>> mapped(sample.channels.size());
+        for (int channel = 0; channel < store.ChannelCount; ++channel) {
+            auto const at = static_cast<std::size_t>(channel);
+            RC_ASSERT(store.MapColumn(channel, owners[at], mapped[at]) == 1);
+        }
+        RC_ASSERT(store.MapColumn(store.ChannelCount, owners.emplace_back(), mapped.emplace_back()) == 0);
         for (int channel = 0; channel < store.ChannelCount; ++channel) {
             auto const& written = sample.channels[static_cast<std::size_t>(channel)];
             bool const isText = written.description.dataType == DataType::kText;
@@ -136,6 +143,11 @@ TEST(FileUtil, AnyStoreReadsBackAsItWasWrittenInPiecesOfAnySize) {
                     RC_ASSERT((isText ? *found == expected : expected.starts_with(*found)));
                 }
             }
+        }
+        RC_ASSERT(store.CloseCurFile() == 1);
+        for (std::size_t channel = 0; channel < sample.channels.size(); ++channel) {
+            auto const* const bytes = reinterpret_cast<char const*>(mapped[channel].data());
+            RC_ASSERT(std::string(bytes, mapped[channel].size()) == sample.channels[channel].values);
         }
     });
     EXPECT_TRUE(holds);
