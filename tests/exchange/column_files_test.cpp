@@ -154,7 +154,9 @@ TEST(ColumnFiles, ReadingInPiecesOpensAFileOnce) {
             EXPECT_TRUE(files.Read(column, at, part, 3));
             read.append(part, 3);
         }
-        if (column == 18) EXPECT_TRUE(files.AppendBytes(column, "xyz", 3)) << "writing goes on";
+        if (column == 18) {
+            EXPECT_TRUE(files.AppendBytes(column, "xyz", 3)) << "writing goes on";
+        }
     }
     SetFaultHook({});
     EXPECT_EQ(read, "abcdefabcdefabcdefabcdef");
