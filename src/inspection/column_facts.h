@@ -70,7 +70,14 @@ public:
     static constexpr std::size_t kOddCells = 8;
     static constexpr std::uint32_t kRangedDecimals = 10;
 
-    void Add(CellPart const& part, CellRead const& read, std::uint64_t line);
+    void Add(CellPart const& part, CellRead const& read, std::uint64_t line) {
+        std::uint64_t& numbers = kinds[static_cast<std::size_t>(CellKind::Number)];
+        bool const isUsual = read.kind == CellKind::Number && numbers >= kOddCells && part.text.size() <= longest;
+        if (!isUsual || m_tracksLabels) return AddAny(part, read, line);
+        ++rows;
+        ++numbers;
+        AddNumber(part.text, read.number, line);
+    }
     /// Values that are missing by the user's word, or kept by it.
     void SetMarks(std::vector<double> const* noData, std::vector<double> const* keep);
     void TrackLabels() { m_tracksLabels = true; }
@@ -138,6 +145,7 @@ public:
     ValueRange degrees;
 
 private:
+    void AddAny(CellPart const& part, CellRead const& read, std::uint64_t line);
     void AddNumber(std::string_view text, NumberText const& number, std::uint64_t line);
     bool AddDummy(std::string_view text, NumberText const& number, std::uint64_t line);
     void AddDate(DateText const& date, std::string_view text, std::uint64_t line);
@@ -151,6 +159,7 @@ private:
     bool m_tracksLabels = false;
     std::string m_label;
     std::unordered_set<std::size_t> m_labels;
+    DateText m_date;  ///< the last of those whose days were counted
 };
 
 /// Whether a number has the shape of those that stand for missing values: -9999, 99.99, -999.25, 1e32 and the like.

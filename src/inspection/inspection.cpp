@@ -156,17 +156,21 @@ private:
         m_nulLine = 0;
         std::string_view line;
         while (m_source.Next(line)) {
-            if (!m_noUtf8.IsSet()) {
-                if (std::size_t const at = FindNoUtf8(line); at != std::string_view::npos) {
-                    m_noUtf8.Set(m_source.Number(), line.substr(at, 1));
-                }
-            }
-            if (m_nulLine == 0 && line.find('\0') != std::string_view::npos) m_nulLine = m_source.Number();
+            if (!IsPlainAscii(line)) NoteBytes(line);
             reader.Feed(line, m_source.Number());
         }
         reader.Finish();
         m_pass->counts.lines = m_source.Number();
         return m_source.Error() == 0 ? Status() : Status::FileFailure("read", m_path, m_source.Error());
+    }
+
+    void NoteBytes(std::string_view line) {
+        if (!m_noUtf8.IsSet()) {
+            if (std::size_t const at = FindNoUtf8(line); at != std::string_view::npos) {
+                m_noUtf8.Set(m_source.Number(), line.substr(at, 1));
+            }
+        }
+        if (m_nulLine == 0 && line.find('\0') != std::string_view::npos) m_nulLine = m_source.Number();
     }
 
     /// How the file is read, and what came of it.

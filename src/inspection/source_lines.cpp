@@ -2,7 +2,12 @@
 
 #include "platform/last_error.h"
 
+#include <algorithm>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace norva {
 
@@ -145,6 +150,26 @@ bool CSourceLines::NextWide(std::string_view& line) {
     line = std::string_view(m_text).substr(m_begin, end - m_begin);
     m_begin = end + (m_text[end] == '\r' && end + 1 < m_text.size() && m_text[end + 1] == '\n' ? 2 : 1);
     return true;
+}
+
+bool IsPlainAscii(std::string_view text) {
+    char const* next = text.data();
+    char const* const end = next + text.size();
+#if defined(__SSE2__)
+    if (text.size() >= 16) {
+        // Zero and what is negative are below one; the last block may overlap the one before.
+        __m128i const one = _mm_set1_epi8(1);
+        __m128i found = _mm_setzero_si128();
+        auto const look = [&](char const* at) {
+            __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(at));
+            found = _mm_or_si128(found, _mm_cmplt_epi8(bytes, one));
+        };
+        for (; end - next > 16; next += 16) look(next);
+        look(end - 16);
+        return _mm_movemask_epi8(found) == 0;
+    }
+#endif
+    return std::all_of(next, end, [](char c) { return static_cast<signed char>(c) > 0; });
 }
 
 std::size_t FindNoUtf8(std::string_view text) {

@@ -54,6 +54,8 @@ private:
     bool m_wideEnd = false;
 };
 
+/// Whether the text is ASCII without a NUL byte.
+bool IsPlainAscii(std::string_view text);
 /// Offset of the first byte in the text that is not part of well-formed UTF-8; npos for none.
 std::size_t FindNoUtf8(std::string_view text);
 /// Latin-1, with the characters that Windows has from 80 to 9F, as UTF-8.
