@@ -89,6 +89,7 @@ bool HasDummyShape(NumberText const& number) {
 void CColumnFacts::SetMarks(std::vector<double> const* noData, std::vector<double> const* keep) {
     m_noData = noData;
     m_keep = keep;
+    m_hasNoData = noData != nullptr && !noData->empty();
 }
 
 ValueRange CColumnFacts::Range() const {
@@ -167,6 +168,7 @@ void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, st
     }
     if (isCompactTime) isCompactTime = IsCompactTime(number);
     if (isPackedMinutes) isPackedMinutes = IsPackedMinutes(number);
+    m_isOpenForm = isCompactDate || isCompactTime || isPackedMinutes;
     // Ordinary numbers are told from those by their first digit.
     bool const mayBeDummy = text[0] == '9' || (number.isNegative && MayBeNegativeDummy(number)) || number.hasExponent ||
                             number.count > 18 || (m_noData != nullptr && !m_noData->empty());
