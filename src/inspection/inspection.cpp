@@ -47,7 +47,7 @@ public:
     Status Run() {
         if (Status status = m_source.Open(m_path); !status) return status;
         m_reading.encoding = m_source.Encoding();
-        if (!TakeSample(m_source, m_sample)) return Status::FileFailure("read", m_path, m_source.Error());
+        if (!TakeSample(m_source, m_sample)) return m_source.Result(m_path);
         if (m_sample.lines.empty()) return Status::Failure("There is no text in the file", m_path);
         FindLineMarks();
         std::vector<std::string_view> voters = Voters();
@@ -161,7 +161,7 @@ private:
         }
         reader.Finish();
         m_pass->counts.lines = m_source.Number();
-        return m_source.Error() == 0 ? Status() : Status::FileFailure("read", m_path, m_source.Error());
+        return m_source.Result(m_path);
     }
 
     void NoteBytes(std::string_view line) {

@@ -3,6 +3,7 @@
 #include "platform/last_error.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -48,6 +49,7 @@ std::uint32_t WindowsCode(unsigned char byte) {
 }  // namespace
 
 Status CSourceLines::Open(std::string const& path) {
+    m_lines.LimitLines(kLongestLine);
     if (!m_lines.Open(path)) return Status::FileFailure("open", path, m_lines.Error());
     if (!m_wide.Open(path, CFile::Mode::Read)) return Status::FileFailure("open", path, m_wide.Error());
     unsigned char head[4] = {};
@@ -68,7 +70,7 @@ Status CSourceLines::Open(std::string const& path) {
         m_hasMark = true;
         m_bytes.resize(kWideBlock);
     }
-    return Rewind() ? Status() : Status::FileFailure("read", path, Error());
+    return Rewind() ? Status() : Result(path);
 }
 
 bool CSourceLines::Rewind() {
@@ -79,11 +81,21 @@ bool CSourceLines::Rewind() {
     m_begin = 0;
     m_half = 0;
     m_wideEnd = false;
+    m_isTooLong = false;
     return m_wide.Seek(2);
 }
 
 int CSourceLines::Error() const {
+    if (m_isTooLong) return EMSGSIZE;
     return m_encoding == TextReading::Encoding::Utf8 ? m_lines.Error() : m_wide.Error();
+}
+
+Status CSourceLines::Result(std::string const& path) const {
+    int const error = Error();
+    if (error == 0) return {};
+    if (error != EMSGSIZE) return Status::FileFailure("read", path, error);
+    return Status::Failure("Couldn't read the file", path,
+                           "It has a line of more than " + std::to_string(kLongestLine >> 20) + " MB: it is no table.");
 }
 
 std::uint64_t CSourceLines::Offset() const {
@@ -139,6 +151,8 @@ bool CSourceLines::NextWide(std::string_view& line) {
         // A CR at the end of what was read may be the first half of a CR LF.
         if (end != std::string::npos && (m_text[end] == '\n' || end + 1 < m_text.size())) break;
         scanned = m_text.size() - m_begin - (end == std::string::npos ? 0 : 1);
+        m_isTooLong = scanned > kLongestLine;
+        if (m_isTooLong) return false;
         if (!FillWide()) break;
     }
     if (end == std::string::npos) {
