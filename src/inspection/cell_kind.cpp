@@ -3,6 +3,7 @@
 #include "inspection/unit_words.h"
 #include "platform/text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace norva {
@@ -125,7 +126,7 @@ void ReadCell(std::string_view text, CellRules const& rules, CellKind expected, 
     }
     if (TryNumber(text, rules, suffix, read) || TryMissing(text, read)) return;
     // Everything else that is typed holds a digit, begins with one of few characters and is not long.
-    if (text.size() <= 50 && text.find_first_of("0123456789") != std::string_view::npos) {
+    if (text.size() <= 50 && std::any_of(text.begin(), text.end(), IsDigit)) {
         if (TryDate(text, read) || TryTime(text, read) || TryDateTime(text, read) || TryPosition(text, rules, read)) {
             return;
         }

@@ -35,6 +35,17 @@ bool IsPackedMinutes(NumberText const& number) {
     return whole <= 18000 && whole % 100 < 60;
 }
 
+/// What every negative number of the shape has in common, which few others have.
+bool MayBeNegativeDummy(NumberText const& number) {
+    static constexpr std::array<std::uint64_t, 19> kNinths = [] {
+        std::array<std::uint64_t, 19> ninths{0, 9};
+        for (std::size_t i = 2; i < ninths.size(); ++i) ninths[i] = ninths[i - 1] * 10;
+        return ninths;
+    }();
+    return number.digits >= kNinths[std::min(number.count, 18U)] || number.digits == 32768 ||
+           number.digits == 2147483648U;
+}
+
 bool IsLabelText(std::string_view text) {
     std::size_t at = 0;
     while (at < text.size() && at < 4 && ((text[at] | 0x20) >= 'a' && (text[at] | 0x20) <= 'z')) ++at;
@@ -78,6 +89,7 @@ bool HasDummyShape(NumberText const& number) {
 void CColumnFacts::SetMarks(std::vector<double> const* noData, std::vector<double> const* keep) {
     m_noData = noData;
     m_keep = keep;
+    m_hasNoData = noData != nullptr && !noData->empty();
 }
 
 ValueRange CColumnFacts::Range() const {
@@ -93,7 +105,7 @@ ValueRange CColumnFacts::Range() const {
     return range;
 }
 
-void CColumnFacts::Add(CellPart const& part, CellRead const& read, std::uint64_t line) {
+void CColumnFacts::AddAny(CellPart const& part, CellRead const& read, std::uint64_t line) {
     std::string_view const text = part.text;
     auto const kind = static_cast<std::size_t>(read.kind);
     ++rows;
@@ -156,9 +168,10 @@ void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, st
     }
     if (isCompactTime) isCompactTime = IsCompactTime(number);
     if (isPackedMinutes) isPackedMinutes = IsPackedMinutes(number);
+    m_isOpenForm = isCompactDate || isCompactTime || isPackedMinutes;
     // Ordinary numbers are told from those by their first digit.
-    bool const mayBeDummy = text[0] == '9' || number.isNegative || number.hasExponent || number.count > 18 ||
-                            (m_noData != nullptr && !m_noData->empty());
+    bool const mayBeDummy = text[0] == '9' || (number.isNegative && MayBeNegativeDummy(number)) || number.hasExponent ||
+                            number.count > 18 || (m_noData != nullptr && !m_noData->empty());
     if (mayBeDummy && AddDummy(text, number, line)) return;
 
     bool const isWhole = number.IsWhole();
@@ -225,11 +238,14 @@ void CColumnFacts::AddDate(DateText const& date, std::string_view text, std::uin
     }
     if (date.form != DateText::Form::Numbers) return;
     if ((orders & (orders - 1)) == 0) return;  // decided already
+    // Rows of one day follow each other.
+    bool const isSame = date == m_date;
+    m_date = date;
     std::int64_t lastDay = 0;
     bool hasDay = false;
     for (std::size_t i = 0; i < byOrder.size(); ++i) {
         if ((orders & kDateOrderBits[i]) == 0) continue;
-        std::int64_t const day = DayNumber(DayOf(date, kDateOrderBits[i]));
+        std::int64_t const day = isSame ? byOrder[i].previous : DayNumber(DayOf(date, kDateOrderBits[i]));
         if (hasDay && day != lastDay && !differsFirst.IsSet()) differsFirst.Set(line, text);
         lastDay = day;
         hasDay = true;

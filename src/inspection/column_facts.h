@@ -70,7 +70,14 @@ public:
     static constexpr std::size_t kOddCells = 8;
     static constexpr std::uint32_t kRangedDecimals = 10;
 
-    void Add(CellPart const& part, CellRead const& read, std::uint64_t line);
+    void Add(CellPart const& part, CellRead const& read, std::uint64_t line) {
+        std::uint64_t& numbers = kinds[static_cast<std::size_t>(CellKind::Number)];
+        bool const isUsual = read.kind == CellKind::Number && numbers >= kOddCells && part.text.size() <= longest;
+        if (!isUsual || m_tracksLabels) return AddAny(part, read, line);
+        ++rows;
+        ++numbers;
+        if (!AddWithin(part.text, read.number)) AddNumber(part.text, read.number, line);
+    }
     /// Values that are missing by the user's word, or kept by it.
     void SetMarks(std::vector<double> const* noData, std::vector<double> const* keep);
     void TrackLabels() { m_tracksLabels = true; }
@@ -138,6 +145,22 @@ public:
     ValueRange degrees;
 
 private:
+    /// Counts a number without anything new in it, as most are; false leaves it to AddNumber.
+    bool AddWithin(std::string_view text, NumberText const& number) {
+        bool const isNew = number.count > mostDigits || number.decimals > mostDecimals || number.isNegative ||
+                           number.hasExponent || number.hasLeadingZero || number.mark == ',' ||
+                           number.length != text.size() || text[0] == '9' || m_isOpenForm || m_hasNoData ||
+                           number.count > 18 || number.decimals >= kRangedDecimals;
+        if (isNew || (number.mark == '.' && withDecimals == 0)) return false;
+        DecimalRange const& range = m_ranges[number.decimals];
+        auto const digits = static_cast<std::int64_t>(number.digits);
+        if (digits < range.low || digits > range.high) return false;
+        std::uint64_t const isPoint = number.mark == '.' ? 1 : 0;
+        withPoint += isPoint;
+        withDecimals += isPoint;
+        return true;
+    }
+    void AddAny(CellPart const& part, CellRead const& read, std::uint64_t line);
     void AddNumber(std::string_view text, NumberText const& number, std::uint64_t line);
     bool AddDummy(std::string_view text, NumberText const& number, std::uint64_t line);
     void AddDate(DateText const& date, std::string_view text, std::uint64_t line);
@@ -149,8 +172,11 @@ private:
     std::vector<double> const* m_noData = nullptr;
     std::vector<double> const* m_keep = nullptr;
     bool m_tracksLabels = false;
+    bool m_hasNoData = false;
+    bool m_isOpenForm = true;  ///< every number may be a date, a time or minutes written as one
     std::string m_label;
     std::unordered_set<std::size_t> m_labels;
+    DateText m_date;  ///< the last of those whose days were counted
 };
 
 /// Whether a number has the shape of those that stand for missing values: -9999, 99.99, -999.25, 1e32 and the like.

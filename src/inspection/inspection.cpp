@@ -47,7 +47,7 @@ public:
     Status Run() {
         if (Status status = m_source.Open(m_path); !status) return status;
         m_reading.encoding = m_source.Encoding();
-        if (!TakeSample(m_source, m_sample)) return Status::FileFailure("read", m_path, m_source.Error());
+        if (!TakeSample(m_source, m_sample)) return m_source.Result(m_path);
         if (m_sample.lines.empty()) return Status::Failure("There is no text in the file", m_path);
         FindLineMarks();
         std::vector<std::string_view> voters = Voters();
@@ -156,17 +156,21 @@ private:
         m_nulLine = 0;
         std::string_view line;
         while (m_source.Next(line)) {
-            if (!m_noUtf8.IsSet()) {
-                if (std::size_t const at = FindNoUtf8(line); at != std::string_view::npos) {
-                    m_noUtf8.Set(m_source.Number(), line.substr(at, 1));
-                }
-            }
-            if (m_nulLine == 0 && line.find('\0') != std::string_view::npos) m_nulLine = m_source.Number();
+            if (!IsPlainAscii(line)) NoteBytes(line);
             reader.Feed(line, m_source.Number());
         }
         reader.Finish();
         m_pass->counts.lines = m_source.Number();
-        return m_source.Error() == 0 ? Status() : Status::FileFailure("read", m_path, m_source.Error());
+        return m_source.Result(m_path);
+    }
+
+    void NoteBytes(std::string_view line) {
+        if (!m_noUtf8.IsSet()) {
+            if (std::size_t const at = FindNoUtf8(line); at != std::string_view::npos) {
+                m_noUtf8.Set(m_source.Number(), line.substr(at, 1));
+            }
+        }
+        if (m_nulLine == 0 && line.find('\0') != std::string_view::npos) m_nulLine = m_source.Number();
     }
 
     /// How the file is read, and what came of it.

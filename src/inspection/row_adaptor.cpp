@@ -93,7 +93,7 @@ void CRowAdaptor::Line(LineView const& line) {
 void CRowAdaptor::Row(RowView const& row) {
     if (!m_goesOn) return;
     for (std::size_t i = 0; i < m_plans.size(); ++i) {
-        Plan const& plan = m_plans[i];
+        Plan& plan = m_plans[i];
         CellPart const& part = row.parts[plan.source];
         AdaptedCell& cell = m_cells[i];
         cell.text = part.text;
@@ -163,7 +163,7 @@ double CRowAdaptor::NumberAs(Plan const& plan, double number, bool& isRead) cons
     }
 }
 
-void CRowAdaptor::Adapt(Plan const& plan, CellPart const& part, CellRead const& read, AdaptedCell& cell) {
+void CRowAdaptor::Adapt(Plan& plan, CellPart const& part, CellRead const& read, AdaptedCell& cell) {
     cell.what = AdaptedCell::What::Missing;
     if (read.kind == CellKind::Missing) return;
     cell.what = AdaptedCell::What::Unreadable;
@@ -185,7 +185,11 @@ void CRowAdaptor::Adapt(Plan const& plan, CellPart const& part, CellRead const& 
             bool const isNumbers = date.form == DateText::Form::Numbers;
             if (isNumbers && (date.orders & plan.order) == 0) return;
             if (read.kind == CellKind::Date) {
-                cell.value = DecimalYear(DayOf(date, plan.order));
+                if (!(date == plan.date)) {
+                    plan.date = date;
+                    plan.year = DecimalYear(DayOf(date, plan.order));
+                }
+                cell.value = plan.year;
                 break;
             }
             std::int64_t day = 0;

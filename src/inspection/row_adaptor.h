@@ -64,11 +64,14 @@ private:
         bool isDate = false;                ///< the channel takes the date of a cell with date and time
         unsigned order = 0;
         std::vector<double> missing;
+        // Rows of one day follow each other.
+        DateText date;
+        double year = 0;
     };
 
     void Row(RowView const& row) override;
     void Line(LineView const& line) override;
-    void Adapt(Plan const& plan, CellPart const& part, CellRead const& read, AdaptedCell& cell);
+    void Adapt(Plan& plan, CellPart const& part, CellRead const& read, AdaptedCell& cell);
     double NumberAs(Plan const& plan, double number, bool& isRead) const;
     std::string_view TextOf(CellPart const& part, std::string& buffer);
 

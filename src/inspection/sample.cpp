@@ -25,7 +25,7 @@ bool TakeSample(CSourceLines& source, Sample& sample) {
     }
     sample.headLines = sample.lines.size();
     sample.isWhole = source.Offset() >= source.Length() && bytes < kMostBytes;
-    if (source.Error() != 0) return false;
+    if (source.HasFailed()) return false;
     if (sample.isWhole || !source.CanSeek()) return true;
     std::uint64_t const head = source.Offset();
     std::uint64_t read = head;
@@ -39,7 +39,7 @@ bool TakeSample(CSourceLines& source, Sample& sample) {
         }
         read = source.Offset();
     }
-    return source.Error() == 0;
+    return !source.HasFailed();
 }
 
 }  // namespace norva

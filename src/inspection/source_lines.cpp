@@ -2,7 +2,13 @@
 
 #include "platform/last_error.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace norva {
 
@@ -43,6 +49,7 @@ std::uint32_t WindowsCode(unsigned char byte) {
 }  // namespace
 
 Status CSourceLines::Open(std::string const& path) {
+    m_lines.LimitLines(kLongestLine);
     if (!m_lines.Open(path)) return Status::FileFailure("open", path, m_lines.Error());
     if (!m_wide.Open(path, CFile::Mode::Read)) return Status::FileFailure("open", path, m_wide.Error());
     unsigned char head[4] = {};
@@ -63,7 +70,7 @@ Status CSourceLines::Open(std::string const& path) {
         m_hasMark = true;
         m_bytes.resize(kWideBlock);
     }
-    return Rewind() ? Status() : Status::FileFailure("read", path, Error());
+    return Rewind() ? Status() : Result(path);
 }
 
 bool CSourceLines::Rewind() {
@@ -74,11 +81,21 @@ bool CSourceLines::Rewind() {
     m_begin = 0;
     m_half = 0;
     m_wideEnd = false;
+    m_isTooLong = false;
     return m_wide.Seek(2);
 }
 
 int CSourceLines::Error() const {
+    if (m_isTooLong) return EMSGSIZE;
     return m_encoding == TextReading::Encoding::Utf8 ? m_lines.Error() : m_wide.Error();
+}
+
+Status CSourceLines::Result(std::string const& path) const {
+    int const error = Error();
+    if (error == 0) return {};
+    if (error != EMSGSIZE) return Status::FileFailure("read", path, error);
+    return Status::Failure("Couldn't read the file", path,
+                           "It has a line of more than " + std::to_string(kLongestLine >> 20) + " MB: it is no table.");
 }
 
 std::uint64_t CSourceLines::Offset() const {
@@ -134,6 +151,8 @@ bool CSourceLines::NextWide(std::string_view& line) {
         // A CR at the end of what was read may be the first half of a CR LF.
         if (end != std::string::npos && (m_text[end] == '\n' || end + 1 < m_text.size())) break;
         scanned = m_text.size() - m_begin - (end == std::string::npos ? 0 : 1);
+        m_isTooLong = scanned > kLongestLine;
+        if (m_isTooLong) return false;
         if (!FillWide()) break;
     }
     if (end == std::string::npos) {
@@ -145,6 +164,26 @@ bool CSourceLines::NextWide(std::string_view& line) {
     line = std::string_view(m_text).substr(m_begin, end - m_begin);
     m_begin = end + (m_text[end] == '\r' && end + 1 < m_text.size() && m_text[end + 1] == '\n' ? 2 : 1);
     return true;
+}
+
+bool IsPlainAscii(std::string_view text) {
+    char const* next = text.data();
+    char const* const end = next + text.size();
+#if defined(__SSE2__)
+    if (text.size() >= 16) {
+        // Zero and what is negative are below one; the last block may overlap the one before.
+        __m128i const one = _mm_set1_epi8(1);
+        __m128i found = _mm_setzero_si128();
+        auto const look = [&](char const* at) {
+            __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(at));
+            found = _mm_or_si128(found, _mm_cmplt_epi8(bytes, one));
+        };
+        for (; end - next > 16; next += 16) look(next);
+        look(end - 16);
+        return _mm_movemask_epi8(found) == 0;
+    }
+#endif
+    return std::all_of(next, end, [](char c) { return static_cast<signed char>(c) > 0; });
 }
 
 std::size_t FindNoUtf8(std::string_view text) {

@@ -32,10 +32,14 @@ public:
     /// Goes to the start of the first line that begins after `offset`. Only where CanSeek.
     bool SeekLineAfter(std::uint64_t offset);
     bool Rewind();
-    /// Of reading; 0 for none.
-    int Error() const;
+    /// Lines are at most so long: what has none that end is no table, and is not to fill the memory.
+    static constexpr std::size_t kLongestLine = 4 * 1024 * 1024;
+    bool HasFailed() const { return Error() != 0; }
+    /// Why reading ended before the end of the file at `path`; success when it did not.
+    Status Result(std::string const& path) const;
 
 private:
+    int Error() const;
     bool NextWide(std::string_view& line);
     bool FillWide();
 
@@ -52,8 +56,11 @@ private:
     std::vector<unsigned char> m_bytes;
     std::uint32_t m_half = 0;
     bool m_wideEnd = false;
+    bool m_isTooLong = false;
 };
 
+/// Whether the text is ASCII without a NUL byte.
+bool IsPlainAscii(std::string_view text);
 /// Offset of the first byte in the text that is not part of well-formed UTF-8; npos for none.
 std::size_t FindNoUtf8(std::string_view text);
 /// Latin-1, with the characters that Windows has from 80 to 9F, as UTF-8.

@@ -28,6 +28,7 @@ CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> c
       m_rule(SplitRuleOf(reading)),
       m_cells(CellRulesOf(reading)),
       m_mender(reading, looks),
+      m_plainRows(reading, looks, texts == Texts::Read),
       m_readsTexts(texts == Texts::Read) {
     for (ColumnLook const& look : looks) {
         m_kinds.push_back(KindOf(look.kind));
@@ -37,6 +38,7 @@ CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> c
 }
 
 void CTableReader::Feed(std::string_view line, std::uint64_t number) {
+    if (FeedPlain(line, number)) return;
     std::string_view const text = Trim(line);
     if (!m_open.empty()) {
         if (GoesOnWith(line, number)) return;
@@ -51,6 +53,16 @@ void CTableReader::Feed(std::string_view line, std::uint64_t number) {
         return GiveLine(IsRule(text) ? TableLine::Rule : TableLine::Above, line, number);
     }
     FeedTable(line, number, true);
+}
+
+/// Gives the line where nothing around it has to be looked at and nothing in it is odd.
+bool CTableReader::FeedPlain(std::string_view line, std::uint64_t number) {
+    if (number < m_reading.firstDataLine || !m_open.empty() || !m_held.empty() || m_inOtherTable) return false;
+    m_parts.resize(m_looks.size());
+    if (!m_plainRows.Read(line, m_parts, m_reads)) return false;
+    m_oddInRow = 0;
+    GiveRow(line, number, {});
+    return true;
 }
 
 void CTableReader::FeedTable(std::string_view line, std::uint64_t number, bool canJoin) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "inspection/plain_row.h"
 #include "inspection/row_mending.h"
 
 #include <cstdint>
@@ -68,6 +69,7 @@ private:
         bool isNothing = false;  ///< a row of empty cells
     };
 
+    bool FeedPlain(std::string_view line, std::uint64_t number);
     void FeedTable(std::string_view line, std::uint64_t number, bool canJoin);
     bool GoesOnWith(std::string_view line, std::uint64_t number);
     void GiveUpJoining();
@@ -88,6 +90,7 @@ private:
     SplitRule m_rule;
     CellRules m_cells;
     CRowMender m_mender;
+    CPlainRows m_plainRows;
     bool m_readsTexts;
     std::vector<CellKind> m_kinds;
     std::size_t m_typed = 0;

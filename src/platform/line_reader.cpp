@@ -1,6 +1,7 @@
 #include "platform/line_reader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
@@ -76,6 +77,10 @@ bool CLineReader::Fill() {
         std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
         m_end -= m_begin;
         m_begin = 0;
+    }
+    if (m_end >= m_longestLine) {
+        m_error = EMSGSIZE;
+        return false;
     }
     if (m_end == m_buffer.size()) {
         m_buffer.resize(m_buffer.size() * 2);

@@ -27,6 +27,8 @@ public:
     bool Next(std::string_view& line);
     /// Offset just after the line (with its end) that Next gave last, or that Seek went to.
     std::uint64_t Offset() const { return m_offset; }
+    /// A line that is longer ends the reading with EMSGSIZE as its error, before much more of it is in memory.
+    void LimitLines(std::size_t bytes) { m_longestLine = bytes; }
     /// Length of the file when it was opened.
     std::uint64_t Length() const { return m_length; }
     bool Seek(std::uint64_t offset);
@@ -50,6 +52,7 @@ private:
     std::size_t m_lineFeed = kUnknown;  ///< next line feed from m_begin on, m_end for none
     std::uint64_t m_offset = 0;
     std::uint64_t m_length = 0;
+    std::size_t m_longestLine = kUnknown;
     int m_error = 0;
     bool m_atEnd = false;
 };

@@ -247,7 +247,9 @@ TEST_F(InspectionAdaptor, RefusalsSayWhy) {
     } const cases[] = {{"", "There is no text in the file"},
                        {"\x1F\x8B\x08", "gzip"},
                        {"PK\x03\x04", "zip"},
-                       {"\x1A", "There is no text"}};
+                       {"\x1A", "There is no text"},
+                       {"A,B\n1,2\n" + std::string(5 << 20, '7'), "a line of more than 4 MB"},
+                       {"\xFF\xFE" + std::string(10 << 20, '7'), "a line of more than 4 MB"}};
     for (auto const& c : cases) {
         Inspection found;
         std::string const text = InspectTextFile(Write(c.bytes), {}, found).Text();

@@ -96,7 +96,7 @@ private:
             goesOn = adaptor.Feed(line, lines.Number());
         }
         if (goesOn) adaptor.Finish();
-        if (lines.Error() != 0) return Status::FileFailure("read", textPath, lines.Error());
+        if (Status status = lines.Result(textPath); !status) return status;
         if (m_files.Failed()) return Shown(Status::Failure(GetLastErrorText()));
         if (m_profiles.empty()) return Status::Failure("There are no data rows in the file", textPath);
         m_converter.Finish();
