@@ -2,6 +2,7 @@
 
 #include "common/command_error.h"
 #include "common/names.h"
+#include "common/settings_json.h"
 #include "common/text_file.h"
 
 #include <algorithm>
@@ -143,6 +144,25 @@ NorvaChannelStruct ColumnFromJson(nlohmann::json const& json, std::string const&
     return column;
 }
 
+/// A proposal is kept whole: its reading would not come back from types and names.
+nlohmann::ordered_json ProposalTemplateJson(ColumnTemplate const& columns) {
+    return {{"norva", "column template"},
+            {"version", 2},
+            {"header", {{"line", columns.headerLine}, {"text", columns.headerText}}},
+            {"settings", SettingsJson(columns.settings)}};
+}
+
+ColumnTemplate ProposalTemplateFromJson(nlohmann::json const& json, std::string const& path) {
+    ImportSettings settings = SettingsFromJson(json.at("settings"));
+    auto* const columns = std::get_if<ColumnTextSettings>(&settings);
+    if (columns == nullptr || !columns->reading || columns->columns.empty() ||
+        columns->columnReadings.size() != columns->columns.size()) {
+        Reject(path, "its settings are no proposal for a text");
+    }
+    return {std::move(*columns), json.at("header").at("line").get<int>(),
+            json.at("header").at("text").get<std::string>()};
+}
+
 /// A step of ApplyTemplate.
 void Require(Status const& status) {
     if (!status) throw CommandError(status.Reason().empty() ? status.Text() : status.Reason());
@@ -198,6 +218,9 @@ std::vector<std::string> TemplateMisfits(ColumnTemplate const& columns, CColumnT
 }
 
 void ApplyTemplate(ColumnTemplate const& columns, CColumnTextDraft& draft, TemplateFit fit) {
+    if (columns.settings.reading) {
+        throw CommandError("the template holds a proposal from a whole file, which the first rows alone do not take");
+    }
     std::vector<std::string> misfits;
     if (fit == TemplateFit::Checked) misfits = TemplateMisfits(columns, draft);
     if (!misfits.empty()) {
@@ -233,6 +256,7 @@ void ApplyTemplate(ColumnTemplate const& columns, CColumnTextDraft& draft, Templ
 }
 
 nlohmann::ordered_json TemplateJson(ColumnTemplate const& columns) {
+    if (columns.settings.reading) return ProposalTemplateJson(columns);
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (NorvaChannelStruct const& column : columns.settings.columns) {
         ColumnType const type = TypeOf(column);
@@ -250,7 +274,8 @@ nlohmann::ordered_json TemplateJson(ColumnTemplate const& columns) {
 
 ColumnTemplate TemplateFromJson(nlohmann::json const& json, std::string const& path) {
     if (!json.is_object() || json.value("norva", "") != "column template") Reject(path, "it does not say so");
-    if (json.value("version", 0) != 1) Reject(path, "its version is not 1");
+    if (json.value("version", 0) == 2) return ProposalTemplateFromJson(json, path);
+    if (json.value("version", 0) != 1) Reject(path, "its version is neither 1 nor 2");
     ColumnTemplate result;
     ColumnTextSettings& settings = result.settings;
     settings.skip = json.at("skip").get<int>();

@@ -40,6 +40,7 @@ struct Conversion {
     std::uint64_t lines = 0;
     std::uint64_t values = 0;
     std::uint64_t losses = 0;        ///< of the import
+    std::uint64_t doubts = 0;        ///< of the proposal
     std::uint64_t exportLosses = 0;  ///< values that do not read back from the output
 };
 
@@ -56,7 +57,7 @@ void ConvertOne(Conversion& one, ConvertJob const& job, CScratchFolder const& sc
     if (!report.empty()) RequireReportPath(report, job.output.force, one.input);
     std::string const store = scratch.StorePath(one.input);
     ImportOutcome const outcome =
-        RunImport({one.input, store, job.import, false, !report.empty(), job.places}, console);
+        RunImport({one.input, store, job.import, false, !report.empty(), job.places, job.strict}, console);
     TellSummary(outcome.report, job.strict, console);
     ExportReport const written = RunExport(store, one.output, job.output, console);
     console.Say(one.output + ": " + StoreSummary(store));
@@ -65,6 +66,7 @@ void ConvertOne(Conversion& one, ConvertJob const& job, CScratchFolder const& sc
     one.lines = outcome.report.lines.size();
     for (ReportChannel const& channel : outcome.report.channels) one.values += channel.values;
     one.losses = outcome.report.LossCount();
+    one.doubts = outcome.doubts;
     one.exportLosses = written.LossCount();
     std::error_code error;
     fs::remove(store, error);
@@ -99,6 +101,7 @@ void PrintJson(std::vector<Conversion> const& all) {
                         {"lines", one.lines},
                         {"values", one.values},
                         {"losses", one.losses},
+                        {"doubts", one.doubts},
                         {"losses_of_export", one.exportLosses},
                         {"status", one.failure.empty() ? "converted" : "failed"}});
         if (!one.failure.empty()) list.back()["message"] = one.failure;
@@ -137,7 +140,7 @@ int RunConvert(ConvertJob const& job) {
         try {
             if (!outputs.insert(one.output).second) throw CommandError(input + ": another file became " + one.output);
             ConvertOne(one, job, scratch, console);
-            losses += one.losses + one.exportLosses;
+            losses += one.losses + one.doubts + one.exportLosses;
         } catch (CommandError const& error) {
             if (!intoFolder) throw;
             console.Complain(error.what());
@@ -170,9 +173,10 @@ void AddConvertCommand(CCommands& commands) {
     command.add_option("--report", job->reports,
                        "Folder for a report in JSON on every file: what became of every line and value");
     AddPlacesOption(command, job->places);
-    command.add_flag("--strict", job->strict,
-                     "Exit with status " + std::to_string(kExitLoss) +
-                         " when anything was lost or changed; the files are made all the same");
+    command.add_flag(
+        "--strict", job->strict,
+        "Exit with status " + std::to_string(kExitLoss) +
+            " when anything was lost or changed, or a proposal has doubts; the files are made all the same");
     command.add_flag("--json", job->json, "Print what became of every file as JSON");
     command.add_flag("--quiet", job->quiet, "Say only what went wrong, losses among it");
     AddImportOptions(command, job->import);

@@ -79,8 +79,7 @@ void AddImportCommand(CCommands& commands) {
     auto const job = std::make_shared<Job>();
     CLI::App& command = commands.Add(
         "import", "Import a file into a new store",
-        "norva import survey.csv -o survey.nvt --header-line 1 --label-column Line --column Mag:type=double,units=nT",
-        [job] {
+        "norva import survey.csv\n  norva import survey.csv -o survey.nvt --column Mag:units=nT --dates dmy", [job] {
             CConsole console(job->quiet);
             if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
             job->store = WrittenPath(job->store);
@@ -88,9 +87,9 @@ void AddImportCommand(CCommands& commands) {
             std::string const templatePath = job->saveTemplate.empty() ? "" : TemplatePath(job->saveTemplate);
             if (!templatePath.empty()) RequireFree(templatePath, job->force, job->input);
             if (!job->report.empty()) RequireReportPath(job->report, job->force, job->input);
-            ImportOutcome const outcome = RunImport(
-                {job->input, job->store, job->options, !templatePath.empty(), !job->report.empty(), job->places},
-                console);
+            ImportOutcome const outcome = RunImport({job->input, job->store, job->options, !templatePath.empty(),
+                                                     !job->report.empty(), job->places, job->strict},
+                                                    console);
             console.Say(job->store + ": " + StoreSummary(job->store));
             if (!templatePath.empty()) {
                 if (!outcome.columns) throw CommandError(templatePath + ": this format has no column template");
@@ -102,7 +101,7 @@ void AddImportCommand(CCommands& commands) {
                 WriteReport(job->report, outcome, ImportOptionWords(*job->command));
                 console.Say(job->report + ": written");
             }
-            return job->strict && HasLoss(outcome.report) ? kExitLoss : kExitDone;
+            return job->strict && (HasLoss(outcome.report) || outcome.doubts > 0) ? kExitLoss : kExitDone;
         });
     job->command = &command;
     command.add_option("INPUT", job->input, "File to import")->required();
@@ -111,9 +110,10 @@ void AddImportCommand(CCommands& commands) {
     command.add_flag("--quiet", job->quiet, "Say only what went wrong, losses among it");
     command.add_option("--report", job->report, "Write what became of every line and value (.json or .html)");
     AddPlacesOption(command, job->places);
-    command.add_flag("--strict", job->strict,
-                     "Exit with status " + std::to_string(kExitLoss) +
-                         " when anything was lost or changed; the store is made all the same");
+    command.add_flag(
+        "--strict", job->strict,
+        "Exit with status " + std::to_string(kExitLoss) +
+            " when anything was lost or changed, or the proposal has doubts; the store is made all the same");
     AddImportOptions(command, job->options);
     command
         .add_option("--save-template", job->saveTemplate,

@@ -135,25 +135,13 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                 "--template", options.columnTemplate,
                 "Column template (a name, see 'norva template', or a .json file); the other options come after it"),
             fields);
-    declare(
-        command.add_option("--skip", options.skip, "Lines with text to skip at the top")->check(CLI::NonNegativeNumber),
-        columns);
     declare(command
                 .add_option("--header-line", options.headerLine,
-                            "Name the columns from this line (1 is the file's first line with text)")
-                ->check(CLI::PositiveNumber),
+                            "Line of the file that names the columns, as an editor counts; 0 for none")
+                ->check(CLI::NonNegativeNumber),
             columns);
     declare(command.add_option("--label-column", options.labelColumn,
-                               "Column (name, or number from 1) whose changes start a new line"),
-            columns);
-    declare(command.add_option_function<std::string>(
-                "--delimiters",
-                [&options](std::string const& text) {
-                    options.delimiters = text;
-                    std::size_t const tab = text.find("\\t");  // a tab is hard to type
-                    if (tab != std::string::npos) options.delimiters.replace(tab, 2, "\t");
-                },
-                "Characters that separate the names of the header line, e.g. ';' or ',\\t'"),
+                               "Column (name, or number from 1) whose changes start a new line; 'none' for no column"),
             columns);
     declare(command
                 .add_option_function<std::vector<std::string>>(
@@ -162,10 +150,45 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                         for (std::string const& one : texts) options.columns.push_back(ParseColumnOption(one));
                     },
                     "C:type=double,name=Mag,units=nT with C a name, or a number from 1; type: " + ListOf(kColumnTypes) +
-                        "; also template=DD/MM/YYYY and width=8 (repeatable; also GBN)")
+                        "; also template=DD/MM/YYYY and width=8 (repeatable; also GBN). XYZ, CSV, GEM, CG5: C may be "
+                        "several, Mag,Alt, or '*'")
                 ->expected(1)
                 ->take_all(),
             {SettingsKind::ColumnText, SettingsKind::SeaSpy, SettingsKind::Gbn});
+
+    group = "Proposal from the whole file (XYZ, CSV, GEM, CG5): each option settles one choice and leaves the others";
+    auto const ofProposal = [&](CLI::Option* option) { options.ofProposal.push_back(declare(option, columns)); };
+    declare(command.add_flag("--as-it-stands", options.asItStands,
+                             "No proposal: guess from the first rows alone, as the dialog of the import does"),
+            columns);
+    ofProposal(command.add_option("--separator", options.separator, "Separator of the cells")
+                   ->check(CLI::IsMember({"comma", "semicolon", "tab", "bar", "blanks"})));
+    ofProposal(command.add_option("--dates", options.dates, "Order of dates where they allow several")
+                   ->check(CLI::IsMember({"dmy", "mdy", "ymd"})));
+    ofProposal(command.add_option("--no-data", options.noData, "Number that stands for a missing value (repeatable)")
+                   ->expected(1)
+                   ->take_all());
+    ofProposal(command.add_option("--keep", options.keep, "Number that does not, though it looks so (repeatable)")
+                   ->expected(1)
+                   ->take_all());
+    ofProposal(command
+                   .add_option("--marker", options.markers,
+                               "Further word that starts a line of the survey (repeatable); 'none': no word does")
+                   ->expected(1)
+                   ->take_all());
+
+    group = "First rows alone (XYZ, CSV, GEM, CG5: with --as-it-stands or a template of it; IPR_12, GPX: always)";
+    auto const ofFirstRows = [&](CLI::Option* option) { options.ofFirstRows.push_back(declare(option, columns)); };
+    ofFirstRows(command.add_option("--skip", options.skip, "Lines with text to skip at the top")
+                    ->check(CLI::NonNegativeNumber));
+    ofFirstRows(command.add_option_function<std::string>(
+        "--delimiters",
+        [&options](std::string const& text) {
+            options.delimiters = text;
+            std::size_t const tab = text.find("\\t");  // a tab is hard to type
+            if (tab != std::string::npos) options.delimiters.replace(tab, 2, "\t");
+        },
+        "Characters that separate the names of the header line, e.g. ';' or ',\\t'"));
 
     group = "GBN";
     names("--lines", options.keepLines, "Lines to keep: names, or numbers from 1, separated by commas", gbn);
@@ -236,6 +259,8 @@ ImportOptions ParseImportOptions(std::vector<std::string> words) {
     std::ranges::reverse(words);  // as the parser takes them
     command.parse(std::move(words));
     options.declared.clear();  // they go with the command
+    options.ofProposal.clear();
+    options.ofFirstRows.clear();
     return options;
 }
 

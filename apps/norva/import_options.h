@@ -13,7 +13,7 @@ namespace norva {
 
 /// One `--column` of the command line: `C:key=value,...`.
 struct ColumnOption {
-    std::string column;  ///< 1-based number or name
+    std::string column;  ///< 1-based number or name; of a proposal also several with commas, or "*"
     std::string type;    ///< empty: as guessed
     std::optional<std::string> name{};
     std::optional<std::string> units{};
@@ -39,6 +39,13 @@ struct ImportOptions {
     std::string labelColumn;
     std::string delimiters;
     std::vector<ColumnOption> columns;
+    // Text that is imported by a proposal from the whole file.
+    bool asItStands = false;  ///< by the first rows instead
+    std::string separator;
+    std::string dates;
+    std::vector<double> noData;
+    std::vector<double> keep;
+    std::vector<std::string> markers;
     // GBN and CG3.
     std::vector<std::string> keepLines;
     std::vector<std::string> keepChannels;
@@ -61,6 +68,8 @@ struct ImportOptions {
         std::vector<SettingsKind> kinds;
     };
     std::vector<Declared> declared;
+    std::vector<CLI::Option const*> ofProposal{};   ///< options of a proposal alone
+    std::vector<CLI::Option const*> ofFirstRows{};  ///< options of the import by the first rows alone
 };
 
 /// Declares the import options on a subcommand. `options` must outlive the parse.

@@ -72,8 +72,19 @@ int SkipThatFits(CColumnTextDraft const& draft, int line, HeaderDelimiters const
     return 0;
 }
 
-void TakeHeaderLine(CColumnTextDraft& draft, int line, ImportOptions const& options) {
-    std::string const option = "--header-line " + std::to_string(line);
+/// Place of a line of the file, from 1, among those with text, from 1.
+int TextLine(CColumnTextDraft const& draft, int number) {
+    std::vector<PreviewLine> const& lines = draft.Preview().lines;
+    auto const found = std::ranges::find(lines, static_cast<std::uint64_t>(number), &PreviewLine::number);
+    if (found != lines.end()) return static_cast<int>(found - lines.begin()) + 1;
+    throw CommandError("--header-line " + std::to_string(number) + ": There is no text in line " +
+                       std::to_string(number) + ", or it is not among the first " + std::to_string(lines.size()) +
+                       " lines with text");
+}
+
+void TakeHeaderLine(CColumnTextDraft& draft, int number, ImportOptions const& options) {
+    std::string const option = "--header-line " + std::to_string(number);
+    int const line = TextLine(draft, number);
     bool const isAmongRows = line > draft.HeaderCount() && line <= draft.LastSkip();
     if (isAmongRows) Require(draft.SetSkip(std::max(line, draft.FirstSkip())), option);
     HeaderDelimiters const delimiters =
@@ -124,7 +135,8 @@ ChosenSettings ColumnsFrom(ImportOptions const& options, ImportFormatInfo const&
     if (options.skip) Require(draft.SetSkip(*options.skip), "--skip " + std::to_string(*options.skip));
     if (options.headerLine) TakeHeaderLine(draft, *options.headerLine, options);
     for (ColumnOption const& column : options.columns) SetColumn(draft, column);
-    if (!options.labelColumn.empty()) draft.SetLabelColumn(FindColumn(draft, options.labelColumn));
+    if (!options.labelColumn.empty() && options.labelColumn != "none")
+        draft.SetLabelColumn(FindColumn(draft, options.labelColumn));
     ChosenSettings chosen;
     chosen.columns = TemplateOf(draft);
     chosen.mayInterpolate = mayInterpolate;

@@ -4,7 +4,9 @@
 #include "jobs.h"
 #include "norva/file_description.h"
 #include "norva/file_util.h"
+#include "norva/formats.h"
 #include "norva/import_export.h"
+#include "proposal.h"
 
 #include <nlohmann/json.hpp>
 
@@ -161,6 +163,28 @@ struct InfoJob {
     DescriptionSettings settings;
 };
 
+/// How 'norva import' would read a text, with the reasons. False: there is none.
+bool AddProposal(InfoJob const& job, std::string const& label, nlohmann::ordered_json& json) {
+    ImportOptions options;
+    if (!job.settings.format.empty()) options.format = label;
+    Inspection proposal;
+    try {
+        proposal = ProposeImport(options, job.path);
+    } catch (CommandError const& error) {
+        if (!job.json) std::cout << "proposal: none, " << error.what() << "\n";
+        if (job.json) json["proposal"] = {{"problem", error.what()}};
+        return false;
+    }
+    std::string const command = CommandLineOf(proposal, options, job.path);
+    if (job.json) {
+        json["proposal"] = ProposalJson(proposal, command);
+        return true;
+    }
+    std::cout << "proposal for the import, from the whole file (? stands before a doubt)\n"
+              << proposal.Text() << "the import that makes these choices\n  " << command << "\n";
+    return true;
+}
+
 int RunInfo(InfoJob const& job) {
     nlohmann::ordered_json json;
     if (job.settings.format.empty() && job.settings.record.empty() && IsStore(job.path)) {
@@ -172,9 +196,22 @@ int RunInfo(InfoJob const& job) {
         DescriptionSettings settings = job.settings;
         if (!settings.format.empty()) settings.format = FindFormat(settings.format).label;
         FileDescription description;
-        if (DescribeFile(job.path, settings, description) == 0) throw CommandError(GetLastErrorText());
+        if (DescribeFile(job.path, settings, description) == 0) {
+            // A text that the first rows alone do not read may have a proposal all the same.
+            std::string const failure = GetLastErrorText();
+            description = {};
+            description.format = settings.format.empty() ? RecognizeImportFormat(job.path).label : settings.format;
+            bool const mayBeText = job.settings.record.empty() && !description.format.empty();
+            if (!mayBeText || !IsProposed(FindFormat(description.format))) throw CommandError(failure);
+            description.problem = failure;
+        }
+        bool const isText = job.settings.record.empty() && IsProposed(FindFormat(description.format));
+        // What the first rows alone say of columns and lines would stand against the proposal.
+        if (isText && !job.json) description.tables.resize(std::min<std::size_t>(description.tables.size(), 1));
         if (!job.json) PrintDescription(description);
         if (job.json) json = DescriptionJson(description);
+        bool const isProposed = isText && AddProposal(job, description.format, json);
+        if (!description.problem.empty() && isText && !isProposed) throw CommandError(description.problem);
     }
     if (job.json) std::cout << json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
     return kExitDone;

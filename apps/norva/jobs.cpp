@@ -6,6 +6,7 @@
 #include "import_settings.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
+#include "proposal.h"
 
 #include <unistd.h>
 
@@ -68,11 +69,33 @@ bool AskForInterpolated(std::string const& input, CConsole& console) {
     return answer == 'y' || answer == 'Y';
 }
 
+/// What the proposal chose and doubts; all of it is told by 'norva info'.
+void TellProposal(Inspection const& proposal, ImportTask const& task, CConsole& console) {
+    std::size_t const doubts = proposal.Doubts();
+    std::string const count =
+        doubts == 0 ? "" : Counted(doubts, "doubt") + ": see 'norva info " + task.input + "' for the evidence";
+    if (doubts > 0 && (console.Quiet() || task.isStrict)) {
+        console.Complain(task.input + ": " + count + (task.isStrict ? "\n" + ShortText(proposal) : ""));
+        return;
+    }
+    console.Say(ShortText(proposal));
+    if (doubts > 0) console.Say(count);
+}
+
 }  // namespace
 
 ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
     ImportFormatInfo const format = FormatOf(task, console);
-    ChosenSettings chosen = SettingsFrom(task.options, format, task.input, task.keepsColumns);
+    std::optional<Inspection> proposal;
+    ChosenSettings chosen;
+    if (GoesByProposal(task.options, format)) {
+        RequireApplicable(task.options, format.settings, format.label);
+        proposal = ProposeImport(task.options, task.input);
+        chosen = {proposal->settings, TemplateOf(*proposal)};
+        TellProposal(*proposal, task, console);
+    } else {
+        chosen = SettingsFrom(task.options, format, task.input, task.keepsColumns);
+    }
     if (chosen.mayInterpolate) {
         std::get<SeaSpySettings>(chosen.settings).interpolated = AskForInterpolated(task.input, console);
     }
@@ -83,7 +106,8 @@ ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
     request.places = task.places;
     ImportOutcome outcome = RunImport(std::move(request), task.input, console);
     outcome.columns = std::move(chosen.columns);
-    if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings)) {
+    if (proposal) outcome.doubts = proposal->Doubts();
+    if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings); text != nullptr && !proposal) {
         int const skip = BetterSkip(outcome.report, *text, format, task.input);
         if (skip > 0) {
             console.Complain(task.input + ": most rows have more values than the first one; try --skip " +

@@ -18,12 +18,14 @@ struct ImportTask {
     bool keepsColumns = false;                         ///< the choices for the columns are wanted, for a template
     bool hashesSource = false;                         ///< the report is to have the source's SHA-256
     std::size_t places = ReportFinding::kUsualPlaces;  ///< of each finding that the report names
+    bool isStrict = false;                             ///< doubts are complaints
 };
 
 struct ImportOutcome {
     ImportReport report{};
     ImportSettings settings{};
     std::optional<ColumnTemplate> columns{};  ///< of a text
+    std::size_t doubts = 0;                   ///< of a proposal
 };
 
 /// Imports a file into a new store; throws CommandError.

@@ -179,6 +179,7 @@ void ImportAgain(std::string const& source, std::string const& store, nlohmann::
     } else {
         ImportOptions options = ParseImportOptions(report.at("options").get<std::vector<std::string>>());
         options.format = request.format;
+        options.asItStands = true;
         RunImport({request.inputPath, store, options}, quiet);
         return;
     }

@@ -14,12 +14,15 @@ namespace norva {
 
 /// What a person settles beforehand; all else is found out.
 struct InspectionOptions {
-    std::optional<std::string> dates{};      ///< "dmy", "mdy" or "ymd" where dates allow it
-    std::vector<double> noData{};            ///< numbers that stand for a missing value, however rare
-    std::vector<double> keep{};              ///< numbers that do not
-    std::vector<std::string> markerWords{};  ///< further words that start a line of the survey
-    std::optional<int> labelColumn{};        ///< column of the file whose changes start a line, from 0; -1: none
-    std::optional<char> separator{};         ///< as in TextReading
+    std::optional<std::string> dates{};         ///< "dmy", "mdy" or "ymd" where dates allow it
+    std::vector<double> noData{};               ///< numbers that stand for a missing value, however rare
+    std::vector<double> keep{};                 ///< numbers that do not
+    std::vector<std::string> markerWords{};     ///< further words that start a line of the survey
+    bool findsMarkers = true;                   ///< false: no other words do
+    std::optional<int> labelColumn{};           ///< column of the file whose changes start a line, from 0; -1: none
+    std::optional<char> separator{};            ///< as in TextReading
+    std::optional<std::uint64_t> headerLine{};  ///< line of the file that holds the names, from 1; 0: none
+    std::vector<int> textColumns{};             ///< columns of the file, from 0, that are stored as texts
 };
 
 /// One choice and why it was made.
@@ -81,7 +84,7 @@ struct Inspection {
     bool isTable = false;  ///< the file reads as rows of one table
 
     /// How many findings are doubts. Lines that do not agree do not count.
-    std::size_t Doubts() const;
+    NORVA_API std::size_t Doubts() const;
     /// One line for each finding and each line that does not agree; "? " in front of doubts.
     NORVA_API std::string Text() const;
 };

@@ -59,6 +59,7 @@ public:
 private:
     void Decide() {
         std::uint64_t const present = m_facts.Present();
+        if (std::ranges::find(m_options.textColumns, m_source) != m_options.textColumns.end()) return Text("as told");
         if (present == 0) return NoValues();
         if (m_naming.isLabel) return Text("names the lines of the survey");
         for (CellKind const kind :

@@ -63,7 +63,11 @@ public:
           m_rule(SplitRuleOf(reading)),
           m_cells(CellRulesOf(reading)) {}
 
-    HeaderChoice Run() {
+    HeaderChoice Run(std::optional<std::uint64_t> told) {
+        if (told) {
+            TakeTold(static_cast<std::size_t>(*told));
+            return m_choice;
+        }
         bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(),
                                          [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
         std::size_t const first = isTyped ? FirstTypedRow() : FirstRowOfTexts();
@@ -107,8 +111,8 @@ private:
         return fitting > 0 && other * 2 <= typed;
     }
 
-    std::size_t FirstTypedRow() {
-        for (std::size_t i = 0; i < m_sample.headLines; ++i) {
+    std::size_t FirstTypedRow(std::size_t from = 0) {
+        for (std::size_t i = from; i < m_sample.headLines; ++i) {
             if (IsData(m_sample.lines[i].text)) return i;
         }
         return m_sample.headLines;
@@ -287,6 +291,54 @@ private:
         m_choice.units.resize(m_looks.size());
     }
 
+    /// The names stand in the line `number`, from 1, or nowhere.
+    void TakeTold(std::size_t number) {
+        std::size_t const first = FirstTypedRow(number);
+        bool const isTyped = first < m_sample.headLines;
+        std::size_t const below = isTyped ? first : std::min(number, m_sample.headLines);
+        m_below = below;
+        m_top = below;
+        if (number > m_sample.headLines) {
+            m_choice.problem = "it is not among the first " + std::to_string(m_sample.headLines) + " lines";
+        } else if (number > 0) {
+            ReadTold(number - 1, below);
+        }
+        bool const endsEmpty =
+            m_looks.size() > 1 && m_looks.back().kind == ColumnLook::Kind::Empty && m_reading.separator != ' ';
+        if (endsEmpty && (m_choice.names.size() < m_looks.size() || m_choice.names.back().empty())) DropLast();
+        m_choice.names.resize(m_looks.size());
+        m_choice.units.resize(m_looks.size());
+        PlaceData(below);
+    }
+
+    void ReadTold(std::size_t index, std::size_t first) {
+        std::string const& line = m_sample.lines[index].text;
+        std::optional<Names> names = NamesIn(line, m_looks.size());
+        if (!names) {
+            SplitLine(WithoutMark(line), m_rule, m_parts);
+            names = TextsOf(m_parts);
+            if (!AreNames(*names)) {
+                m_choice.problem = names->size() < 2 && Trim(line).empty() ? "it is empty" : "it holds numbers";
+                return;
+            }
+            m_choice.isUneven = names->size() != m_looks.size();
+        }
+        m_choice.names = std::move(*names);
+        m_choice.nameLines = {m_sample.lines[index].number};
+        m_choice.headerText = Trim(line);
+        m_top = index;
+        m_below = index + 1;
+        for (std::size_t i = index + 1; i < first && m_choice.unitLine == 0; ++i) {
+            if (IsSkipped(m_sample.lines[i].text)) continue;
+            std::optional<Names> units = UnitsIn(m_sample.lines[i].text, m_looks.size());
+            if (!units) break;
+            m_choice.units = std::move(*units);
+            for (std::string& unit : m_choice.units) unit = WithoutBrackets(unit);
+            m_choice.unitLine = m_sample.lines[i].number;
+            m_below = i + 1;
+        }
+    }
+
     void DropLast() {
         m_choice.trailingSeparator = true;
         m_looks.pop_back();
@@ -344,8 +396,9 @@ private:
 
 }  // namespace
 
-HeaderChoice FindHeader(Sample const& sample, TextReading const& reading, std::vector<ColumnLook>& looks) {
-    return CHeaderSearch(sample, reading, looks).Run();
+HeaderChoice FindHeader(Sample const& sample, TextReading const& reading, std::vector<ColumnLook>& looks,
+                        std::optional<std::uint64_t> told) {
+    return CHeaderSearch(sample, reading, looks).Run(told);
 }
 
 }  // namespace norva

@@ -4,6 +4,7 @@
 #include "norva/settings.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,10 +25,13 @@ struct HeaderChoice {
     bool byTextsAlone = false;    ///< no column is typed: told by what comes back in its column
     bool isUneven = false;        ///< the names are not as many as the columns
     bool lacksEnd = false;        ///< rows end in a separator, the names do not
+    std::string problem;          ///< why the line that was told holds no names; else empty
 };
 
 /// `reading` has separators, quotes and comment marks set; `looks` loses its last column where every row ends in a
-/// separator. Looks at the lines of the start of the file alone.
-HeaderChoice FindHeader(Sample const& sample, TextReading const& reading, std::vector<ColumnLook>& looks);
+/// separator. Looks at the lines of the start of the file alone. `told`: the line of the names, where a person says it;
+/// 0 for none.
+HeaderChoice FindHeader(Sample const& sample, TextReading const& reading, std::vector<ColumnLook>& looks,
+                        std::optional<std::uint64_t> told);
 
 }  // namespace norva

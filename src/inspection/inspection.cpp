@@ -69,7 +69,9 @@ private:
     /// Comment marks, words of markers, quotes: what does not hang on the separator.
     void FindLineMarks() {
         m_reading.commentMarks = FindCommentMarks(m_sample, m_doubtfulMarks);
-        for (std::string_view const word : UsualMarkerWords()) m_reading.markerWords.emplace_back(word);
+        if (m_options.findsMarkers) {
+            for (std::string_view const word : UsualMarkerWords()) m_reading.markerWords.emplace_back(word);
+        }
         for (std::string const& word : m_options.markerWords) m_reading.markerWords.push_back(ToUpper(word));
         m_quote = FindQuote(m_sample);
         m_reading.quote = m_quote.quote;
@@ -111,7 +113,11 @@ private:
         FindOtherMarkers(width);
         m_looks =
             FindColumnLooks(voters, SplitRuleOf(m_reading), CellRulesOf(m_reading), width, m_reading.quotesEveryRow);
-        m_header = FindHeader(m_sample, m_reading, m_looks);
+        m_header = FindHeader(m_sample, m_reading, m_looks, m_options.headerLine);
+        if (!m_header.problem.empty()) {
+            return Status::Failure("Line " + Number(*m_options.headerLine) + " cannot name the columns", m_path,
+                                   m_header.problem);
+        }
         m_reading.trailingSeparator = m_header.trailingSeparator;
         m_reading.firstDataLine = m_header.firstDataLine;
         m_reading.firstMarkerLine = m_header.firstMarkerLine;
@@ -122,6 +128,7 @@ private:
 
     /// Words that nobody told of, which come twice or more with a label, alone in lines that are no rows.
     void FindOtherMarkers(std::size_t width) {
+        if (!m_options.findsMarkers) return;
         std::map<std::string, std::size_t> words;
         std::map<std::string, std::set<std::string>> labels;
         std::vector<CellPart> parts;
@@ -380,6 +387,14 @@ private:
     }
 
     void TellHeader() {
+        if (m_options.headerLine) {
+            std::string evidence = "as told";
+            if (m_header.isUneven) evidence += "; it has not as many names as there are columns, from the left";
+            if (m_header.unitLine != 0) evidence += "; row of units in line " + Number(m_header.unitLine);
+            Say("header line", *m_options.headerLine == 0 ? "none" : Number(*m_options.headerLine), std::move(evidence),
+                m_header.isUneven);
+            return;
+        }
         if (m_header.nameLines.empty()) {
             if (m_header.textAbove != 0) {
                 Say("header line", "none",
@@ -415,7 +430,8 @@ private:
     void TellLines() {
         CFilePass const& pass = *m_pass;
         m_labelColumn = -1;
-        if (pass.counts.markers > 0) {
+        bool const isColumnTold = m_options.labelColumn && *m_options.labelColumn >= 0;
+        if (pass.counts.markers > 0 && !isColumnTold) {
             bool const hasRowsAbove = pass.rowsBeforeMarker > 0;
             std::string evidence = (pass.counts.markers == 1 ? "a row of its own starts line "
                                                              : "rows of their own start them, the first line ") +

@@ -42,4 +42,4 @@ class Case(unittest.TestCase):
         return [json.loads(line) for line in self.norva(*arguments).stdout.splitlines()]
 
     def import_xyz(self, *options):
-        self.norva("import", XYZ, "-o", "s.nvt", "--header-line", 2, "--quiet", *options)
+        self.norva("import", XYZ, "-o", "s.nvt", "--as-it-stands", "--header-line", 2, "--quiet", *options)

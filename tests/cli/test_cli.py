@@ -31,7 +31,8 @@ class Import(Case):
 
     def test_csv_with_a_label_column_gives_the_same_values(self):
         self.import_xyz()
-        self.norva("import", CSV, "-o", "c.nvt", "--header-line", 1, "--label-column", "Line", "--quiet")
+        self.norva("import", CSV, "-o", "c.nvt", "--as-it-stands", "--header-line", 1, "--label-column", "Line",
+                   "--quiet")
         lines = json.loads(self.norva("info", "c.nvt", "--json").stdout)["lines"]
         self.assertEqual([line["name"] for line in lines], ["L1000", "L1010", "L1020", "L1030", "L1040"])
         for name in ("X", "Lat", "Time", "Mag", "Remark"):
@@ -41,7 +42,7 @@ class Import(Case):
 
     def test_header_delimiters(self):
         (self.folder / "t.txt").write_text("/East m\tNorth m\tMag (nT)\n1 2 3\n")
-        self.norva("import", "t.txt", "--header-line", 1, "--delimiters", "\\t", "--quiet")
+        self.norva("import", "t.txt", "--as-it-stands", "--header-line", 1, "--delimiters", "\\t", "--quiet")
         channels = json.loads(self.norva("info", "t.nvt", "--json").stdout)["channels"]
         self.assertEqual([(channel["name"], channel["units"]) for channel in channels],
                          [("East m", ""), ("North m", ""), ("Mag", "nT")])
@@ -67,7 +68,7 @@ class Import(Case):
             ([XYZ, "-o", "n.nvt", "--header-line", "1"], 1, "--header-line 1"),
             (["late.xyz", "-o", "n.nvt", "--header-line", "2"], 1,
              '(try --skip 4): Line 2 has 3 names, the data 2 columns; the first row is "Tie 19010"'),
-            ([XYZ, "-o", "n.nvt", "--header-line", "90"], 1, "There is no line 90 among the first 40"),
+            ([XYZ, "-o", "n.nvt", "--header-line", "90"], 1, "There is no text in line 90, or it is not among the first 40"),
             (["late.xyz", "-o", "n.nvt", "--skip", "100"], 1, "--skip 100: 100 lines cannot be skipped"),
             ([XYZ, "-o", "n.nvt", "--header-line", "2", "--column", "Time:template=YYYY/MM/DD"], 1, "YYYY/MM/DD"),
             ([XYZ, "-o", "n.nvt", "--column", "Mag:template=1"], 1, "Mag"),
@@ -85,7 +86,7 @@ class Import(Case):
             ([SAMPLES / "survey.gbn", "-o", "n.nvt", "--lines", "nine"], 1, "there is no line 'nine'"),
             ([SAMPLES / "survey.gbn", "-o", "n.nvt", "--column", "X:type=date"], 1, "cannot be made 'date'"),
             ([SAMPLES / "cg3.dmp", "-o", "n.nvt", "--columns", "GRAV.,GRAV."], 1, "'GRAV.' is named twice"),
-            (["utf16.csv", "-o", "n.nvt"], 1, "UTF-16"),
+            (["utf16.csv", "-o", "n.nvt", "--as-it-stands"], 1, "UTF-16"),
             ([XYZ, "-o", "n.nvt", "--column", "Mag:type=integer"], 2, "integer"),
             ([XYZ, "--nonsense"], 2, "nonsense"),
             ([SAMPLES / "base.bin", "-o", "n.nvt"], 2, "--record"),
@@ -95,7 +96,8 @@ class Import(Case):
         before = sorted(self.folder.iterdir())
         for arguments, status, part in cases:
             with self.subTest(arguments=arguments):
-                done = self.norva("import", *arguments, status=status)
+                road = ["--as-it-stands"] if ".xyz" in str(arguments[0]) else []
+                done = self.norva("import", *arguments, *road, status=status)
                 self.assertIn(part, done.stderr)
                 self.assertNotRegex(done.stderr, r"\b[4-5]\d{3}\b|/tmp/norva-")  # no control's number, no scratch file
                 self.assertEqual(sorted(self.folder.iterdir()), before)
@@ -188,7 +190,7 @@ class Import(Case):
 class Reports(Case):
     def test_a_changed_byte_of_source_or_store_is_found(self):
         (self.folder / "s.xyz").write_bytes(XYZ.read_bytes())
-        self.norva("import", "s.xyz", "--header-line", 2, "--report", "r.json")
+        self.norva("import", "s.xyz", "--as-it-stands", "--header-line", 2, "--report", "r.json")
         report = json.loads((self.folder / "r.json").read_text())
         self.assertTrue(report["read"]["accounted"])
         self.assertEqual(report["source"]["sha256"], hashlib.sha256(XYZ.read_bytes()).hexdigest())
@@ -210,8 +212,8 @@ class Reports(Case):
         for rows, status, said in (("1 2\n3 4\n", 0, ""), ("1 2\n3\n", 4, "line 2, column 1: '3'"),
                                    ("1 2\n3 4x\n", 4, "line 2, column 3: '4x'"), ("1 2\n3 *\n", 0, "")):
             (self.folder / "s.xyz").write_text(rows)
-            done = self.norva("import", "s.xyz", "--force", "--strict", "--report", "r.html", "--column", "2:type=float",
-                              status=status)
+            done = self.norva("import", "s.xyz", "--force", "--strict", "--report", "r.html", "--as-it-stands", "--column",
+                              "2:type=float", status=status)
             self.assertIn(said, done.stderr)
             page = (self.folder / "r.html").read_text()
             self.assertEqual("Nothing was lost" in page, status == 0, rows)
@@ -233,8 +235,9 @@ class Completion(unittest.TestCase):
 class Templates(Case):
     def test_the_choices_made_once_give_the_same_store_again(self):
         for source, options in (
-            (CSV, ("--header-line", 1, "--label-column", "Line", "--column", "Mag:type=double,units=pT,name=Field")),
-            (XYZ, ("--header-line", 2, "--column", "Date:type=date,template=YYYY/MM/DD", "--column", "Time:type=skip",
+            (CSV, ("--as-it-stands", "--header-line", 1, "--label-column", "Line", "--column", "Mag:type=double,units=pT,name=Field")),
+            (CSV, ("--column", "Mag:type=float,units=pT,name=Field", "--dates", "mdy", "--marker", "STAGE")),
+            (XYZ, ("--as-it-stands", "--header-line", 2, "--column", "Date:type=date,template=YYYY/MM/DD", "--column", "Time:type=skip",
                    "--column", "Remark:type=text,width=9")),
             (SAMPLES / "seaspy.mag", ("--interpolated", "no", "--column", "3:type=double,units=nT")),
         ):
@@ -244,7 +247,7 @@ class Templates(Case):
             self.assertEqual((self.folder / "a.nvt").read_bytes(), (self.folder / "b.nvt").read_bytes(), source)
 
     def test_a_file_that_does_not_fit_is_refused_with_what_differs(self):
-        self.norva("import", CSV, "-o", "a.nvt", "--header-line", 1, "--save-template", "t.json")
+        self.norva("import", CSV, "-o", "a.nvt", "--as-it-stands", "--header-line", 1, "--save-template", "t.json")
         rows = [line.split(",") for line in CSV.read_text().splitlines()]
         for change, text in (
             (lambda: [row[:6] for row in rows], "the rows have 6 columns, not 11"),
@@ -286,7 +289,7 @@ class Export(Case):
 
     def test_a_name_that_occurs_twice_means_all_of_them_or_asks(self):
         self.write("t.xyz", "/ X B B\nLINE 7\n1 2 3\nLINE 8\n4 5 6\nLINE 7\n7 8 9\n")
-        self.norva("import", "t.xyz", "-o", "t.nvt", "--header-line", 1, "--quiet")
+        self.norva("import", "t.xyz", "-o", "t.nvt", "--as-it-stands", "--header-line", 1, "--quiet")
         shown = self.json_lines("show", "t.nvt", "--json", "--line", "7", "--channel", "B")
         self.assertEqual([(row["line"], row["values"]) for row in shown], [(0, [2, 3]), (2, [8, 9])])
         self.norva("export", "t.nvt", "o.xyz", "--lines", "7", "--channels", "B", "--quiet")

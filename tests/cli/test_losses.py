@@ -88,7 +88,7 @@ class Losses(Case):
     def test_they_are_told_wherever_an_import_runs(self):
         self.write("s.xyz", self.ROWS)
         self.write("t.xyz", "1 2\n3 4\n")
-        typed = ["--column", "2:type=float"]
+        typed = ["--as-it-stands", "--column", "2:type=float"]
         for arguments, status, out, err in (
             (["import", "s.xyz", "-o", "n.nvt", *typed], 0, "1 loss", ""),
             (["import", "s.xyz", "-o", "n.nvt", *typed, "--quiet"], 0, "", "s.xyz: 3 lines read: data rows 3; 1 loss\n"),
@@ -109,17 +109,17 @@ class Losses(Case):
         dump = (SAMPLES / "ipr12.dmp").read_text().replace("P-Line:", "X-Line:")
         for name, content, skip in (("no_line.dmp", dump, "3"), ("late.xyz", "Tie\n1 2 3\n4 5 6\n7 8 9\n", "1")):
             self.write(name, content)
-            done = self.norva("import", name, "-o", "n.nvt", "--force", "--quiet")
+            done = self.norva("import", name, "-o", "n.nvt", "--as-it-stands", "--force", "--quiet")
             self.assertIn(f"most rows have more values than the first one; try --skip {skip}\n", done.stderr)
-            done = self.norva("import", name, "-o", "n.nvt", "--force", "--skip", skip)
+            done = self.norva("import", name, "-o", "n.nvt", "--as-it-stands", "--force", "--skip", skip)
             self.assertIn("nothing lost", done.stdout)
             self.assertNotIn("try", done.stderr)
 
     def test_convert_sums_up_and_keeps_reports(self):
         self.write("s.xyz", self.ROWS)
         self.write("empty.xyz", "")
-        done = self.norva("convert", "s.xyz", "empty.xyz", "o", "--report", "r", "--json", "--column", "2:type=float",
-                          status=1)
+        done = self.norva("convert", "s.xyz", "empty.xyz", "o", "--report", "r", "--json", "--as-it-stands", "--column",
+                          "2:type=float", status=1)
         table = json.loads(done.stdout)
         self.assertEqual([(one["file"], one["output"], one["lines"], one["values"], one["losses"], one["status"])
                           for one in table],
@@ -132,7 +132,8 @@ class Losses(Case):
     def test_as_many_places_as_asked_for_are_named(self):
         self.write("s.xyz", "".join(f"{i} {i}x\n" for i in range(12)))
         for asked, count in (((), 5), (("--places", "0"), 0), (("--places", "7"), 7), (("--places", "all"), 12)):
-            self.norva("import", "s.xyz", "-o", "n.nvt", "--report", "r.json", "--force", "--column", "2:type=float", *asked)
+            self.norva("import", "s.xyz", "-o", "n.nvt", "--report", "r.json", "--force", "--as-it-stands",
+                       "--column", "2:type=float", *asked)
             finding = json.loads((self.folder / "r.json").read_text())["channels"][1]["with_rest"]
             self.assertEqual((finding["count"], len(finding["places"])), (12, count))
         self.norva("import", "s.xyz", "--places", "some", status=2)
@@ -140,7 +141,8 @@ class Losses(Case):
 
     def test_exports_say_what_the_output_does_not_hold(self):
         self.write("s.xyz", "7134550 0.123456789\n7134551 0.5\n")
-        self.norva("import", "s.xyz", "-o", "s.nvt", "--column", "1:type=double", "--column", "2:type=double")
+        self.norva("import", "s.xyz", "-o", "s.nvt", "--as-it-stands", "--column", "1:type=double", "--column",
+                   "2:type=double")
         for options, status, losses in (([], 0, True), (["--strict"], 4, True), (["--full-digits", "--strict"], 0, False)):
             done = self.norva("export", "s.nvt", "o.xyz", "--force", *options, status=status)
             said = done.stdout + done.stderr
@@ -159,8 +161,9 @@ class Verify(Case):
     def test_every_fresh_import_agrees(self):
         rows = "".join(f"{i} {i}.5 L{i // 3} 12:00:{i:02d} n/a{i}\n" for i in range(40))
         for name, text, options in (
-            ("mixed.xyz", rows, ["--column", "5:type=float", "--column", "4:type=date", "--column", "3:type=short"]),
-            ("spaced.csv", rows.replace(" ", ", "), ["--skip", "3", "--label-column", "3"]),
+            ("mixed.xyz", rows, ["--as-it-stands", "--column", "5:type=float", "--column", "4:type=date", "--column",
+                                 "3:type=short"]),
+            ("spaced.csv", rows.replace(" ", ", "), ["--as-it-stands", "--skip", "3", "--label-column", "3"]),
             ("named.xyz", "/ A B A\n1 2 3\n4 5 6\n", ["--header-line", "1"]),
             ("markers.xyz", "LINE 1\n1 2\nline of data 3\n3 4\n", []),
         ):
