@@ -9,9 +9,9 @@
 /// Import and export with the library's windows. A host without windows uses norva/exchange.h.
 ///
 /// Both functions run on the caller's thread until they are done, and ask through that thread's toolkit (SetToolkit in
-/// norva/toolkit.h; without one every window counts as cancelled). The store, the owner and the toolkit stay the host's:
-/// the library keeps none of them beyond the call. `store` must not be null. `owner`, null for none, is handed to
-/// the store and to message boxes that belong to a window, and gets the notices of an import (WM_OWNER_NOTICE in
+/// norva/toolkit.h; without one every window counts as cancelled). The store, the owner and the toolkit stay the
+/// host's: the library keeps none of them beyond the call. `store` must not be null. `owner`, null for none, is handed
+/// to the store and to message boxes that belong to a window, and gets the notices of an import (WM_OWNER_NOTICE in
 /// norva/window.h). No exception comes out. Several threads may call at the same time, each with a store of its own.
 
 /// Lets the user choose a format, a file and a store file name, and imports the file into `store`.

@@ -13,9 +13,10 @@ void* LoadEntryPoint(std::string const& library, std::string const& name);
 std::string ReadRegistryDefault(std::string const& key);
 
 /// Shows a topic in the help viewer; false when that failed. The viewer is a library file, named by the default value
-/// of the registry key "CLSID\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\InprocServer32", else, or when that does not load, "hhctrl.ocx". Its entry
-/// point is `extern "C" int HtmlHelp14(char const* topic, unsigned command)`, called with command 0 (display the
-/// topic), not 0 on success. It is loaded on first use; if that fails once, help stays off for the rest of the process.
+/// of the registry key "CLSID\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\InprocServer32", else, or when that does not load,
+/// "hhctrl.ocx". Its entry point is `extern "C" int HtmlHelp14(char const* topic, unsigned command)`, called with
+/// command 0 (display the topic), not 0 on success. It is loaded on first use; if that fails once, help stays off for
+/// the rest of the process.
 bool ShowInHelpViewer(std::string const& topic);
 
 }  // namespace norva

@@ -15,12 +15,12 @@ constexpr int kTypes[] = {DataType::kFloat, DataType::kDouble, DataType::kLong, 
 /// The element of that number in a list that is sorted by number, made if there is none.
 template <typename Element>
 Element& ElementOf(std::vector<Element>& elements, int number) {
-    auto at = std::ranges::lower_bound(elements, number, {}, &Element::number);
-    if (at == elements.end() || at->number != number) {
-        at = elements.insert(at, Element());
-        at->number = number;
-    }
-    return *at;
+    auto const at = std::ranges::lower_bound(elements, number, {}, &Element::number);
+    if (at != elements.end() && at->number == number) return *at;
+    auto const place = at - elements.begin();
+    elements.emplace_back().number = number;
+    std::rotate(elements.begin() + place, elements.end() - 1, elements.end());
+    return elements[static_cast<std::size_t>(place)];
 }
 
 /// Makes the settings' choice in one file.
