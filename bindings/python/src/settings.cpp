@@ -90,9 +90,10 @@ void BindSettings(py::module_& module) {
     auto column = Bind<ColumnReading>(module, "ColumnReading", "What a column needs beyond its channel.");
     py::enum_<ColumnReading::Form>(column, "Form")
         .value("PLAIN", ColumnReading::Form::Plain)
+        .value("DATE", ColumnReading::Form::Date)
+        .value("TIME", ColumnReading::Form::Time)
         .value("DATE_TIME", ColumnReading::Form::DateTime)
         .value("DAY_OF_YEAR", ColumnReading::Form::DayOfYear)
-        .value("NAMED_MONTH", ColumnReading::Form::NamedMonth)
         .value("COMPACT_DATE", ColumnReading::Form::CompactDate)
         .value("COMPACT_TIME", ColumnReading::Form::CompactTime)
         .value("EPOCH_SECONDS", ColumnReading::Form::EpochSeconds)
@@ -102,7 +103,6 @@ void BindSettings(py::module_& module) {
         .def_readwrite("form", &ColumnReading::form)
         .def_readwrite("order", &ColumnReading::order)
         .def_readwrite("missing", &ColumnReading::missing)
-        .def_readwrite("suffix", &ColumnReading::suffix)
         .def_readwrite("epoch_divisor", &ColumnReading::epochDivisor);
 
     Bind<ColumnTextSettings>(module, "ColumnTextSettings", "Columns of text: XYZ, CSV, and what becomes rows of text.")
