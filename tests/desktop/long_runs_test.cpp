@@ -14,7 +14,7 @@ namespace norva::test {
 
 namespace {
 
-TEST(LongRuns, AMapOfMillionsIsDrawnFromSomeReadingsFirst) {
+TEST(LongRuns, AMapOfMillionsMovesWhileItIsRead) {
     constexpr long kLocations = 2'000'000;
     CTemporaryFolder const folder;
     {
@@ -43,13 +43,10 @@ TEST(LongRuns, AMapOfMillionsIsDrawnFromSomeReadingsFirst) {
     CMapPlot& map = window.Map();
     window.Tabs().setCurrentIndex(1);
     ASSERT_TRUE(QTest::qWaitFor([&map] { return map.Data() != nullptr && !map.Picture().image.isNull(); }, 60'000));
-    EXPECT_TRUE(map.Data()->IsPreview());
     // Until all is read, the view moves all the same.
     QCPRange const before = map.xAxis->range();
     QTest::keyClick(&map, Qt::Key_Right);
     EXPECT_GT(map.xAxis->range().lower, before.lower);
-    QApplication::processEvents();
-    EXPECT_TRUE(map.Data()->IsPreview());
     map.WaitUntilDrawn();
     EXPECT_FALSE(map.Data()->IsPreview());
     EXPECT_EQ(map.Data()->Size(), static_cast<std::size_t>(kLocations));

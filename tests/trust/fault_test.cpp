@@ -157,7 +157,10 @@ TEST_P(Faults, LeaveTheOldOrTheWholeNewFileAndNothingElse) {
     ASSERT_TRUE(Run(operation, fault, 0, wasHit, mayStay)) << GetLastErrorText();
     std::string const whole = ReadWholeFile(folder / operation.target);
     std::string const before = operation.inputs[0].first == operation.target ? operation.inputs[0].second : older;
-    ASSERT_NE(whole, before);
+    // An export of all onto its own store gives the same bytes.
+    if (operation.name != "Exportsnvt") {
+        ASSERT_NE(whole, before);
+    }
     std::set<std::string> const files = Files();
     std::size_t const descriptors = OpenDescriptors();
     long n = 1;
