@@ -1,6 +1,7 @@
 #include "inspection/row_adaptor.h"
 #include "norva/inspection.h"
 #include "reference_reader.h"
+#include "support/classic_locale.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -89,6 +90,7 @@ protected:
 }  // namespace
 
 TEST_F(InspectionAdaptor, GivesWhatAStoreTakes) {
+    test::CClassicLocale const classic;
     std::vector<AdaptorCase> const cases = {
         {"decimal commas and an empty cell",
          "x;y\n450000,25;1,5\n450001,5;\n",
@@ -146,6 +148,7 @@ TEST_F(InspectionAdaptor, GivesWhatAStoreTakes) {
 }
 
 TEST_F(InspectionAdaptor, APersonsWordDecides) {
+    test::CClassicLocale const classic;
     Inspection found = Proposal("Day,G\n06/05/2024,-99\n06/05/2024,1.5\n", {.dates = "mdy", .noData = {-99}});
     EXPECT_EQ(found.Doubts(), 0U) << found.Text();
     EXPECT_EQ(found.settings.columnReadings[0].order, "mdy");
@@ -159,6 +162,7 @@ TEST_F(InspectionAdaptor, APersonsWordDecides) {
 }
 
 TEST_F(InspectionAdaptor, CellsOfAnotherTypeAreReadAnew) {
+    test::CClassicLocale const classic;
     Inspection found = Proposal("A,B\n1,x\n2,3.5\n");
     found.settings.columns[0].dataType = DataType::kText;
     found.settings.columns[1].dataType = DataType::kDouble;
@@ -168,6 +172,7 @@ TEST_F(InspectionAdaptor, CellsOfAnotherTypeAreReadAnew) {
 }
 
 TEST_F(InspectionAdaptor, EndsWhenTheSinkDoes) {
+    test::CClassicLocale const classic;
     Inspection const found = Proposal("A,B\n1,2\n3,4\n5,6\n");
     Rows rows;
     rows.stopAfter = 2;
@@ -176,6 +181,7 @@ TEST_F(InspectionAdaptor, EndsWhenTheSinkDoes) {
 }
 
 TEST(InspectionAdaptorSettings, ThatDoNotFitTogetherAreRefused) {
+    test::CClassicLocale const classic;
     ColumnTextSettings good;
     good.reading.emplace().width = 1;
     good.columns.resize(1);
@@ -199,6 +205,7 @@ TEST(InspectionAdaptorSettings, ThatDoNotFitTogetherAreRefused) {
 
 /// Without quotes, whatever the separator and the blanks around the cells, the cells are those of a plain reader.
 TEST_F(InspectionAdaptor, CellsAreThoseOfAPlainReader) {
+    test::CClassicLocale const classic;
     rc::check([&] {
         char const separator = *rc::gen::element(',', ';', '\t', '|', ' ');
         auto const rows = *rc::gen::container<std::vector<std::vector<int>>>(
@@ -241,6 +248,7 @@ TEST_F(InspectionAdaptor, CellsAreThoseOfAPlainReader) {
 }
 
 TEST_F(InspectionAdaptor, RefusalsSayWhy) {
+    test::CClassicLocale const classic;
     struct {
         std::string bytes;
         char const* reason;

@@ -1,6 +1,7 @@
 #include "generated_table.h"
 #include "inspection/row_adaptor.h"
 #include "norva/inspection.h"
+#include "support/classic_locale.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -133,6 +134,7 @@ struct Score {
 /// NORVA_TEST_TABLES tables (440 without it) from NORVA_TEST_SEED on, and how many of them would be stored as they are,
 /// without any option.
 TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
+    test::CClassicLocale const classic;
     char const* const count = std::getenv("NORVA_TEST_TABLES");
     char const* const first = std::getenv("NORVA_TEST_SEED");
     int const tables = count != nullptr ? std::atoi(count) : 440;

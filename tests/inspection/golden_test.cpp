@@ -1,4 +1,5 @@
 #include "norva/inspection.h"
+#include "support/classic_locale.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +71,7 @@ std::vector<std::filesystem::path> Cases() {
 /// Every file of tests/data/inspection beside the proposal that it gets. NORVA_NEW_GOLDEN=1 writes the proposals anew,
 /// to be read before they are kept.
 TEST(InspectionGolden, EveryFileGetsItsProposal) {
+    test::CClassicLocale const classic;
     bool const writes = std::getenv("NORVA_NEW_GOLDEN") != nullptr;
     std::vector<std::filesystem::path> const cases = Cases();
     ASSERT_GE(cases.size(), 67U);

@@ -1,6 +1,7 @@
 #include "inspection/plain_row.h"
 #include "inspection/line_kind.h"
 #include "inspection/row_mending.h"
+#include "support/classic_locale.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -89,6 +90,7 @@ bool ReadsAsSplit(PlainTable const& table, std::string const& line) {
 }  // namespace
 
 TEST(PlainRows, AreReadAsSplittingAndReadingWould) {
+    test::CClassicLocale const classic;
     using Kind = ColumnLook::Kind;
     static std::vector<std::string> const kCells = {"1",
                                                     "-1.5",
@@ -172,6 +174,7 @@ TEST(PlainRows, AreReadAsSplittingAndReadingWould) {
 }
 
 TEST(PlainRows, AreToldFromRowsThatAreNot) {
+    test::CClassicLocale const classic;
     using Kind = ColumnLook::Kind;
     struct {
         char separator;
@@ -198,6 +201,7 @@ TEST(PlainRows, AreToldFromRowsThatAreNot) {
 
 /// Numbers of any length and shape, with and without room behind them, have one reading.
 TEST(PlainNumbers, AreScannedAsCloselyScannedOnes) {
+    test::CClassicLocale const classic;
     rc::check([] {
         auto const digits = [] {
             return *rc::gen::container<std::string>(*rc::gen::inRange(0, 12),

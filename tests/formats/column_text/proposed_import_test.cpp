@@ -3,6 +3,7 @@
 #include "inspection/source_lines.h"
 #include "norva/exchange.h"
 #include "norva/inspection.h"
+#include "support/classic_locale.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -117,6 +118,7 @@ ImportResult ExpectStoredAsRead(std::string const& path, std::string const& stor
 }  // namespace
 
 TEST(ImportByReading, StoresWhatTheInspectionReads) {
+    test::CClassicLocale const classic;
     CTemporaryFolder const folder;
     for (fs::directory_entry const& entry : fs::directory_iterator(NORVA_TEST_DATA "/inspection")) {
         if (entry.path().extension() != ".golden") ExpectStoredAsRead(entry.path().string(), folder / "out.nvt");
@@ -130,6 +132,7 @@ TEST(ImportByReading, StoresWhatTheInspectionReads) {
 }
 
 TEST(ImportByReading, CountsEveryLineOfEveryEncoding) {
+    test::CClassicLocale const classic;
     std::string const text = "Line,X,Note\nL1,1.5,a\nL1,2.5,\"b\nc\"\n\nL2,3.5,d\nTotal: 3\n";
     std::string wide = "\xFF\xFE";
     for (char const c : text) wide += {c, '\0'};
@@ -143,6 +146,7 @@ TEST(ImportByReading, CountsEveryLineOfEveryEncoding) {
 }
 
 TEST(ImportByReading, ChangedTypesAreToldWhatTheyLose) {
+    test::CClassicLocale const classic;
     CTemporaryFolder const folder;
     WriteWholeFile(folder / "in.csv", "A,B,C\n1.5,70000,long text\n2.0,5,x\n");
     Inspection proposal;

@@ -3,6 +3,7 @@
 #include "norva/exchange.h"
 #include "norva/file_util.h"
 #include "platform/text.h"
+#include "support/classic_locale.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -51,6 +52,7 @@ ImportReport Import(std::string const& path, std::string const& store, ImportSet
 }  // namespace
 
 TEST(ValueLoss, RoundedNumbersAreThoseThatReadBackAsOthers) {
+    test::CClassicLocale const classic;
     std::tuple<char const*, bool, bool> const cases[] = {// exact enough in single, in double precision
                                                          {"1.5", true, true},
                                                          {"0.1", true, true},
@@ -86,6 +88,7 @@ TEST(ValueLoss, RoundedNumbersAreThoseThatReadBackAsOthers) {
 }
 
 TEST(ValueLoss, EveryKindIsCounted) {
+    test::CClassicLocale const classic;
     struct Case {
         char const* name;
         std::string text;
@@ -262,6 +265,7 @@ bool HoldsEveryNumber(Table const& table, std::string const& storePath) {
 }  // namespace
 
 TEST(ValueLoss, EveryNumberIsStoredAsWrittenOrCounted) {
+    test::CClassicLocale const classic;
     char const* const wanted = std::getenv("NORVA_TEST_TABLES");
     int const tables = wanted != nullptr ? std::atoi(wanted) : 1000;
     std::mt19937 random(11);
