@@ -1,7 +1,7 @@
 #include "library_job.h"
 
 #include "control_views.h"
-#include "progress_window.h"
+#include "run_window.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -54,7 +54,7 @@ public:
     void WindowCreated(CModelessDialog& window) override {
         Take(window);
         InApplication([this] {
-            if (m_job.m_window == nullptr) m_job.m_window = std::make_unique<CProgressWindow>(m_job, m_job.m_parent);
+            if (m_job.m_window == nullptr) m_job.m_window = std::make_unique<CRunWindow>(m_job, m_job.m_parent);
             m_job.m_window->show();
         });
     }

@@ -10,7 +10,7 @@
 
 namespace norva {
 
-class CProgressWindow;
+class CRunWindow;
 
 /// How far a run of the library is, as its progress window says it.
 struct RunProgress {
@@ -48,7 +48,7 @@ private:
     std::atomic<bool> m_isCancelled{false};
     mutable std::mutex m_mutex;
     RunProgress m_progress;
-    std::unique_ptr<CProgressWindow> m_window;
+    std::unique_ptr<CRunWindow> m_window;
 };
 
 }  // namespace norva

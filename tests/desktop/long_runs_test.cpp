@@ -1,5 +1,5 @@
 #include "person.h"
-#include "progress_window.h"
+#include "run_window.h"
 #include "support/store_samples.h"
 #include "support/temporary_folder.h"
 
@@ -65,7 +65,7 @@ TEST(LongRuns, ClosingDuringAnImportAsksAndStopsIt) {
     CMainWindow window;
     window.show();
     auto const closeMain = [&window](QWidget& progress) {
-        if (qobject_cast<CProgressWindow*>(&progress) == nullptr) return false;
+        if (qobject_cast<CRunWindow*>(&progress) == nullptr) return false;
         EXPECT_FALSE(window.close());
         return true;
     };

@@ -1,7 +1,7 @@
 #include "common/script_json.h"
 #include "norva/scripted_toolkit.h"
 #include "person.h"
-#include "progress_window.h"
+#include "run_window.h"
 #include "support/store_samples.h"
 #include "support/temporary_folder.h"
 
@@ -284,7 +284,7 @@ TEST_F(MainWindow, AnImportIsStoppedAndLeavesEverythingAsItWas) {
     Open(folder / "s.nvt");
     QElapsedTimer sinceCancel;
     auto const stop = [&sinceCancel](QWidget& progress) {
-        auto* const running = qobject_cast<CProgressWindow*>(&progress);
+        auto* const running = qobject_cast<CRunWindow*>(&progress);
         if (running == nullptr || running->findChild<QProgressBar*>()->value() < 5) return false;
         QTest::mouseClick(&running->CancelButton(), Qt::LeftButton);
         sinceCancel.start();

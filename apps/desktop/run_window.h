@@ -13,11 +13,11 @@ namespace norva {
 class CLibraryJob;
 
 /// Tells how far a run of the library is and how long it will still take, and stops it.
-class CProgressWindow : public QDialog {
+class CRunWindow : public QDialog {
     Q_OBJECT
 
 public:
-    CProgressWindow(CLibraryJob& job, QWidget* parent);
+    CRunWindow(CLibraryJob& job, QWidget* parent);
 
     QPushButton& CancelButton() { return *m_cancel; }
 

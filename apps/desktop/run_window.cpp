@@ -1,4 +1,4 @@
-#include "progress_window.h"
+#include "run_window.h"
 
 #include "library_job.h"
 
@@ -12,12 +12,12 @@
 namespace norva {
 
 QString DurationText(qint64 seconds) {
-    if (seconds < 60) return CProgressWindow::tr("%1 s").arg(seconds);
-    if (seconds < 3600) return CProgressWindow::tr("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
-    return CProgressWindow::tr("%1 h %2 min").arg(seconds / 3600).arg(seconds / 60 % 60);
+    if (seconds < 60) return CRunWindow::tr("%1 s").arg(seconds);
+    if (seconds < 3600) return CRunWindow::tr("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
+    return CRunWindow::tr("%1 h %2 min").arg(seconds / 3600).arg(seconds / 60 % 60);
 }
 
-CProgressWindow::CProgressWindow(CLibraryJob& job, QWidget* parent)
+CRunWindow::CRunWindow(CLibraryJob& job, QWidget* parent)
     : QDialog(parent),
       m_job(job),
       m_file(new QLabel),
@@ -33,7 +33,7 @@ CProgressWindow::CProgressWindow(CLibraryJob& job, QWidget* parent)
     m_channelBar->setAccessibleName(tr("Channel"));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     m_cancel = buttons->button(QDialogButtonBox::Cancel);
-    connect(buttons, &QDialogButtonBox::rejected, this, &CProgressWindow::reject);
+    connect(buttons, &QDialogButtonBox::rejected, this, &CRunWindow::reject);
     auto* const layout = new QVBoxLayout(this);
     for (QWidget* const widget : std::initializer_list<QWidget*>{m_file, m_fileBar, m_channel, m_channelBar, m_time}) {
         layout->addWidget(widget);
@@ -42,12 +42,12 @@ CProgressWindow::CProgressWindow(CLibraryJob& job, QWidget* parent)
     m_elapsed.start();
     m_stage.start();
     auto* const timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &CProgressWindow::Refresh);
+    connect(timer, &QTimer::timeout, this, &CRunWindow::Refresh);
     timer->start(50);
     Refresh();
 }
 
-void CProgressWindow::Refresh() {
+void CRunWindow::Refresh() {
     RunProgress const progress = m_job.Progress();
     setWindowTitle(progress.title);
     m_file->setText(progress.file);
@@ -68,7 +68,7 @@ void CProgressWindow::Refresh() {
     m_time->setText(m_job.IsCancelled() ? tr("Stopping...") : text);
 }
 
-void CProgressWindow::reject() {
+void CRunWindow::reject() {
     m_job.Cancel();
     m_cancel->setEnabled(false);
     Refresh();
