@@ -31,8 +31,7 @@ NORVA_FUZZ_TARGET(gpx_convert) {
     // Only text longer than the buffer is cut, and laid out text is up to five times as long as the file.
     if (Lines(path, 5 * bytes.size() + 80) != Lines(path, 6 * bytes.size() + 90)) fuzz::Broken("buffers differ");
 
-    if (CGpxConverter().ConvertToXYZ(path, fuzz::Folder() / "out.xyz") == 0)
-        return fuzz::CleanUp({"in.gpx", "out.xyz"});
+    if (!CGpxConverter().ConvertToXYZ(path, fuzz::Folder() / "out.xyz")) return fuzz::CleanUp({"in.gpx", "out.xyz"});
     std::string const output = test::ReadWholeFile("out.xyz");
     std::vector<std::string_view> lines, values;
     GetTokens(output, lines, "\n");

@@ -1,3 +1,4 @@
+#include "exchange/exception_guard.h"
 #include "norva/converters.h"
 #include "norva/toolkit.h"
 #include "platform/temporary_folder.h"
@@ -9,7 +10,7 @@ bool CUAC::IsVistaOrLater() {
 }
 
 int CUAC::GetUserNorvaToolTempDirectory(std::string& directory) {
-    return PrivateTemporaryFolder(directory) ? 1 : 0;
+    return Conclude(PrivateTemporaryFolder(directory).Silent());
 }
 
 int CUAC::BrowseFileToSaveGetExt(unsigned flags, std::string const& filter, std::string& path,

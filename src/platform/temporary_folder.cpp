@@ -25,7 +25,7 @@ public:
         }
     }
 
-    bool Get(std::string& folder) {
+    Status Get(std::string& folder) {
         bool const stands = m_creator == ::getpid() && IsFolder(m_path);
         std::string made = stands ? m_path : Pattern();
         int error = InjectedFault(FaultPoint::Open, made);
@@ -33,13 +33,12 @@ public:
             error = errno;
         }
         if (error != 0) {
-            SetLastErrorText("Couldn't create the temporary folder : " + made + "\n" + SystemErrorText(error));
-            return false;
+            return Status::Failure("Couldn't create the temporary folder", made, SystemErrorText(error));
         }
         m_path = std::move(made);
         m_creator = ::getpid();
         folder = m_path + "/";
-        return true;
+        return {};
     }
 
 private:
@@ -57,7 +56,7 @@ thread_local CTemporaryFolder temporaryFolder;
 
 }  // namespace
 
-bool PrivateTemporaryFolder(std::string& folder) {
+Status PrivateTemporaryFolder(std::string& folder) {
     return temporaryFolder.Get(folder);
 }
 

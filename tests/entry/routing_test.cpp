@@ -215,7 +215,7 @@ TEST(ImportRouting, TemporaryTextIsDeletedAfterItsImport) {
         auto const convert = [&, written = text](std::string const& from, std::string const& to, ConvertedSource&) {
             EXPECT_EQ(from, job.inputPath);
             WriteWholeFile(temporary = to, written == nullptr ? "half" : written);
-            return written == nullptr ? 0 : 1;
+            return written == nullptr ? Status::Failure("half of it").Silent() : Status();
         };
         EXPECT_EQ(RunConvertedImport(job, "T_temp.xyz", convert).IsGood(), expected != 0);
         SetToolkit(nullptr);

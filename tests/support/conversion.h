@@ -2,8 +2,8 @@
 
 #include "formats/column_text/converted_import.h"
 #include "norva/import_export.h"
+#include "norva/status.h"
 #include "platform/files.h"
-#include "platform/last_error.h"
 #include "support/play.h"
 #include "support/temporary_folder.h"
 
@@ -17,9 +17,8 @@ namespace norva::test {
 
 /// What a converter to column text made of a file.
 struct Conversion {
-    int result = 0;
+    Status status;
     std::string output;
-    std::string error;
     ConvertedSource source;
 
     /// "rows 3, left out 1 (2), more 1 (7), cut 1", with the first lines of the source in brackets.
@@ -48,12 +47,10 @@ struct Conversion {
 
 template <typename Converter>
 Conversion Convert(CTemporaryFolder const& folder, std::string const& input) {
-    ClearLastErrorText();
     Conversion conversion;
     Converter converter;
-    conversion.result = converter.ConvertToXYZ(folder / input, folder / "out.xyz");
-    conversion.error = GetLastErrorText();
-    if (conversion.result != 1) return conversion;
+    conversion.status = converter.ConvertToXYZ(folder / input, folder / "out.xyz");
+    if (!conversion.status) return conversion;
     conversion.output = ReadWholeFile(folder / "out.xyz");
     conversion.source = converter.TakeSource();
     EXPECT_TRUE(conversion.source.report.IsAccounted());
@@ -78,16 +75,14 @@ void ExpectFileErrors(std::string const& text) {
         SetFaultHook([&](FaultPoint point, std::string const&) { return point == failing && ++calls > 2 ? EIO : 0; });
         Conversion const failed = Convert<Converter>(folder, "in");
         SetFaultHook({});
-        EXPECT_EQ(failed.result, 0);
         std::string const what = failing == FaultPoint::Read ? "read the file : " : "write the file : ";
-        EXPECT_TRUE(failed.error.starts_with("Couldn't " + what)) << failed.error;
+        EXPECT_TRUE(failed.status.Text().starts_with("Couldn't " + what)) << failed.status.Text();
         EXPECT_EQ(folder.Count(), 1U) << what;
     }
-    EXPECT_EQ(Convert<Converter>(folder, "missing").error, "Could not open the file!");
+    EXPECT_EQ(Convert<Converter>(folder, "missing").status.Text(), "Could not open the file!");
     std::filesystem::create_directory(folder / "out.xyz");
     Conversion const blocked = Convert<Converter>(folder, "in");
-    EXPECT_EQ(blocked.result, 0);
-    EXPECT_TRUE(blocked.error.starts_with("Couldn't create the file : ")) << blocked.error;
+    EXPECT_TRUE(blocked.status.Text().starts_with("Couldn't create the file : ")) << blocked.status.Text();
 }
 
 /// Imports a sample under the format of a row of the format list, with the column names of its title line.

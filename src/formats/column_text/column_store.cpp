@@ -1,9 +1,11 @@
 #include "formats/column_text/column_store.h"
 
 #include "exchange/exception_guard.h"
-#include "norva/converters.h"
 #include "norva/import_export.h"
 #include "platform/paths.h"
+#include "platform/temporary_folder.h"
+
+#include <utility>
 
 namespace norva {
 
@@ -38,12 +40,9 @@ Status StartWriting(CProgressWindow& window, std::string const& path, std::vecto
 }
 
 Status CreateColumnFiles(CColumnFiles& files, std::string const& path, std::size_t count) {
-    std::string base(WithoutExtension(path));
-    if (CUAC::IsVistaOrLater()) {
-        std::string folder;
-        if (CUAC::GetUserNorvaToolTempDirectory(folder) == 0) return Refused();
-        base = folder + std::string(FileNameOf(base));
-    }
+    std::string base;
+    if (Status status = PrivateTemporaryFolder(base); !status) return std::move(status).Silent();
+    base += FileNameOf(WithoutExtension(path));
     return files.Create(base, static_cast<int>(count), path) ? Status() : Refused();
 }
 

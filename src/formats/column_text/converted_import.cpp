@@ -1,11 +1,10 @@
 #include "formats/column_text/converted_import.h"
 
 #include "exchange/report_places.h"
-#include "exchange/result.h"
 #include "formats/column_text/ascii_file_import.h"
 #include "formats/column_text/text_preview.h"
-#include "norva/converters.h"
 #include "platform/files.h"
+#include "platform/temporary_folder.h"
 
 #include <algorithm>
 #include <utility>
@@ -59,16 +58,6 @@ void MoveReportToSource(ImportReport& report, ConvertedSource&& source) {
     report.sourceSize = told.sourceSize;
 }
 
-Status TemporaryTextPath(std::string const& inputPath, std::string_view temporaryName, std::string& path) {
-    if (CUAC::IsVistaOrLater()) {
-        if (CUAC::GetUserNorvaToolTempDirectory(path) == 0) return ResultOf(0);
-        path += temporaryName;
-    } else {
-        path = inputPath.substr(0, inputPath.rfind('.')) + "_temp.xyz";
-    }
-    return {};
-}
-
 }  // namespace
 
 void CLineMap::Add(std::uint64_t textLine, std::uint64_t sourceLine) {
@@ -95,9 +84,10 @@ std::uint64_t CLineMap::SourceLine(std::uint64_t textLine) const {
 
 Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert) {
     std::string textPath;
-    if (Status status = TemporaryTextPath(job.inputPath, temporaryName, textPath); !status) return status;
+    if (Status status = PrivateTemporaryFolder(textPath); !status) return std::move(status).Silent();
+    textPath += temporaryName;
     ConvertedSource source;
-    if (convert(job.inputPath, textPath, source) == 0) return ResultOf(0);
+    if (Status status = convert(job.inputPath, textPath, source); !status) return status;
     CFileRemover const remover(textPath);
     job.gravityMeterMode = 0;
     Status status = CAsciiFileImport(job).Run(textPath);
@@ -108,10 +98,11 @@ Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, Conver
 Status PreviewConvertedText(std::string const& path, std::string_view temporaryName, ConvertToText const& convert,
                             TextPreview& preview) {
     std::string textPath;
-    if (Status status = TemporaryTextPath(path, temporaryName, textPath); !status) return status;
+    if (Status status = PrivateTemporaryFolder(textPath); !status) return status;
+    textPath += temporaryName;
     ConvertedSource source;
     CFileRemover const remover(textPath);
-    if (convert(path, textPath, source) == 0) return ResultOf(0);
+    if (Status status = convert(path, textPath, source); !status) return status;
     Status status = PreviewTextFile(textPath, preview);
     preview.path = path;
     return status;

@@ -37,13 +37,13 @@ struct ConvertedSource {
     CLineMap lines;          ///< of the rows and markers
 };
 
-/// Rewrites a file (first path) as column text (second path): 1 when it was written.
+/// Rewrites a file (first path) as column text (second path). A failure has been shown where it asks for that.
 using ConvertToText =
-    std::function<int(std::string const& inputPath, std::string const& textPath, ConvertedSource& source)>;
+    std::function<Status(std::string const& inputPath, std::string const& textPath, ConvertedSource& source)>;
 
 /// Imports a file through a temporary text file: converts it to `temporaryName` in the user's temporary folder,
-/// imports that text, and deletes it whatever comes of the import. 0 without a message of its own when the folder
-/// cannot be had or the conversion fails; what a failed conversion has left stays there.
+/// imports that text, and deletes it whatever comes of the import. It shows no message when the folder cannot be had;
+/// what a failed conversion has left stays there.
 Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert);
 
 /// The first lines of the text that the file is converted to, which is deleted then.
@@ -52,11 +52,11 @@ Status PreviewConvertedText(std::string const& path, std::string_view temporaryN
 
 /// Runs a converter, which has ConvertToXYZ and TakeSource.
 template <typename Converter>
-int ConvertBy(std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
+Status ConvertBy(std::string const& inputPath, std::string const& textPath, ConvertedSource& source) {
     Converter converter;
-    int const result = converter.ConvertToXYZ(inputPath, textPath);
+    Status status = converter.ConvertToXYZ(inputPath, textPath);
     source = converter.TakeSource();
-    return result;
+    return status;
 }
 
 }  // namespace norva

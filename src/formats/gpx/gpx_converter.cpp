@@ -1,10 +1,8 @@
 #include "formats/gpx/gpx_converter.h"
 
-#include "exchange/result.h"
+#include "exchange/exception_guard.h"
 #include "formats/gpx/gpx_format.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
-#include "ui/messages.h"
 
 #include <algorithm>
 #include <utility>
@@ -84,22 +82,15 @@ GpxElement CGpxElementJudge::Of(std::string_view name) {
     return known.element;
 }
 
-int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath) {
+Status CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath) {
     CGpxLayout file;
-    if (!file.Open(gpxPath)) {
-        ShowMessage("Could not open the file!");
-        return 0;
-    }
+    if (!file.Open(gpxPath)) return Shown(Status::Failure("Could not open the file!"));
     auto const fail = [&file, &gpxPath](char const* reason) {
-        ShowMessage(file.Error() == 0 ? reason : FileErrorText("read", gpxPath, file.Error()));
-        return 0;
+        return Shown(file.Error() == 0 ? Status::Failure(reason) : Status::FileFailure("read", gpxPath, file.Error()));
     };
     if (CheckGpxFormat(file) == 0) return fail("Could not handle data format!\nPlease check the GPX format.");
     CReplacementFile output;
-    if (!output.Open(outputPath)) {
-        SetLastErrorText(FileErrorText("create", outputPath, output.Error()));
-        return 0;
-    }
+    if (!output.Open(outputPath)) return Status::FileFailure("create", outputPath, output.Error()).Silent();
     if (ReadColumnNames(file) != 1) {
         // The file stays, empty, for whoever chose its name.
         output.Commit(false);
@@ -114,16 +105,13 @@ int CGpxConverter::ConvertToXYZ(std::string const& gpxPath, std::string const& o
     GpxTokens tokens;
     while (rewound && output.Error() == 0 && file.Next(line)) {
         tokens.Split(line, kDelimiters);
-        if (tokens.count > 0) ConvertLine(tokens, output);
+        if (tokens.count > 0) ConvertLine(tokens, file.IsCut(), output);
     }
     if (file.Error() != 0) return fail("");
     m_source.report.bytesRead = file.BytesRead();
     if (!file.Size(m_source.report.sourceSize)) return fail("");
-    if (!output.Commit(false)) {
-        ShowMessage(FileErrorText("write", outputPath, output.Error()));
-        return 0;
-    }
-    return 1;
+    if (!output.Commit(false)) return Shown(Status::FileFailure("write", outputPath, output.Error()));
+    return {};
 }
 
 int CGpxConverter::CheckGpxFormat(CGpxLayout& file) {
@@ -196,7 +184,7 @@ std::string const& CGpxConverter::GetRowLine() {
     return m_row;
 }
 
-void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output) {
+void CGpxConverter::ConvertLine(GpxTokens const& line, bool isCut, CReplacementFile& output) {
     GpxElement const element = m_judge.Of(line.token[0]);
     if (line.token[0] == "/trk" || line.token[0] == "/rte") {
         m_lineOpen = false;
@@ -204,6 +192,9 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     }
     if (line.count == 1 && (line.token[0] == "trk" || line.token[0] == "rte")) m_awaitsName = true;
     bool const hasContent = line.count > 2;
+    // Counted once, whatever becomes of the part that is there.
+    bool const isValue = m_pointOpen ? !element.isPoint : element.isName;
+    if (isCut && isValue) LeaveOut(line.token[0]);
     if (element.isPoint && (hasContent || !element.isPointEnd)) {
         ++m_points;
         // What it lacks itself, or the end of the point that is still open.
@@ -219,7 +210,7 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     }
     if (hasContent && !m_pointOpen && element.isName) {
         // Of a name of several words the second is taken.
-        if (line.count > 3 && !Contains(line.token[1], "=")) LeaveOut("words of names");
+        if (line.count > 3 && !isCut && !Contains(line.token[1], "=")) LeaveOut("words of names");
         m_isFileName = !m_awaitsName && m_points == 0;
         StartLine(DecodeNamedEntities(line.token[line.count == 3 ? 1 : 2]), output);
         return;
@@ -236,8 +227,8 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, CReplacementFile& output)
     } else if (m_pointOpen && element.isElevation) {
         m_elevation = line.token[1];
     } else if (m_pointOpen && element.isTime) {
-        if (!SetDateTime(line.token[1])) LeaveOut(line.token[0]);
-    } else if (m_pointOpen) {
+        if (!SetDateTime(line.token[1]) && !isCut) LeaveOut(line.token[0]);
+    } else if (m_pointOpen && !isCut) {
         LeaveOut(line.token[0]);
     }
 }

@@ -52,8 +52,8 @@ private:
 /// XML parser: it judges a line by the words in it.
 class CGpxConverter {
 public:
-    /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
-    int ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath);
+    /// A failure has been shown, but for an output that cannot be created, which is silent.
+    Status ConvertToXYZ(std::string const& gpxPath, std::string const& outputPath);
 
     /// What ConvertToXYZ made of the file.
     ConvertedSource TakeSource();
@@ -77,7 +77,8 @@ public:
     std::vector<std::string> const& ColumnNames() const { return m_columnNames; }
 
 private:
-    void ConvertLine(GpxTokens const& line, CReplacementFile& output);
+    /// `isCut` says that the line was longer than the layout keeps.
+    void ConvertLine(GpxTokens const& line, bool isCut, CReplacementFile& output);
     void StartLine(std::string_view name, CReplacementFile& output);
     void SetCoordinate(std::string_view attribute);
     /// Counts a value of a point that no column takes.

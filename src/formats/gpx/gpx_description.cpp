@@ -1,8 +1,6 @@
 #include "formats/gpx/gpx_format.h"
 
-#include "exchange/result.h"
 #include "formats/gpx/gpx_converter.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
 
 namespace norva {
@@ -73,8 +71,8 @@ Status DescribeGpxFile(DescribeJob const& job, FileDescription& description) {
     std::string_view line;
     bool const isGpx = file.Open(job.inputPath) && CGpxConverter().CheckGpxFormat(file) != 0 && file.Rewind();
     while (isGpx && file.Next(line)) count.Line(line);
-    if (file.Error() != 0) SetLastErrorText(FileErrorText("read", job.inputPath, file.Error()));
-    if (!isGpx || file.Error() != 0) return ResultOf(0);
+    if (file.Error() != 0) return Status::FileFailure("read", job.inputPath, file.Error());
+    if (!isGpx) return Status::Failure({});
     count.Report(description);
     return {};
 }

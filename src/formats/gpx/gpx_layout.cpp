@@ -51,6 +51,7 @@ void CGpxLayout::Reset() {
 }
 
 bool CGpxLayout::Next(std::string_view& line) {
+    m_isCut = false;
     if (!m_endTag.empty()) {
         m_finished.swap(m_endTag);
         m_endTag.clear();
@@ -253,7 +254,7 @@ std::string_view CGpxLayout::TakeTextLine() {
 std::string_view CGpxLayout::TakeEndTag() {
     m_sawTag = true;
     Tag const tag = ScanTag(0);
-    m_insideLongTag = !tag.complete && tag.length == View().size();
+    m_insideLongTag = m_isCut = !tag.complete && tag.length == View().size();
     std::string_view const line = Finish(View().substr(0, tag.length), tag, 0);
     Take(tag.length);
     return line;
@@ -265,7 +266,7 @@ std::string_view CGpxLayout::TakeElement() {
     std::string_view const name = WithoutPrefix(View().substr(1, tag.nameLength));
     if (tag.complete && !tag.empty && !IsContainer(name)) return TakeElementText(tag);
     if (tag.empty) m_endTag.assign("</").append(name).append(">");
-    m_insideLongTag = !tag.complete && tag.length == View().size();
+    m_insideLongTag = m_isCut = !tag.complete && tag.length == View().size();
     std::string_view const line = Finish(View().substr(0, tag.textLength), tag, 0);
     Take(tag.length);
     return line;
@@ -282,6 +283,7 @@ std::string_view CGpxLayout::TakeElementText(Tag const& tag) {
     std::size_t const at = FindMarkup(tag.length, markup);
     if (markup == Markup::Comment || markup == Markup::CharacterData) return TakeMixedText(tag, at);
 
+    m_isCut = markup == Markup::None && !m_sourceEnded;
     std::size_t length = at;
     std::size_t endLength = 0;
     bool const hasText = !IsBlankText(View().substr(tag.length, at - tag.length));
@@ -345,7 +347,9 @@ std::string_view CGpxLayout::TakeMixedText(Tag const& tag, std::size_t offset) {
 }
 
 void CGpxLayout::AppendText(std::string_view text) {
-    m_text.append(text.substr(0, m_buffer.size() - std::min(m_buffer.size(), m_text.size())));
+    std::size_t const room = m_buffer.size() - std::min(m_buffer.size(), m_text.size());
+    if (text.size() > room) m_isCut = true;
+    m_text.append(text.substr(0, room));
 }
 
 void CGpxLayout::AppendCharacterData() {

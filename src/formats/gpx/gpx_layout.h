@@ -33,6 +33,8 @@ public:
     /// The next line; false at the end of the file or after a read error (Error() is then not 0). The view lasts until
     /// the next call.
     bool Next(std::string_view& line);
+    /// Whether that line was longer than the buffer, so that its end is not there.
+    bool IsCut() const { return m_isCut; }
 
 private:
     enum class Markup { None, Comment, CharacterData, Instruction, Declaration, StartTag, EndTag };
@@ -75,7 +77,7 @@ private:
     std::size_t PlainElementEnd(Tag const& tag) const;
     /// For an element whose text is interrupted, at `offset`, by a comment or a CDATA section.
     std::string_view TakeMixedText(Tag const& tag, std::size_t offset);
-    /// Appends to m_text as far as its length goes.
+    /// Appends to m_text as far as the length of a line goes.
     void AppendText(std::string_view text);
     void AppendCharacterData();
     /// The final form of a line that begins with `tag` and ends with an end tag of `endTagLength` (0: none).
@@ -88,6 +90,7 @@ private:
     bool m_sourceEnded = false;
     bool m_sawTag = false;
     bool m_insideLongTag = false;
+    bool m_isCut = false;
     std::string m_endTag;    ///< of an empty element, to be given next
     std::string m_text;      ///< an element that is put together from pieces
     std::string m_finished;  ///< the line given last, where it differs from the file's text

@@ -1,14 +1,11 @@
 #include "formats/ipr12/ipr12_dump_converter.h"
 
+#include "exchange/exception_guard.h"
 #include "exchange/report_draft.h"
-#include "exchange/result.h"
 #include "formats/ipr12/ipr12_format.h"
-#include "norva/converters.h"
-#include "platform/last_error.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 #include "platform/tokens.h"
-#include "ui/messages.h"
 
 #include <algorithm>
 #include <utility>
@@ -26,6 +23,8 @@ constexpr std::size_t kHeaderLines = 5;
 constexpr std::size_t kChannelLineTokens = 6;
 /// Slots before the "|" of a reading line.
 constexpr std::size_t kLeftSlots = 7;
+/// Every reading of a station repeats them, so that without a bound a short dump makes a text of any size.
+constexpr std::size_t kMostStationValues = 255;
 
 std::string const& TitleAt(std::vector<std::string> const& titles, std::size_t index) {
     static std::string const missing(kMissing);
@@ -54,20 +53,15 @@ std::array<ReportPart, 5> const CIPR12DumpConverter::kNoLines = {{{"lines of hea
                                                                   {"empty", 0, 0},
                                                                   {"left out", 0, 0}}};
 
-int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string const& outputPath) {
-    if (!m_file.Open(inputPath)) {
-        ShowMessage("Could not open the file!");
-        return 0;
-    }
+Status CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string const& outputPath) {
+    if (!m_file.Open(inputPath)) return Shown(Status::Failure("Could not open the file!"));
     bool const accepted = CheckFormat();
     if (!accepted && m_file.Error() == 0) {
-        ShowMessage("Could not handle data format!\nPlease check the IPR_12 format.");
-        return 0;
+        return Shown(Status::Failure("Could not handle data format!\nPlease check the IPR_12 format."));
     }
     CReplacementFile output;
     if (accepted && !output.Open(outputPath)) {
-        SetLastErrorText(FileErrorText("create", outputPath, output.Error()));
-        return 0;
+        return Status::FileFailure("create", outputPath, output.Error()).Silent();
     }
     if (accepted && m_file.Rewind()) {
         m_lineNumber = m_pending = m_pendingBytes = 0;
@@ -77,18 +71,21 @@ int CIPR12DumpConverter::ConvertToXYZ(std::string const& inputPath, std::string 
         WriteTitles(output);
         ConvertData(&output);
     }
-    if (m_file.Error() != 0) {
-        ShowMessage(FileErrorText("read", inputPath, m_file.Error()));
-        return 0;
-    }
+    if (m_file.Error() != 0) return Shown(Status::FileFailure("read", inputPath, m_file.Error()));
+    if (m_wideStationLine != 0) return Shown(TooManyStationValues(inputPath));
     m_source.report.bytesRead = m_file.Offset();
     m_source.report.sourceSize = m_file.Length();
     m_file.Close();
-    if (!output.Commit(false)) {
-        ShowMessage(FileErrorText("write", outputPath, output.Error()));
-        return 0;
-    }
-    return 1;
+    if (!output.Commit(false)) return Shown(Status::FileFailure("write", outputPath, output.Error()));
+    return {};
+}
+
+Status CIPR12DumpConverter::TooManyStationValues(std::string const& inputPath) const {
+    return Status::Failure("Couldn't read the file", inputPath,
+                           "The line has " + std::to_string(m_stationValues.size()) +
+                               " station values; a station of an IPR_12 dump has at most " +
+                               std::to_string(kMostStationValues) + ".")
+        .At("line " + std::to_string(m_wideStationLine));
 }
 
 bool CIPR12DumpConverter::CheckFormat() {
@@ -197,6 +194,10 @@ void CIPR12DumpConverter::ConvertData(CReplacementFile* output) {
         } else if (group == Group::Inside && step == 1) {
             step = 2;
             KeepTokens(0, m_stationValues);
+            if (m_stationValues.size() > kMostStationValues) {
+                m_wideStationLine = m_lineNumber;
+                return;
+            }
             for (Strings* values : {&m_positions, &m_stationValues}) {
                 for (std::string& value : *values) {
                     value = ConvertPosition(value);
@@ -374,15 +375,17 @@ void CIPR12DumpConverter::KeepTokens(std::size_t first, Strings& values) const {
     values.assign(m_tokens.begin() + static_cast<std::ptrdiff_t>(first), m_tokens.end());
 }
 
-int CIPR12DumpConverter::Describe(std::string const& inputPath, FileDescription& description) {
+Status CIPR12DumpConverter::Describe(std::string const& inputPath, FileDescription& description) {
     bool const accepted = m_file.Open(inputPath) && CheckFormat() && m_file.Rewind();
     if (accepted) {
+        m_lineNumber = 0;
         ReadHeader();
         m_lineName.resize(ConvertLineName(m_lineName).size());
         ConvertData(nullptr);
     }
-    if (m_file.Error() != 0) SetLastErrorText(FileErrorText("read", inputPath, m_file.Error()));
-    if (!accepted || m_file.Error() != 0) return 0;
+    if (m_file.Error() != 0) return Status::FileFailure("read", inputPath, m_file.Error());
+    if (!accepted) return Status::Failure({});
+    if (m_wideStationLine != 0) return TooManyStationValues(inputPath);
     std::int64_t readings = 0;
     FileDescription::Table lines{"lines", {"name", "readings"}, {}};
     for (SurveyLine const& line : m_surveyLines) {
@@ -396,11 +399,11 @@ int CIPR12DumpConverter::Describe(std::string const& inputPath, FileDescription&
     description.AddFact("station groups", m_stationGroups);
     description.AddFact("readings", readings);
     description.tables = {std::move(columns), std::move(lines)};
-    return 1;
+    return {};
 }
 
 Status DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
-    return ResultOf(CIPR12DumpConverter().Describe(job.inputPath, description));
+    return CIPR12DumpConverter().Describe(job.inputPath, description);
 }
 
 Status ImportIpr12File(ImportJob& job) {

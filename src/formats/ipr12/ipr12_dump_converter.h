@@ -22,12 +22,12 @@ namespace norva {
 /// values, then readings of three lines each. Further survey lines begin with a header block that "---" opens.
 class CIPR12DumpConverter {
 public:
-    /// 1 when the output was written; 0 after a message, or silently when the output cannot be created.
-    int ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
+    /// A failure has been shown, but for an output that cannot be created, which is silent.
+    Status ConvertToXYZ(std::string const& inputPath, std::string const& outputPath);
     /// What ConvertToXYZ made of the dump.
     ConvertedSource TakeSource();
-    /// Counts what the dump holds, by the same reading; 0 when it is none.
-    int Describe(std::string const& inputPath, FileDescription& description);
+    /// Counts what the dump holds, by the same reading.
+    Status Describe(std::string const& inputPath, FileDescription& description);
 
     static constexpr std::size_t kSlots = 9;
     using Slots = std::array<std::string_view, kSlots>;
@@ -49,9 +49,10 @@ private:
     static std::array<ReportPart, 5> const kNoLines;
 
     bool CheckFormat();
+    Status TooManyStationValues(std::string const& inputPath) const;
     void ReadHeader();
     void WriteTitles(CReplacementFile& output);
-    /// Without an output the readings are counted only.
+    /// Without an output the readings are counted only. Stops at a station line of too many values.
     void ConvertData(CReplacementFile* output);
     /// Reads a header block inside the data, up to its line of "*", and writes the marker of the line it names.
     void StartSurveyLine(CReplacementFile* output);
@@ -95,6 +96,7 @@ private:
     };
     std::vector<SurveyLine> m_surveyLines;
     std::int64_t m_stationGroups = 0;
+    std::uint64_t m_wideStationLine = 0;  ///< the line that has too many values; 0 for none
     ConvertedSource m_source;
     std::array<ReportPart, 5> m_parts = kNoLines;
     std::uint64_t m_lineNumber = 0;  ///< of the line read last, from 1

@@ -92,7 +92,7 @@ TEST(GpxConverter, WritesEveryLayoutOfATrackLikeItsNeatTwin) {
         {"ISO-8859-1", ReplaceAll(ReplaceAll(kNeat, "UTF-8", "ISO-8859-1"), "\xC3\xA9", "\xE9")}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
-        EXPECT_EQ(conversion.result, 1) << c.name;
+        EXPECT_EQ(conversion.status.Text(), "") << c.name;
         EXPECT_EQ(conversion.output, kNeatOutput) << c.name;
     }
 }
@@ -135,8 +135,34 @@ TEST(GpxConverter, NamesLinesAndKeepsWhatAPointGives) {
         {"<trkpt lat=\"7\">\n<ele>5</ele>\n</trkpt>\nP", "7 8 * * *\n", "rows 2, left out 1"}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(start + ReplaceAll(c.text, "P", point));
-        EXPECT_EQ(conversion.result, 1) << c.text;
+        EXPECT_EQ(conversion.status.Text(), "") << c.text;
         EXPECT_EQ(conversion.Body(), startRows + c.body) << c.text;
+        EXPECT_EQ(conversion.Found(), c.found) << c.text;
+    }
+}
+
+TEST(GpxConverter, CountsValuesTooLongToKeep) {
+    // The time of the first point has no hours, so that one value is left out anyway.
+    std::string const start = "<gpx><wpt lat=\"1\" lon=\"2\"><ele>3</ele><time>2007-01-02</time></wpt>\n";
+    std::string const digits((std::size_t{1} << 20) + 10, '5');
+    struct Case {
+        char const* text;  ///< "#" stands for more than a megabyte of digits
+        char const* found;
+    };
+    Case const cases[] = {
+        {"<wpt lat=\"1\" lon=\"2\"><ele>#</ele></wpt>", "rows 2, left out 2"},
+        {"<wpt lat=\"1\" lon=\"2\"><ele><![CDATA[#]]></ele></wpt>", "rows 2, left out 2"},
+        {"<wpt lat=\"1\" lon=\"2\"><time>2007-01-02T03:04:05Z #</time></wpt>", "rows 2, left out 2"},
+        {"<wpt lat=\"1\" lon=\"2\"><cmt>a b #</cmt></wpt>", "rows 2, left out 2"},
+        {"<wpt lat=\"1\" lon=\"2\"><cmt a=\"#\">b</cmt></wpt>", "rows 2, left out 2"},
+        {"<trk><name>#</name></trk>", "rows 1, left out 2"},
+        {"<trk><name>A B #</name></trk>", "rows 1, left out 2"},
+        {"<wpt lat=\"#\" lon=\"2\"></wpt>", "rows 1, left out 2"},
+        {"<metadata><desc>#</desc></metadata>", "rows 1, left out 1"},
+    };
+    for (Case const& c : cases) {
+        Conversion const conversion = Convert(start + ReplaceAll(c.text, "#", digits) + "</gpx>");
+        EXPECT_EQ(conversion.status.Text(), "") << c.text;
         EXPECT_EQ(conversion.Found(), c.found) << c.text;
     }
 }
@@ -181,8 +207,7 @@ TEST(GpxConverter, SaysWhatIsWrongWithAFile) {
                           {"<gpx><trkpt lat=\"1\" lon=\"2\">", noPoints}};
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
-        EXPECT_EQ(conversion.result, 0) << c.text;
-        EXPECT_EQ(conversion.error, c.error) << c.text;
+        EXPECT_EQ(conversion.status.Text(), c.error) << c.text;
         EXPECT_EQ(conversion.output, "") << c.text;
     }
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace norva {
 namespace {
 
 using test::Conversion;
+using test::CTemporaryFolder;
+using test::WriteWholeFile;
 
 Conversion Convert(std::string const& text) {
     return test::ConvertText<CIPR12DumpConverter>(text);
@@ -68,7 +71,7 @@ std::string const kReading = "D1: 5.5 -3\n1 2 | 3\n4 5 | 6 7\n";
 
 TEST(IPR12DumpConverter, WritesTitlesAndRows) {
     Conversion const conversion = Convert(ReplaceAll(kHeader + kGroup + kReading, "\n", " \t\r\n"));
-    EXPECT_EQ(conversion.result, 1);
+    EXPECT_EQ(conversion.status.Text(), "");
     EXPECT_EQ(conversion.output,
               "//Data from sicntrex IPR_12 MULTI-CHANNEL dump file \n"
               "/     PLine       R1Y       R2Y       Stn       C1Y       C2Y     I(mA)        T(Sec)       Cyc"
@@ -138,7 +141,7 @@ TEST(IPR12DumpConverter, FollowsStationsReadingsAndLines) {
     };
     for (Case const& c : cases) {
         Conversion const conversion = Convert(c.text);
-        EXPECT_EQ(conversion.result, 1) << c.text;
+        EXPECT_EQ(conversion.status.Text(), "") << c.text;
         EXPECT_EQ(conversion.Body(), c.body) << c.text;
         EXPECT_EQ(conversion.Found(), c.found) << c.text;
     }
@@ -156,6 +159,30 @@ TEST(IPR12DumpConverter, ReadsLinesAndTokensOfAnyLength) {
     EXPECT_TRUE(Contains(output, row + longToken + "1234567890         *"));
 }
 
+TEST(IPR12DumpConverter, RefusesMoreStationValuesThanReadingsCanRepeat) {
+    auto const dumpWith = [](int values) {
+        std::string text = kHeader + kGroup + kReading + "***\nPos 0 1 2\n";
+        for (int i = 0; i < values; ++i) text += "7 ";
+        text += "\n";
+        for (int i = 0; i < 1000; ++i) text += kReading;
+        return text;
+    };
+    CTemporaryFolder const folder;
+    for (int const values : {255, 256, 9500}) {
+        WriteWholeFile(folder / "in", dumpWith(values));
+        Status const status = test::Convert<CIPR12DumpConverter>(folder, "in").status;
+        FileDescription description;
+        Status const described = CIPR12DumpConverter().Describe(folder / "in", description);
+        EXPECT_EQ(described.Text(), status.Text());
+        std::string const refusal = "Couldn't read the file : " + (folder / "in") + ", line 15\nThe line has " +
+                                    std::to_string(values) +
+                                    " station values; a station of an IPR_12 dump has at most 255.";
+        EXPECT_EQ(status.Text(), values == 255 ? "" : refusal);
+        EXPECT_EQ(std::filesystem::exists(folder / "out.xyz"), values == 255);
+        std::filesystem::remove(folder / "out.xyz");
+    }
+}
+
 TEST(IPR12DumpConverter, RefusesOtherFiles) {
     std::string const wrong = "Could not handle data format!\nPlease check the IPR_12 format.";
     std::vector<std::string> const cases = {
@@ -170,11 +197,10 @@ TEST(IPR12DumpConverter, RefusesOtherFiles) {
     };
     for (std::string const& text : cases) {
         Conversion const conversion = Convert(text);
-        EXPECT_EQ(conversion.result, 0) << text;
-        EXPECT_EQ(conversion.error, wrong) << text;
+        EXPECT_EQ(conversion.status.Text(), wrong) << text;
         EXPECT_EQ(conversion.output, "") << text;
     }
-    EXPECT_EQ(Convert(ReplaceAll(kHeader, "*****\n", "")).result, 1);
+    EXPECT_TRUE(Convert(ReplaceAll(kHeader, "*****\n", "")).status);
 
     std::string text = kHeader + kGroup;
     while (text.size() < 3000000) text += kReading;
