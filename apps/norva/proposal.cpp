@@ -4,6 +4,7 @@
 #include "common/names.h"
 #include "common/proposed_columns.h"
 #include "common/settings_json.h"
+#include "norva/exchange.h"
 
 #include <algorithm>
 #include <array>
@@ -299,8 +300,7 @@ char const* NameOf(InspectedLine::What what) {
 }  // namespace
 
 bool IsProposed(ImportFormatInfo const& format) {
-    constexpr std::array<std::string_view, 4> labels = {"ASCII XYZ", "ASCII CSV", "ASCII GEM", "Scintrex CG5"};
-    return std::ranges::find(labels, format.label) != labels.end();
+    return HasProposal(format.label);
 }
 
 bool GoesByProposal(ImportOptions const& options, ImportFormatInfo const& format) {

@@ -33,7 +33,8 @@ struct ImportRequest {
     std::string inputPath;
     std::string storePath;      ///< the store to make
     std::string format{};       ///< label in the format list; empty: recognised
-    ImportSettings settings{};  ///< of that format's kind; the empty state: what its window would open with
+    ImportSettings settings{};  ///< of that format's kind; the empty state: what its window would open with,
+                                ///< see ProposeSettings()
     bool replace = false;       ///< a store of that name may be replaced
     bool checksum = false;      ///< also read the source for its SHA-256
     std::size_t places = ReportFinding::kUsualPlaces;  ///< of each finding that the report keeps
@@ -50,6 +51,15 @@ struct ImportResult {
 
 /// Imports a file into a new store. After a failure an older store of that name is as it was.
 NORVA_API Status ImportFile(ImportRequest const& request, ImportResult& result);
+
+/// Whether an import of the format has settings to propose from the whole of a file; `format` is a label of the format
+/// list.
+NORVA_API bool HasProposal(std::string_view format);
+
+/// The settings that a file is best imported by where nobody says otherwise: of a text by InspectTextFile(), else the
+/// empty state. `format` is a label of the format list; empty: recognised. Fails for a file that cannot be read and for
+/// a format that there is not, and for a text that does not read as a table.
+NORVA_API Status ProposeSettings(std::string const& path, std::string const& format, ImportSettings& settings);
 
 struct ExportRequest {
     std::string storePath{};  ///< the store to read, unless `store` is given

@@ -89,7 +89,8 @@ bool OpenOrImport(std::string const& path, CSurveyStore& store, std::string& rea
     request.inputPath = path;
     request.storePath = scratch.Path();
     ImportResult result;
-    Status const status = ImportFile(request, result);
+    Status status = ProposeSettings(path, {}, request.settings);
+    if (status) status = ImportFile(request, result);
     if (!status) {
         reason = status.IsCancelled()
                      ? "Couldn't import the file : " + path + "\nits format needs choices; import it with norva first"

@@ -63,12 +63,12 @@ def value_of(feature, field, title):
     return feature.GetField(field)
 
 
-def assert_same(layer, store, first_field="Lat"):
+def assert_same(layer, store):
     rows = [row for at, row in enumerate(rows_of(store)) if at not in DELETED]
     features = list(layer)
     assert len(features) == len(rows) == 296 - len(DELETED)
     titles = [layer.GetLayerDefn().GetFieldDefn(at).GetName() for at in range(layer.GetLayerDefn().GetFieldCount())]
-    assert titles == ["line", "X", "Y", "Lat", "Lon", "Date", "Time", "Mag", "Alt", "Quality", "Remark"]
+    assert titles == ["line", "Line_2", "X", "Y", "Lat", "Lon", "Date", "Time", "Mag", "Alt", "Quality", "Remark"]
     for feature, (line, _, values) in zip(features, rows):
         assert feature.GetField(0) == line
         for field, expected in enumerate(values, 1):
@@ -80,7 +80,7 @@ def assert_same(layer, store, first_field="Lat"):
             else:
                 assert found == expected, (feature.GetFID(), titles[field])
         point = feature.GetGeometryRef()
-        lat, lon = values[2], values[3]
+        lat, lon = values[3], values[4]
         assert (point is None) == (lat is None or lon is None)
         if point is not None:
             assert (point.GetX(), point.GetY()) == pytest.approx((lon, lat), abs=1e-12)
@@ -91,8 +91,8 @@ def test_locations_have_every_value(store):
     assert data.GetDriver().ShortName == "NORVA" and data.GetLayerCount() == 2
     layer = data.GetLayerByName("locations")
     assert layer.GetSpatialRef().GetAuthorityCode(None) == "4326"
-    kinds = [layer.GetLayerDefn().GetFieldDefn(at).GetTypeName() for at in range(11)]
-    assert kinds == ["String", "Real", "Real", "Real", "Real", "Date", "Time", "Real", "Real", "Integer", "String"]
+    kinds = [layer.GetLayerDefn().GetFieldDefn(at).GetTypeName() for at in range(12)]
+    assert kinds == ["String", "String"] + 4 * ["Real"] + ["Date", "Time", "Real", "Real", "Integer", "String"]
     assert_same(layer, store)
 
 
@@ -220,4 +220,4 @@ def test_any_store_opens_or_is_refused(seed):
 def test_ogrinfo_knows_the_driver(store):
     assert "NORVA -vector- (ro): Norva survey store" in run("ogrinfo", "--formats")
     told = run("ogrinfo", "-so", store, "locations")
-    assert "Feature Count: 292" in told and "Mag: Real(Float32)" in told
+    assert "Feature Count: 292" in told and "Mag: Real (" in told and "Alt: Real(Float32)" in told

@@ -103,7 +103,8 @@ def import_file(
     """Imports a file into a new store. Error, and an older store as it was, when that fails or is cancelled.
 
     Args:
-        settings: those of the file's format; None takes what its window would open with.
+        settings: those of the file's format; None takes what the whole of a text proposes, and of other formats what
+            their windows would open with.
         progress: called while it runs; returning False cancels. What it raises, as KeyboardInterrupt, cancels too and is
             raised again.
         format: label in the format list; "" has it recognised.

@@ -63,20 +63,25 @@ class TextReading:
     separator: str  # one of , ; | tab, or a blank for runs of blanks and tabs
     quote: str
     backslash_quote: bool
+    quotes_every_row: bool
     decimal_mark: str
+    width: int  # cells of a row
     trailing_separator: bool
     comment_marks: list[str]
     missing: list[str]
     first_data_line: int  # from 1
+    first_marker_line: int  # from 1
+    header_text: str
     marker_words: list[str]
     def __init__(self, **members: Any) -> None: ...
 
 class ColumnReading:
     class Form(Enum):
         PLAIN = ...
+        DATE = ...
+        TIME = ...
         DATE_TIME = ...
         DAY_OF_YEAR = ...
-        NAMED_MONTH = ...
         COMPACT_DATE = ...
         COMPACT_TIME = ...
         EPOCH_SECONDS = ...
@@ -87,8 +92,25 @@ class ColumnReading:
     form: Form
     order: str
     missing: list[str]
-    suffix: str
     epoch_divisor: int
+    def __init__(self, **members: Any) -> None: ...
+
+class ColumnLook:
+    class Kind(Enum):
+        EMPTY = ...
+        TEXT = ...
+        NUMBER = ...
+        DATE = ...
+        TIME = ...
+        DATE_TIME = ...
+        POSITION = ...
+
+    kind: Kind
+    usual_length: int
+    has_blanks: bool
+    has_digits: bool
+    is_quoted: bool
+    suffix: str
     def __init__(self, **members: Any) -> None: ...
 
 class ColumnTextSettings:
@@ -97,6 +119,7 @@ class ColumnTextSettings:
     label_column: int  # -1: lines begin at markers
     reading: TextReading | None
     column_readings: list[ColumnReading]
+    looks: list[ColumnLook]
     def __init__(self, **members: Any) -> None: ...
 
 class SeaSpySettings:
@@ -105,7 +128,7 @@ class SeaSpySettings:
     def __init__(self, **members: Any) -> None: ...
 
 class Cg3Settings:
-    columns: list[str] | None
+    columns: list[int] | None  # places in the dump's column list, from 0
     date_format: int
     time_format: int
     sort_by_time: bool
@@ -113,6 +136,7 @@ class Cg3Settings:
 
 class RecordChannel:
     class Format(Enum):
+        NONE = ...
         INT32 = ...
         FLOAT = ...
         DOUBLE = ...
@@ -139,10 +163,16 @@ class GbnChannel:
     type: str | None
     def __init__(self, **members: Any) -> None: ...
 
+class GbnLine:
+    number: int
+    name: str
+    def __init__(self, **members: Any) -> None: ...
+
 class GbnSettings:
     lines: list[int] | None
     channels: list[int] | None
     changes: list[GbnChannel]
+    line_names: list[GbnLine]
     fiducial: bool
     def __init__(self, **members: Any) -> None: ...
 
@@ -153,4 +183,5 @@ class ExportSettings:
     point_id: bool
     units: bool
     write_oversized: bool
+    full_digits: bool
     def __init__(self, **members: Any) -> None: ...

@@ -6,10 +6,12 @@ them and compares by value. A member that is a list is replaced as a whole.
 
 from ._norva import (
     Cg3Settings,
+    ColumnLook,
     ColumnReading,
     ColumnTextSettings,
     ExportSettings,
     GbnChannel,
+    GbnLine,
     GbnSettings,
     RecordChannel,
     RecordSettings,
@@ -19,10 +21,12 @@ from ._norva import (
 
 __all__ = [
     "Cg3Settings",
+    "ColumnLook",
     "ColumnReading",
     "ColumnTextSettings",
     "ExportSettings",
     "GbnChannel",
+    "GbnLine",
     "GbnSettings",
     "RecordChannel",
     "RecordSettings",

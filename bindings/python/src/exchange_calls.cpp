@@ -92,7 +92,9 @@ py::tuple ImportIntoStore(std::string const& path, std::string const& store, std
     Status status;
     {
         py::gil_scoped_release const others;
-        status = ImportFile(request, result);
+        bool const isOpen = std::holds_alternative<std::monostate>(settings);
+        if (isOpen) status = ProposeSettings(path, format, request.settings);
+        if (status) status = ImportFile(request, result);
         if (status) report = ReportJson(result.report).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
     }
     bridge.Check(status, path, result.messages);

@@ -80,11 +80,15 @@ void BindSettings(py::module_& module) {
         .def_readwrite("separator", &TextReading::separator)
         .def_readwrite("quote", &TextReading::quote)
         .def_readwrite("backslash_quote", &TextReading::backslashQuote)
+        .def_readwrite("quotes_every_row", &TextReading::quotesEveryRow)
         .def_readwrite("decimal_mark", &TextReading::decimalMark)
+        .def_readwrite("width", &TextReading::width)
         .def_readwrite("trailing_separator", &TextReading::trailingSeparator)
         .def_readwrite("comment_marks", &TextReading::commentMarks)
         .def_readwrite("missing", &TextReading::missing)
         .def_readwrite("first_data_line", &TextReading::firstDataLine)
+        .def_readwrite("first_marker_line", &TextReading::firstMarkerLine)
+        .def_readwrite("header_text", &TextReading::headerText)
         .def_readwrite("marker_words", &TextReading::markerWords);
 
     auto column = Bind<ColumnReading>(module, "ColumnReading", "What a column needs beyond its channel.");
@@ -105,12 +109,29 @@ void BindSettings(py::module_& module) {
         .def_readwrite("missing", &ColumnReading::missing)
         .def_readwrite("epoch_divisor", &ColumnReading::epochDivisor);
 
+    auto look = Bind<ColumnLook>(module, "ColumnLook", "What most cells of a column of the file look like.");
+    py::enum_<ColumnLook::Kind>(look, "Kind")
+        .value("EMPTY", ColumnLook::Kind::Empty)
+        .value("TEXT", ColumnLook::Kind::Text)
+        .value("NUMBER", ColumnLook::Kind::Number)
+        .value("DATE", ColumnLook::Kind::Date)
+        .value("TIME", ColumnLook::Kind::Time)
+        .value("DATE_TIME", ColumnLook::Kind::DateTime)
+        .value("POSITION", ColumnLook::Kind::Position);
+    look.def_readwrite("kind", &ColumnLook::kind)
+        .def_readwrite("usual_length", &ColumnLook::usualLength)
+        .def_readwrite("has_blanks", &ColumnLook::hasBlanks)
+        .def_readwrite("has_digits", &ColumnLook::hasDigits)
+        .def_readwrite("is_quoted", &ColumnLook::isQuoted)
+        .def_readwrite("suffix", &ColumnLook::suffix);
+
     Bind<ColumnTextSettings>(module, "ColumnTextSettings", "Columns of text: XYZ, CSV, and what becomes rows of text.")
         .def_readwrite("skip", &ColumnTextSettings::skip)
         .def_readwrite("columns", &ColumnTextSettings::columns)
         .def_readwrite("label_column", &ColumnTextSettings::labelColumn)
         .def_readwrite("reading", &ColumnTextSettings::reading)
-        .def_readwrite("column_readings", &ColumnTextSettings::columnReadings);
+        .def_readwrite("column_readings", &ColumnTextSettings::columnReadings)
+        .def_readwrite("looks", &ColumnTextSettings::looks);
     Bind<SeaSpySettings>(module, "SeaSpySettings", "A SeaSPY log.")
         .def_readwrite("columns", &SeaSpySettings::columns)
         .def_readwrite("interpolated", &SeaSpySettings::interpolated);
@@ -122,6 +143,7 @@ void BindSettings(py::module_& module) {
 
     auto record = Bind<RecordChannel>(module, "RecordChannel", "One channel of a fixed-length binary record.");
     py::enum_<RecordChannel::Format>(record, "Format")
+        .value("NONE", RecordChannel::Format::None)
         .value("INT32", RecordChannel::Format::Int32)
         .value("FLOAT", RecordChannel::Format::Float)
         .value("DOUBLE", RecordChannel::Format::Double)
@@ -152,9 +174,13 @@ void BindSettings(py::module_& module) {
             [](GbnSettings::Channel& channel, std::optional<std::string> const& type) {
                 channel.dataType = type ? std::optional(TypeCode(*type)) : std::nullopt;
             });
+    Bind<GbnSettings::Line>(module, "GbnLine", "What a line of a GBN file is called other than in the file.")
+        .def_readwrite("number", &GbnSettings::Line::number)
+        .def_readwrite("name", &GbnSettings::Line::name);
     gbn.def_readwrite("lines", &GbnSettings::lines)
         .def_readwrite("channels", &GbnSettings::channels)
         .def_readwrite("changes", &GbnSettings::changes)
+        .def_readwrite("line_names", &GbnSettings::lineNames)
         .def_readwrite("fiducial", &GbnSettings::fiducial);
 
     Bind<ExportSettings>(module, "ExportSettings", "What an export writes, and how.")
@@ -163,7 +189,8 @@ void BindSettings(py::module_& module) {
         .def_readwrite("label_as_channel", &ExportSettings::labelAsChannel)
         .def_readwrite("point_id", &ExportSettings::pointId)
         .def_readwrite("units", &ExportSettings::units)
-        .def_readwrite("write_oversized", &ExportSettings::writeOversized);
+        .def_readwrite("write_oversized", &ExportSettings::writeOversized)
+        .def_readwrite("full_digits", &ExportSettings::fullDigits);
 }
 
 }  // namespace norva::python

@@ -1,4 +1,3 @@
-import functools
 import os
 import pathlib
 
@@ -35,18 +34,3 @@ def store(tmp_path):
     path = tmp_path / "survey.nvt"
     norva.write(path, [("L1000", 3), ("Empty", 0), ("L1010 ü", 4)], one_of_each(7), units={"Mag": "nT"})
     return path
-
-
-def without_windows(test):
-    """For imports and exports that run on settings: fails as expected while the library still asks for a window."""
-
-    @functools.wraps(test)
-    def run(*arguments, **names):
-        try:
-            test(*arguments, **names)
-        except norva.Error as error:
-            if "asks a person" in error.reason:
-                pytest.xfail(error.reason)
-            raise
-
-    return run

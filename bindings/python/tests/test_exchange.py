@@ -37,7 +37,8 @@ def test_imports_run_side_by_side(samples, tmp_path):
 
 def test_failures_say_why(samples, tmp_path):
     (tmp_path / "empty.xyz").write_bytes(b"")
-    for source, given in [(tmp_path / "none.xyz", {}), (tmp_path / "empty.xyz", {}),
+    (tmp_path / "prose.txt").write_text("A letter.\nIt has no table, only words, many or few.\nSincerely\n" * 5)
+    for source, given in [(tmp_path / "none.xyz", {}), (tmp_path / "empty.xyz", {}), (tmp_path / "prose.txt", {}),
                           (samples / "survey.xyz", {"format": "No format"}),
                           (samples / "survey.gbn", {"format": "Tarko"})]:
         with pytest.raises(norva.Error) as caught:

@@ -9,12 +9,10 @@ import sys
 
 import numpy as np
 import pytest
-from conftest import without_windows
 
 import norva
 
 
-@without_windows
 def test_the_page_does_what_it_says(samples, tmp_path, monkeypatch, capsys):
     pytest.importorskip("matplotlib")
     shutil.copy(samples / "survey.xyz", tmp_path)
