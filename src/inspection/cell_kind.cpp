@@ -30,7 +30,7 @@ bool TryNumber(std::string_view text, CellRules const& rules, std::string_view s
 }
 
 bool TryDate(std::string_view text, CellRead& read) {
-    if (!ReadDateText(text, read.when.date)) return false;
+    if (!read.lastDate.Read(text, read.when.date)) return false;
     read.kind = CellKind::Date;
     return true;
 }
@@ -42,7 +42,7 @@ bool TryTime(std::string_view text, CellRead& read) {
 }
 
 bool TryDateTime(std::string_view text, CellRead& read) {
-    if (!ReadDateTimeText(text, read.when)) return false;
+    if (!ReadDateTimeText(text, read.when, read.lastDate)) return false;
     read.kind = CellKind::DateTime;
     return true;
 }

@@ -37,6 +37,7 @@ struct CellRead {
     NumberText number;
     DateTimeText when;  ///< of dates and times as well
     PositionText position;
+    CLastDate lastDate;  ///< of the cells that were read into this
 };
 
 /// Whether the cell is one of the marks; `mark` says which.

@@ -123,9 +123,16 @@ void CColumnFacts::AddAny(CellPart const& part, CellRead const& read, std::uint6
             if (marks[mark]++ == 0) markTexts[mark] = text;
             return;
         }
-        case CellKind::Number:
-            AddNumber(text, read.number, line);
+        case CellKind::Number: {
+            if (!read.number.isLook) {
+                AddNumber(text, read.number, line);
+                return;
+            }
+            NumberText number;
+            ScanNumberText(text, read.number.mark == ',' ? DecimalMarks::Comma : DecimalMarks::Point, number);
+            if (AddNumber(text, number, line)) Learn(read.number);
             return;
+        }
         case CellKind::Date:
             AddDate(read.when.date, text, line);
             return;
@@ -154,7 +161,53 @@ void CColumnFacts::AddText(std::string_view text) {
     longestAsLatin1 = std::max(longestAsLatin1, Utf8LengthOfLatin1(text));
 }
 
-void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, std::uint64_t line) {
+/// What stands between this number and others of its look will bring nothing new.
+void CColumnFacts::Learn(NumberText const& look) {
+    // Two digits below 60 may begin a time, or degrees with minutes, and so may all numbers between two of those.
+    bool const isOpen = m_isOpenForm && look.whole > 1;
+    bool const isCounted = look.mark == ',' && look.decimals == 3;
+    bool const mayBeDummy = look.isNegative && look.mark == '\0' && look.whole == 5;
+    if (m_hasNoData || isCounted || mayBeDummy || (isOpen && look.whole > 2)) return;
+    if (Count(CellKind::Number) < kOddCells) return;
+    KnownNumbers& known = m_known[look.isNegative ? 1 : 0][look.whole];
+    if (known.decimals != look.decimals || known.mark != look.mark) {
+        Settle(known);
+        known = {};
+    }
+    known.decimals = look.decimals;
+    known.mark = look.mark;
+    known.isOpen = isOpen;
+    known.low = std::min(known.low, look.lead);
+    known.high = std::max(known.high, look.lead);
+}
+
+void CColumnFacts::Widen(KnownNumbers& known, std::string_view text, NumberText const& number) {
+    known.low = std::min(known.low, number.lead);
+    known.high = std::max(known.high, number.lead);
+    std::int64_t value = 0;
+    for (char const c : text) value = IsDigit(c) ? value * 10 + (c - '0') : value;
+    if (number.isNegative) value = -value;
+    DecimalRange& range = m_ranges[number.decimals];
+    range.low = std::min(range.low, value);
+    range.high = std::max(range.high, value);
+}
+
+void CColumnFacts::Settle(KnownNumbers& known) {
+    rows += known.count;
+    kinds[static_cast<std::size_t>(CellKind::Number)] += known.count;
+    withPoint += known.mark == '.' ? known.count : 0;
+    withComma += known.mark == ',' ? known.count : 0;
+    withDecimals += known.mark != '\0' ? known.count : 0;
+    known.count = 0;
+}
+
+void CColumnFacts::Settle() {
+    for (auto& ofSign : m_known) {
+        for (KnownNumbers& known : ofSign) Settle(known);
+    }
+}
+
+bool CColumnFacts::AddNumber(std::string_view text, NumberText const& number, std::uint64_t line) {
     if (number.length < text.size()) ++withSuffix;
     if (number.mark == '.') ++withPoint;
     if (number.mark == ',') {
@@ -172,7 +225,7 @@ void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, st
     // Ordinary numbers are told from those by their first digit.
     bool const mayBeDummy = text[0] == '9' || (number.isNegative && MayBeNegativeDummy(number)) || number.hasExponent ||
                             number.count > 18 || (m_noData != nullptr && !m_noData->empty());
-    if (mayBeDummy && AddDummy(text, number, line)) return;
+    if (mayBeDummy && AddDummy(text, number, line)) return false;
 
     bool const isWhole = number.IsWhole();
     if (!isWhole) {
@@ -203,6 +256,7 @@ void CColumnFacts::AddNumber(std::string_view text, NumberText const& number, st
     } else {
         m_range.Add(ValueOf(number, text));
     }
+    return true;
 }
 
 /// Whether the number is set apart as one that may stand for missing values.

@@ -71,13 +71,11 @@ public:
     static constexpr std::uint32_t kRangedDecimals = 10;
 
     void Add(CellPart const& part, CellRead const& read, std::uint64_t line) {
-        std::uint64_t& numbers = kinds[static_cast<std::size_t>(CellKind::Number)];
-        bool const isUsual = read.kind == CellKind::Number && numbers >= kOddCells && part.text.size() <= longest;
-        if (!isUsual || m_tracksLabels) return AddAny(part, read, line);
-        ++rows;
-        ++numbers;
-        if (!AddWithin(part.text, read.number)) AddNumber(part.text, read.number, line);
+        if (read.kind != CellKind::Number || m_tracksLabels || !AddKnown(part.text, read.number))
+            AddAny(part, read, line);
     }
+    /// Has to be called behind the last row, before anything is asked.
+    void Settle();
     /// Values that are missing by the user's word, or kept by it.
     void SetMarks(std::vector<double> const* noData, std::vector<double> const* keep);
     void TrackLabels() { m_tracksLabels = true; }
@@ -145,28 +143,48 @@ public:
     ValueRange degrees;
 
 private:
-    /// Counts a number without anything new in it, as most are; false leaves it to AddNumber.
-    bool AddWithin(std::string_view text, NumberText const& number) {
-        bool const isNew = number.count > mostDigits || number.decimals > mostDecimals || number.isNegative ||
-                           number.hasExponent || number.hasLeadingZero || number.mark == ',' ||
-                           number.length != text.size() || text[0] == '9' || m_isOpenForm || m_hasNoData ||
-                           number.count > 18 || number.decimals >= kRangedDecimals;
-        if (isNew || (number.mark == '.' && withDecimals == 0)) return false;
-        DecimalRange const& range = m_ranges[number.decimals];
-        auto const digits = static_cast<std::int64_t>(number.digits);
-        if (digits < range.low || digits > range.high) return false;
-        std::uint64_t const isPoint = number.mark == '.' ? 1 : 0;
-        withPoint += isPoint;
-        withDecimals += isPoint;
+    /// Numbers of one sign and one length before the mark, between two that were looked at closely: there is nothing
+    /// new in them, and they are only counted.
+    struct KnownNumbers {
+        std::uint64_t low = ~std::uint64_t{0};
+        std::uint64_t high = 0;
+        std::uint64_t count = 0;
+        std::uint32_t decimals = 0;
+        char mark = '\0';
+        bool isOpen = false;  ///< numbers outside of them may be of another form than dates, times or minutes
+    };
+    static constexpr std::size_t kMostWhole = 8;
+
+    bool AddKnown(std::string_view text, NumberText const& number) {
+        if (!number.isLook) return false;
+        KnownNumbers& known = m_known[number.isNegative ? 1 : 0][number.whole];
+        std::uint64_t const first = number.lead >> 56;
+        bool const isKnown = known.low <= known.high && number.decimals == known.decimals &&
+                             number.mark == known.mark && text.size() <= longest &&
+                             number.whole + number.decimals - (first == '0' ? 1 : 0) <= mostDigits;
+        // Leading zeros, and numbers that may stand for missing values: "99...", "-9...".
+        bool const isSpecial =
+            number.hasLeadingZero || (first == '9' && (number.isNegative || (number.lead >> 48 & 0xFF) == '9'));
+        if (!isKnown || isSpecial) return false;
+        if (number.lead <= known.low || number.lead >= known.high) {
+            if (known.isOpen) return false;
+            Widen(known, text, number);
+        }
+        ++known.count;
         return true;
     }
+    void Widen(KnownNumbers& known, std::string_view text, NumberText const& number);
+    void Learn(NumberText const& look);
+    void Settle(KnownNumbers& known);
     void AddAny(CellPart const& part, CellRead const& read, std::uint64_t line);
-    void AddNumber(std::string_view text, NumberText const& number, std::uint64_t line);
+    /// False for numbers that may stand for missing values.
+    bool AddNumber(std::string_view text, NumberText const& number, std::uint64_t line);
     bool AddDummy(std::string_view text, NumberText const& number, std::uint64_t line);
     void AddDate(DateText const& date, std::string_view text, std::uint64_t line);
     void AddLabel(std::string_view text, std::uint64_t line);
     void AddText(std::string_view text);
 
+    std::array<std::array<KnownNumbers, kMostWhole + 1>, 2> m_known;
     std::array<DecimalRange, kRangedDecimals> m_ranges;
     ValueRange m_range;
     std::vector<double> const* m_noData = nullptr;

@@ -3,6 +3,7 @@
 #include "platform/text.h"
 
 #include <cmath>
+#include <iterator>
 
 namespace norva {
 
@@ -158,6 +159,19 @@ bool ReadDateText(std::string_view text, DateText& date) {
     return date.orders != 0;
 }
 
+bool CLastDate::Read(std::string_view text, DateText& date) {
+    if (m_size > 0 && text == std::string_view(m_text, m_size)) {
+        date = m_date;
+        return true;
+    }
+    if (!ReadDateText(text, date)) return false;
+    if (text.size() <= kLongest) {
+        m_size = text.copy(m_text, kLongest);
+        m_date = date;
+    }
+    return true;
+}
+
 std::int64_t DayNumber(Day const& day) {
     // Years that begin in March have the leap day at their end.
     std::int64_t const year = day.year - (day.month <= 2 ? 1 : 0);
@@ -187,6 +201,8 @@ double DecimalYear(Day const& day) {
 }
 
 bool ReadTimeText(std::string_view text, TimeText& time) {
+    static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     time = {};
     int hours = 0;
     int minutes = 0;
@@ -202,15 +218,14 @@ bool ReadTimeText(std::string_view text, TimeText& time) {
     time.hasSeconds = true;
     time.seconds += seconds;
     if (text.empty()) return true;
-    if (text.front() != '.' && text.front() != ',') return false;
-    double fraction = 0;
-    double unit = 1;
+    if ((text.front() != '.' && text.front() != ',') || text.size() > std::size(kPowers)) return false;
+    std::int64_t fraction = 0;
     for (char const c : text.substr(1)) {
-        if (!IsDigit(c) || ++time.decimals > 15) return false;
+        if (!IsDigit(c)) return false;
         fraction = fraction * 10 + (c - '0');
-        unit *= 10;
     }
-    time.seconds += fraction / unit;
+    time.decimals = static_cast<int>(text.size() - 1);
+    time.seconds += static_cast<double>(fraction) / kPowers[time.decimals];
     return true;
 }
 
@@ -244,14 +259,14 @@ void TakeZone(std::string_view& text, DateTimeText& both) {
 
 }  // namespace
 
-bool ReadDateTimeText(std::string_view text, DateTimeText& both) {
+bool ReadDateTimeText(std::string_view text, DateTimeText& both, CLastDate& last) {
     both = {};
     if (text.size() < 11 || text.size() > 50) return false;
     std::size_t const colon = text.find(':');
     if (colon == std::string_view::npos || colon < 7) return false;
     std::size_t const split = text.find_last_of("T ", colon);
     if (split == std::string_view::npos) return false;
-    if (!ReadDateText(TrimRight(text.substr(0, split)), both.date)) return false;
+    if (!last.Read(TrimRight(text.substr(0, split)), both.date)) return false;
     std::string_view clock = text.substr(split + 1);
     TakeZone(clock, both);
     return ReadTimeText(clock, both.time);

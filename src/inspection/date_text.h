@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -24,6 +25,19 @@ struct DateText {
 
 /// "27/02/2021", "2021-02-27", "27-Feb-2021", "Feb 27 2021", "2021-058": the whole text has to be the date.
 bool ReadDateText(std::string_view text, DateText& date);
+
+/// The last date that was read, since many rows follow each other on one day.
+class CLastDate {
+public:
+    bool Read(std::string_view text, DateText& date);
+
+private:
+    static constexpr std::size_t kLongest = 20;
+
+    char m_text[kLongest] = {};
+    std::size_t m_size = 0;  ///< 0: none yet
+    DateText m_date;
+};
 
 struct Day {
     int year = 0;
@@ -57,7 +71,7 @@ struct DateTimeText {
 };
 
 /// A date, "T" or blanks, a time, and perhaps "Z" or an offset.
-bool ReadDateTimeText(std::string_view text, DateTimeText& both);
+bool ReadDateTimeText(std::string_view text, DateTimeText& both, CLastDate& last);
 /// The same in UTC: day number, and seconds of that day.
 void ToUtc(DateTimeText const& both, unsigned order, std::int64_t& dayNumber, double& seconds);
 

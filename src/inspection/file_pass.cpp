@@ -16,6 +16,10 @@ CFilePass::CFilePass(std::size_t count, InspectionOptions const& options) : colu
     for (CColumnFacts& column : columns) column.SetMarks(&options.noData, &options.keep);
 }
 
+void CFilePass::Settle() {
+    for (CColumnFacts& column : columns) column.Settle();
+}
+
 void CFilePass::List(InspectedLine line) {
     if (lines.size() < kMostListed) lines.push_back(std::move(line));
 }

@@ -17,6 +17,8 @@ public:
 
     void Row(RowView const& row) override;
     void Line(LineView const& line) override;
+    /// Has to be called behind the last line.
+    void Settle();
 
     std::vector<CColumnFacts> columns;
     InspectionCounts counts;

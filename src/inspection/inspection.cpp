@@ -158,7 +158,7 @@ private:
             static_cast<std::size_t>(*m_options.labelColumn) < m_pass->columns.size()) {
             m_pass->columns[static_cast<std::size_t>(*m_options.labelColumn)].TrackLabels();
         }
-        CTableReader reader(m_reading, m_looks, CTableReader::Texts::Read, *m_pass);
+        CTableReader reader(m_reading, m_looks, RowsFor::Facts, *m_pass);
         m_source.Rewind();
         m_nulLine = 0;
         std::string_view line;
@@ -167,6 +167,7 @@ private:
             reader.Feed(line, m_source.Number());
         }
         reader.Finish();
+        m_pass->Settle();
         m_pass->counts.lines = m_source.Number();
         return m_source.Result(m_path);
     }

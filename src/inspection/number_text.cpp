@@ -78,6 +78,7 @@ bool ScanNumberText(std::string_view text, DecimalMarks marks, NumberText& numbe
     number.hasLeadingZero = whole > 1 && *first == '0';
     number.exponent = 0;
     number.hasExponent = false;
+    number.isLook = false;
     if (next != end) next = ScanExponent(next, end, number);
     number.length = static_cast<std::uint32_t>(next - begin);
     return true;

@@ -3,16 +3,45 @@
 #include "inspection/row_mending.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace norva {
 
-CPlainRows::CPlainRows(TextReading const& reading, std::vector<ColumnLook> const& looks, bool readsTexts)
+namespace {
+
+/// The last characters of a line, with room behind them for numbers to be scanned in blocks.
+class CLineTail {
+public:
+    explicit CLineTail(std::string_view line) : m_end(line.data() + line.size()) {
+        std::size_t const size = std::min(line.size(), kKept);
+        std::memset(m_text + kKept, 0, kPlainNumberRoom);
+        if (size == kKept) {
+            std::memcpy(m_text, m_end - kKept, kKept);
+        } else {
+            std::memcpy(m_text + kKept - size, m_end - size, size);
+        }
+    }
+    /// The same place in the copy.
+    char const* At(char const* place) const { return m_text + kKept - (m_end - place); }
+    char const* End() const { return m_text + sizeof m_text; }
+
+private:
+    static constexpr std::size_t kKept = 32;
+    static_assert(kKept >= static_cast<std::size_t>(kPlainNumberRoom));
+
+    char const* m_end;
+    char m_text[kKept + kPlainNumberRoom];
+};
+
+}  // namespace
+
+CPlainRows::CPlainRows(TextReading const& reading, std::vector<ColumnLook> const& looks, RowsFor purpose)
     : m_rules(CellRulesOf(reading)),
       m_quote(reading.quote),
       m_hasQuote(reading.quote != '\0'),
       m_hasBackslash(reading.backslashQuote),
       m_isByGaps(reading.separator == ' '),
-      m_readsTexts(readsTexts),
+      m_isForFacts(purpose == RowsFor::Facts),
       m_mayEndInSeparator(reading.trailingSeparator) {
     for (ColumnLook const& look : looks) {
         CellKind const kind = KindOf(look.kind);
@@ -42,7 +71,7 @@ bool CPlainRows::Fits(Column const& column, std::string_view text, CellRead& rea
         ReadCell(text, m_rules, column.kind, column.suffix, read);
         return read.kind == column.kind || read.kind == CellKind::Missing;
     }
-    if (m_readsTexts) {
+    if (m_isForFacts) {
         ReadCell(text, m_rules, CellKind::Number, {}, read);
     } else {
         read.kind = CellKind::Text;
@@ -69,6 +98,7 @@ bool CPlainRows::Read(std::string_view line, std::span<CellPart> parts, std::spa
     while (first != end && (*first == ' ' || *first == '\t')) ++first;
     if (first == end || m_startsOther[static_cast<unsigned char>(*first)]) return false;
     if (m_isByGaps) next = first;
+    CLineTail const tail(line);
     bool hasValue = false;
     std::size_t const last = m_columns.size() - 1;
     for (std::size_t i = 0;; ++i) {
@@ -79,13 +109,21 @@ bool CPlainRows::Read(std::string_view line, std::span<CellPart> parts, std::spa
         part.isEscaped = false;
         while (next != end && (m_isByGaps ? EndsCell(*next) : IsGap(*next))) ++next;
         char const* const begin = next;
-        char const* after =
-            column.isPlainNumber && next != end ? ScanPlainNumber(next, end, m_rules.marks, read.number) : nullptr;
+        char const* after = nullptr;
+        if (column.isPlainNumber) {
+            if (end - begin >= kPlainNumberRoom) {
+                after = ScanNumber(begin, end, read.number);
+            } else if (begin != end) {
+                char const* const copy = tail.At(begin);
+                after = ScanNumber(copy, tail.End(), read.number);
+                if (after != nullptr) after = begin + (after - copy);
+            }
+        }
         if (after != nullptr) {
-            part.text = {begin, static_cast<std::size_t>(after - begin)};
             next = after;
             while (next != end && IsGap(*next)) ++next;
             if (next == end || EndsCell(*next)) {
+                part.text = {begin, static_cast<std::size_t>(after - begin)};
                 read.kind = CellKind::Number;
                 hasValue = true;
             } else {

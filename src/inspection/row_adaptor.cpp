@@ -58,7 +58,7 @@ CRowAdaptor::CRowAdaptor(ColumnTextSettings const& settings, IAdaptedSink& sink)
       m_cellRules(CellRulesOf(*settings.reading)),
       m_cells(settings.columns.size()),
       m_buffers(settings.columns.size()),
-      m_reader(*settings.reading, settings.looks, CTableReader::Texts::LeaveUnread, *this) {
+      m_reader(*settings.reading, settings.looks, RowsFor::Values, *this) {
     for (std::size_t i = 0; i < settings.columns.size(); ++i) {
         ColumnReading const& reading = settings.columnReadings[i];
         Plan plan;

@@ -20,7 +20,7 @@ constexpr std::size_t kMostMendedInRow = 1000;
 
 }  // namespace
 
-CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts,
+CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, RowsFor purpose,
                            IRowSink& sink)
     : m_reading(reading),
       m_looks(looks),
@@ -28,8 +28,8 @@ CTableReader::CTableReader(TextReading const& reading, std::vector<ColumnLook> c
       m_rule(SplitRuleOf(reading)),
       m_cells(CellRulesOf(reading)),
       m_mender(reading, looks),
-      m_plainRows(reading, looks, texts == Texts::Read),
-      m_readsTexts(texts == Texts::Read) {
+      m_plainRows(reading, looks, purpose),
+      m_isForFacts(purpose == RowsFor::Facts) {
     for (ColumnLook const& look : looks) {
         m_kinds.push_back(KindOf(look.kind));
         if (IsTyped(m_kinds.back())) ++m_typed;
@@ -173,7 +173,7 @@ bool CTableReader::ReadRow() {
         } else if (IsTyped(kind)) {
             ReadCell(m_parts[i].text, m_cells, kind, m_looks[i].suffix, read);
             if (read.kind != kind && read.kind != CellKind::Missing) ++m_misfits;
-        } else if (m_readsTexts) {
+        } else if (m_isForFacts) {
             ReadCell(m_parts[i].text, m_cells, CellKind::Number, {}, read);
         } else {
             read.kind = CellKind::Text;

@@ -53,10 +53,8 @@ public:
 /// file; lines that are no rows and no markers may come before rows that stand above them.
 class CTableReader {
 public:
-    enum class Texts { Read, LeaveUnread };
-
-    /// All have to outlive the reader. With Texts::Read cells of text columns are read as well (numbers and marks).
-    CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, Texts texts, IRowSink& sink);
+    /// All have to outlive the reader.
+    CTableReader(TextReading const& reading, std::vector<ColumnLook> const& looks, RowsFor purpose, IRowSink& sink);
 
     void Feed(std::string_view line, std::uint64_t number);
     void Finish();
@@ -91,7 +89,7 @@ private:
     CellRules m_cells;
     CRowMender m_mender;
     CPlainRows m_plainRows;
-    bool m_readsTexts;
+    bool m_isForFacts;
     std::vector<CellKind> m_kinds;
     std::size_t m_typed = 0;
     std::vector<CellPart> m_parts;
