@@ -1,50 +1,30 @@
 #include "norva/inspection.h"
 
 #include "inspection/column_looks.h"
-#include "inspection/column_types.h"
-#include "inspection/file_pass.h"
-#include "inspection/header_search.h"
+#include "inspection/conclusion.h"
 #include "inspection/label_column.h"
 #include "inspection/line_kind.h"
-#include "inspection/sample.h"
-#include "inspection/separator_score.h"
 #include "inspection/source_lines.h"
 #include "inspection/table_reader.h"
-#include "inspection/unit_words.h"
-#include "platform/last_error.h"
 #include "platform/text.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
-#include <memory>
 #include <set>
+#include <utility>
 
 namespace norva {
 
 namespace {
 
-constexpr double kRivalIsNear = 0.85;
-/// So many rows of numbers are no accident.
-constexpr std::uint64_t kRowsOfTable = 3;
 /// Every column has facts of its own: a line of millions of parts is taken for no table.
 constexpr std::size_t kMostColumns = 32767;
 
-std::string Number(std::uint64_t number) {
-    return std::to_string(number);
-}
-
-std::string Hundredths(double value) {
-    auto const whole = static_cast<unsigned>(value * 100 + 0.5);
-    return Number(whole / 100) + (whole % 100 < 10 ? ".0" : ".") + Number(whole % 100);
-}
-
 class CInspector {
 public:
-    CInspector(std::string const& path, InspectionOptions const& options, Inspection& result)
-        : m_path(path), m_options(options), m_result(result) {}
+    CInspector(std::string const& path, InspectionOptions const& options) : m_path(path), m_options(options) {}
 
-    Status Run() {
+    Status Run(Inspection& result) {
         if (Status status = m_source.Open(m_path); !status) return status;
         m_reading.encoding = m_source.Encoding();
         if (!TakeSample(m_source, m_sample)) return m_source.Result(m_path);
@@ -52,23 +32,17 @@ public:
         FindLineMarks();
         std::vector<std::string_view> voters = Voters();
         if (Status status = Attempt(voters); !status) return status;
-        if (SuitsBadly()) {
+        if (m_now.SuitsBadly()) {
             if (Status status = LookAgain(); !status) return status;
         }
-        Conclude();
+        result = Conclude(m_sample, m_options, std::move(m_now), std::move(m_signs));
         return {};
     }
 
 private:
-    /// More than a fifth of the lines agree with the table in no reading.
-    bool SuitsBadly() const {
-        std::uint64_t const odd = m_pass->OddLines();
-        return odd > 2 && odd * 5 > m_pass->counts.rows + odd;
-    }
-
     /// Comment marks, words of markers, quotes: what does not hang on the separator.
     void FindLineMarks() {
-        m_reading.commentMarks = FindCommentMarks(m_sample, m_doubtfulMarks);
+        m_reading.commentMarks = FindCommentMarks(m_sample, m_signs.doubtfulMarks);
         if (m_options.findsMarkers) {
             for (std::string_view const word : UsualMarkerWords()) m_reading.markerWords.emplace_back(word);
         }
@@ -92,12 +66,12 @@ private:
 
     /// Splits, looks for the header and passes over the file, with the lines that vote for the separator.
     Status Attempt(std::vector<std::string_view> const& voters) {
-        m_separators = ScoreSeparators(voters, m_quote);
-        std::size_t width = m_separators.Best().parts;
-        m_reading.separator = m_separators.Best().separator;
+        m_now.separators = ScoreSeparators(voters, m_quote);
+        std::size_t width = m_now.separators.Best().parts;
+        m_reading.separator = m_now.separators.Best().separator;
         if (m_options.separator) {
             m_reading.separator = *m_options.separator;
-            for (SeparatorScore const& score : m_separators.scores) {
+            for (SeparatorScore const& score : m_now.separators.scores) {
                 if (score.separator == m_reading.separator) width = score.parts;
             }
         }
@@ -108,20 +82,20 @@ private:
         }
         if (width > kMostColumns) {
             return Status::Failure("Couldn't read the file", m_path,
-                                   "Its lines have more than " + Number(kMostColumns) + " columns.");
+                                   "Its lines have more than " + std::to_string(kMostColumns) + " columns.");
         }
         FindOtherMarkers(width);
         m_looks =
             FindColumnLooks(voters, SplitRuleOf(m_reading), CellRulesOf(m_reading), width, m_reading.quotesEveryRow);
-        m_header = FindHeader(m_sample, m_reading, m_looks, m_options.headerLine);
-        if (!m_header.problem.empty()) {
-            return Status::Failure("Line " + Number(*m_options.headerLine) + " cannot name the columns", m_path,
-                                   m_header.problem);
+        m_now.header = FindHeader(m_sample, m_reading, m_looks, m_options.headerLine);
+        if (!m_now.header.problem.empty()) {
+            return Status::Failure("Line " + std::to_string(*m_options.headerLine) + " cannot name the columns", m_path,
+                                   m_now.header.problem);
         }
-        m_reading.trailingSeparator = m_header.trailingSeparator;
-        m_reading.firstDataLine = m_header.firstDataLine;
-        m_reading.firstMarkerLine = m_header.firstMarkerLine;
-        m_reading.headerText = m_header.headerText;
+        m_reading.trailingSeparator = m_now.header.trailingSeparator;
+        m_reading.firstDataLine = m_now.header.firstDataLine;
+        m_reading.firstMarkerLine = m_now.header.firstMarkerLine;
+        m_reading.headerText = m_now.header.headerText;
         m_reading.width = static_cast<int>(m_looks.size());
         return Pass();
     }
@@ -146,399 +120,75 @@ private:
         for (auto const& [text, count] : words) {
             if (count < 2 || labels[text].size() < 2) continue;
             m_reading.markerWords.push_back(text);
-            m_otherMarkers.push_back(text);
+            m_now.otherMarkers.push_back(text);
         }
     }
 
     Status Pass() {
-        m_pass = std::make_unique<CFilePass>(m_looks.size(), m_options);
-        for (std::size_t const candidate : FindLabelCandidates(m_header.names))
-            m_pass->columns[candidate].TrackLabels();
+        m_now.pass = std::make_unique<CFilePass>(m_looks.size(), m_options);
+        for (std::size_t const candidate : FindLabelCandidates(m_now.header.names))
+            m_now.pass->columns[candidate].TrackLabels();
         if (m_options.labelColumn && *m_options.labelColumn >= 0 &&
-            static_cast<std::size_t>(*m_options.labelColumn) < m_pass->columns.size()) {
-            m_pass->columns[static_cast<std::size_t>(*m_options.labelColumn)].TrackLabels();
+            static_cast<std::size_t>(*m_options.labelColumn) < m_now.pass->columns.size()) {
+            m_now.pass->columns[static_cast<std::size_t>(*m_options.labelColumn)].TrackLabels();
         }
-        CTableReader reader(m_reading, m_looks, RowsFor::Facts, *m_pass);
+        CTableReader reader(m_reading, m_looks, RowsFor::Facts, *m_now.pass);
         m_source.Rewind();
-        m_nulLine = 0;
+        m_signs.nulLine = 0;
         std::string_view line;
         while (m_source.Next(line)) {
             if (!IsPlainAscii(line)) NoteBytes(line);
             reader.Feed(line, m_source.Number());
         }
         reader.Finish();
-        m_pass->Settle();
-        m_pass->counts.lines = m_source.Number();
+        m_now.pass->Settle();
+        m_now.pass->counts.lines = m_source.Number();
         return m_source.Result(m_path);
     }
 
     void NoteBytes(std::string_view line) {
-        if (!m_noUtf8.IsSet()) {
+        if (!m_signs.noUtf8.IsSet()) {
             if (std::size_t const at = FindNoUtf8(line); at != std::string_view::npos) {
-                m_noUtf8.Set(m_source.Number(), line.substr(at, 1));
+                m_signs.noUtf8.Set(m_source.Number(), line.substr(at, 1));
             }
         }
-        if (m_nulLine == 0 && line.find('\0') != std::string_view::npos) m_nulLine = m_source.Number();
-    }
-
-    /// How the file is read, and what came of it.
-    struct Reading {
-        TextReading reading;
-        std::vector<ColumnLook> looks;
-        HeaderChoice header;
-        SeparatorChoice separators;
-        std::vector<std::string> otherMarkers;
-        std::unique_ptr<CFilePass> pass;
-
-        /// Cells that agree as they stand. Words alone agree easily: a text in sentences is a table of them.
-        double Worth() const {
-            auto const typed = std::count_if(looks.begin(), looks.end(),
-                                             [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
-            auto const others = static_cast<std::ptrdiff_t>(looks.size()) - typed;
-            return static_cast<double>(pass->counts.rows - pass->counts.mended) *
-                   (static_cast<double>(typed) + 0.1 * static_cast<double>(others));
-        }
-    };
-
-    Reading TakeReading() { return {m_reading, m_looks, m_header, m_separators, m_otherMarkers, std::move(m_pass)}; }
-
-    void PutReading(Reading& reading) {
-        m_reading = std::move(reading.reading);
-        m_looks = std::move(reading.looks);
-        m_header = std::move(reading.header);
-        m_separators = std::move(reading.separators);
-        m_otherMarkers = std::move(reading.otherMarkers);
-        m_pass = std::move(reading.pass);
+        if (m_signs.nulLine == 0 && line.find('\0') != std::string_view::npos) m_signs.nulLine = m_source.Number();
     }
 
     /// Many lines do not agree: once more, with those as the ones that say how the file is read; in a short file also
     /// with its last lines alone, since a long preamble may have outvoted the rows. The best is kept.
     Status LookAgain() {
-        std::vector<std::string> const odd = m_pass->oddTexts;
+        std::vector<std::string> const odd = m_now.pass->oddTexts;
         std::vector<std::string_view> const all = Voters();
         std::vector<std::vector<std::string_view>> looks = {{odd.begin(), odd.end()}};
         if (m_sample.isWhole)
             looks.emplace_back(all.end() - static_cast<std::ptrdiff_t>(std::max<std::size_t>(1, all.size() / 10)),
                                all.end());
-        Reading best = TakeReading();
+        FileReading best = std::move(m_now);
         TextReading const marks = best.reading;
+        std::vector<std::string> const otherMarkers = best.otherMarkers;
         for (std::vector<std::string_view> const& voters : looks) {
+            m_now = {};
             m_reading = marks;
+            m_now.otherMarkers = otherMarkers;
             if (Status status = Attempt(voters); !status) return status;
-            Reading again = TakeReading();
-            if (again.looks.size() < 2 || again.Worth() <= best.Worth()) continue;
-            best = std::move(again);
-            m_isSecondLook = true;
+            if (m_looks.size() < 2 || m_now.Worth() <= best.Worth()) continue;
+            best = std::move(m_now);
+            m_signs.isSecondLook = true;
         }
-        PutReading(best);
+        m_now = std::move(best);
         return {};
-    }
-
-    void Say(std::string subject, std::string choice, std::string evidence, bool isDoubt = false,
-             std::string option = {}) {
-        m_result.findings.push_back(
-            {std::move(subject), std::move(choice), std::move(evidence), isDoubt, std::move(option)});
-    }
-
-    void Conclude() {
-        if (m_reading.encoding == TextReading::Encoding::Utf8 && m_noUtf8.IsSet())
-            m_reading.encoding = TextReading::Encoding::Latin1;
-        TellBytes();
-        TellSeparator();
-        TellDecimalMark();
-        TellHeader();
-        NameColumns();
-        TellLines();
-        PlanColumns();
-        TellTable();
-        m_reading.missing = {"", "*"};
-        m_result.settings.reading = m_reading;
-        m_result.settings.looks = m_looks;
-        m_result.headerLine = m_header.nameLines.empty() ? 0 : m_header.nameLines.back();
-        m_result.unitLine = m_header.unitLine;
-        m_result.counts = m_pass->counts;
-        m_result.surveyLines = m_pass->labels;
-        ShowInUtf8();
-        std::stable_sort(m_result.lines.begin(), m_result.lines.end(),
-                         [](InspectedLine const& a, InspectedLine const& b) { return a.line < b.line; });
-    }
-
-    void TellBytes() {
-        switch (m_reading.encoding) {
-            case TextReading::Encoding::Latin1: {
-                static constexpr char kHex[] = "0123456789ABCDEF";
-                auto const byte = static_cast<unsigned char>(m_noUtf8.text.front());
-                Say("encoding", "Latin-1",
-                    std::string("byte ") + kHex[byte >> 4] + kHex[byte & 15] + " in line " + Number(m_noUtf8.line) +
-                        " is no UTF-8");
-                break;
-            }
-            case TextReading::Encoding::Utf16Little:
-                Say("encoding", "UTF-16", "by its mark, low byte first");
-                break;
-            case TextReading::Encoding::Utf16Big:
-                Say("encoding", "UTF-16", "by its mark, high byte first");
-                break;
-            default:
-                break;
-        }
-        if (m_nulLine != 0) Say("encoding", "", "line " + Number(m_nulLine) + " holds a NUL byte", true);
-    }
-
-    void TellSeparator() {
-        SeparatorScore const& best = m_separators.Best();
-        if (m_reading.separator == '\0') {
-            Say("separator", "none", "no character separates the lines into parts that read");
-            return;
-        }
-        std::string evidence =
-            Number(best.parts) + " parts in " + Number(best.rows) + " of " + Number(m_separators.voters) + " lines";
-        SeparatorScore const* const rival = m_separators.Rival();
-        bool isNear = false;
-        if (rival != nullptr) {
-            evidence += "; next: " + std::string(SeparatorName(rival->separator)) + " " + Hundredths(rival->score);
-            isNear = rival->parts != best.parts && rival->score > kRivalIsNear * best.score;
-        }
-        if (m_isSecondLook) evidence += "; found in a second pass, by the lines that did not agree in the first";
-        Say("separator", std::string(SeparatorName(m_reading.separator)), std::move(evidence),
-            isNear && !m_options.separator,
-            isNear ? "--separator " + std::string(SeparatorName(rival->separator)) : "");
-        if (m_reading.trailingSeparator) {
-            Say("separator", "",
-                "one more at the end of each row is passed over" +
-                    std::string(m_header.lacksEnd ? "; the names have none there: a name may be missing" : ""),
-                m_header.lacksEnd);
-        }
-        for (std::string const& mark : m_doubtfulMarks) {
-            Say("comments", "", "\"" + mark + "\" begins more than half of the lines and is taken for data", true);
-        }
-    }
-
-    void TellDecimalMark() {
-        if (m_reading.separator == ',') return;
-        std::uint64_t points = 0;
-        std::uint64_t commas = 0;
-        std::uint64_t beforeThree = 0;
-        for (std::size_t i = 0; i < m_looks.size(); ++i) {
-            if (m_looks[i].kind != ColumnLook::Kind::Number) continue;
-            points += m_pass->columns[i].withPoint;
-            commas += m_pass->columns[i].withComma;
-            beforeThree += m_pass->columns[i].commaBeforeThree;
-        }
-        if (commas == 0) return;
-        m_reading.decimalMark = commas >= points ? ',' : '.';
-        std::string const counts = Number(commas) + " numbers with a comma, " + Number(points) + " with a point";
-        if (points > 0) {
-            Say("decimal mark", "both", counts, true);
-        } else if (beforeThree == commas) {
-            Say("decimal mark", "comma", counts + "; three digits follow each: it may stand between thousands", true);
-        } else {
-            Say("decimal mark", "comma", counts);
-        }
-    }
-
-    std::string InUtf8(std::string const& text) const {
-        if (m_reading.encoding != TextReading::Encoding::Latin1) return text;
-        std::string converted;
-        AppendLatin1AsUtf8(converted, text);
-        return converted;
-    }
-
-    /// What was taken from the file to be shown is as the file writes it up to here.
-    void ShowInUtf8() {
-        if (m_reading.encoding != TextReading::Encoding::Latin1) return;
-        auto const convert = [&](std::string& text) {
-            if (FindNoUtf8(text) != std::string_view::npos) text = InUtf8(text);
-        };
-        for (InspectionFinding& finding : m_result.findings) convert(finding.evidence);
-        for (std::string& label : m_result.surveyLines) convert(label);
-        for (InspectedLine& line : m_result.lines) {
-            convert(line.text);
-            convert(line.reason);
-        }
-    }
-
-    /// Units off the names, then every name different and none empty.
-    void NameColumns() {
-        std::size_t const width = m_looks.size();
-        m_naming.resize(width);
-        std::vector<std::string> split(width);
-        std::vector<std::string> units(width);
-        std::map<std::string, int> used;
-        for (std::size_t i = 0; i < width; ++i) {
-            m_header.names[i] = std::string(TrimOf(InUtf8(m_header.names[i]), "\""));
-            if (!SplitUnit(m_header.names[i], split[i], units[i])) split[i] = m_header.names[i];
-            ++used[split[i]];
-        }
-        std::set<std::string> taken;
-        for (std::size_t i = 0; i < width; ++i) {
-            ColumnNaming& naming = m_naming[i];
-            bool const wouldBeAlike = used[split[i]] > 1 && split[i] != m_header.names[i];
-            naming.name = wouldBeAlike ? m_header.names[i] : split[i];
-            naming.units = wouldBeAlike ? "" : units[i];
-            if (!m_header.units[i].empty()) naming.units = InUtf8(m_header.units[i]);
-            if (naming.name.empty()) naming.name = "Ch" + Number(i + 1);
-            std::string const wanted = naming.name;
-            for (int n = 2; !taken.insert(naming.name).second; ++n) naming.name = wanted + "_" + std::to_string(n);
-            if (m_header.nameLines.empty()) continue;
-            if (m_header.names[i].empty() && !m_header.isUneven)
-                Say(naming.name, "", "column " + Number(i + 1) + " has no name", true);
-            if (naming.name != wanted) Say(naming.name, "", "the name " + wanted + " stands twice in the header", true);
-        }
-    }
-
-    void TellHeader() {
-        if (m_options.headerLine) {
-            std::string evidence = "as told";
-            if (m_header.isUneven) evidence += "; it has not as many names as there are columns, from the left";
-            if (m_header.unitLine != 0) evidence += "; row of units in line " + Number(m_header.unitLine);
-            Say("header line", *m_options.headerLine == 0 ? "none" : Number(*m_options.headerLine), std::move(evidence),
-                m_header.isUneven);
-            return;
-        }
-        if (m_header.nameLines.empty()) {
-            if (m_header.textAbove != 0) {
-                Say("header line", "none",
-                    "line " + Number(m_header.textAbove) + " above the data is text, but has no names for " +
-                        Number(m_looks.size()) + " columns",
-                    true, "--header-line " + Number(m_header.textAbove));
-            } else if (m_header.byTextsAlone) {
-                Say("header line", "none", "no column holds numbers or dates, and the first row looks like the others",
-                    true, "--header-line 1");
-            } else {
-                Say("header line", "none", "no line of text stands above the data");
-            }
-            return;
-        }
-        std::string const line = Number(m_header.nameLines.back());
-        std::string evidence = "the last line above the data with " + Number(m_looks.size()) +
-                               (m_looks.size() == 1 ? " part" : " parts") + " and no number";
-        bool isDoubt = false;
-        if (m_header.isUneven) {
-            evidence = "it has not as many names as there are columns; they name the columns from the left";
-            isDoubt = true;
-        } else if (m_header.byTextsAlone) {
-            evidence = "no column holds numbers or dates; no text of this line comes again in its column";
-            isDoubt = true;
-        } else if (m_header.nameLines.size() > 1) {
-            evidence = "joined from lines " + Number(m_header.nameLines.front()) + " and " + line;
-            isDoubt = true;
-        }
-        if (m_header.unitLine != 0) evidence += "; row of units in line " + Number(m_header.unitLine);
-        Say("header line", line, std::move(evidence), isDoubt, isDoubt ? "--header-line N" : "");
-    }
-
-    void TellLines() {
-        CFilePass const& pass = *m_pass;
-        m_labelColumn = -1;
-        bool const isColumnTold = m_options.labelColumn && *m_options.labelColumn >= 0;
-        if (pass.counts.markers > 0 && !isColumnTold) {
-            bool const hasRowsAbove = pass.rowsBeforeMarker > 0;
-            std::string evidence = (pass.counts.markers == 1 ? "a row of its own starts line "
-                                                             : "rows of their own start them, the first line ") +
-                                   pass.labels.front();
-            if (hasRowsAbove) evidence += "; " + Number(pass.rowsBeforeMarker) + " rows stand above the first";
-            Say("lines", Number(pass.counts.markers), std::move(evidence), hasRowsAbove);
-            for (std::string const& word : m_otherMarkers)
-                Say("lines", "", "\"" + word + "\" is taken to start a line", true, "--marker none");
-        } else if (m_options.labelColumn) {
-            m_labelColumn = *m_options.labelColumn < static_cast<int>(m_looks.size()) ? *m_options.labelColumn : -1;
-            Say("lines", m_labelColumn < 0 ? "one" : "by column " + std::to_string(m_labelColumn + 1), "as told");
-        } else {
-            m_labelColumn = FindLabelColumn(m_header.names, pass.columns, m_result.findings);
-        }
-        m_isLabelNamed = m_labelColumn >= 0 && !m_header.names[static_cast<std::size_t>(m_labelColumn)].empty();
-    }
-
-    void PlanColumns() {
-        std::vector<MissingNumbers> const missing = FindMissingNumbers(m_pass->columns, m_options);
-        m_result.lines = m_pass->lines;
-        for (std::size_t i = 0; i < m_looks.size(); ++i) {
-            m_naming[i].isLabel = m_isLabelNamed && static_cast<int>(i) == m_labelColumn;
-            ColumnPlan plan = PlanColumn(m_pass->columns[i], m_looks[i], static_cast<int>(i), m_naming[i], missing[i],
-                                         m_reading, m_options);
-            if (static_cast<int>(i) == m_labelColumn)
-                m_result.settings.labelColumn = static_cast<int>(m_result.settings.columns.size());
-            for (ColumnPlan::Channel& channel : plan.channels) {
-                m_result.settings.columns.push_back(std::move(channel.channel));
-                m_result.settings.columnReadings.push_back(std::move(channel.reading));
-            }
-            std::move(plan.findings.begin(), plan.findings.end(), std::back_inserter(m_result.findings));
-            std::move(plan.spoilt.begin(), plan.spoilt.end(), std::back_inserter(m_result.lines));
-        }
-    }
-
-    /// Rows of numbers above the names: a table that is left out.
-    void TellTableAbove() {
-        std::vector<CellPart> parts;
-        CellRead read;
-        std::uint64_t first = 0;
-        std::uint64_t last = 0;
-        std::uint64_t rows = 0;
-        for (std::size_t i = 0; i < m_sample.headLines && m_sample.lines[i].number < m_reading.firstDataLine; ++i) {
-            std::string const& line = m_sample.lines[i].text;
-            if (IsComment(line, m_reading.commentMarks) || SplitLine(line, SplitRuleOf(m_reading), parts) ||
-                parts.size() < 2)
-                continue;
-            auto const typed = std::count_if(parts.begin(), parts.end(), [&](CellPart const& part) {
-                ReadCell(part.text, CellRulesOf(m_reading), CellKind::Number, {}, read);
-                return IsTyped(read.kind);
-            });
-            if (static_cast<std::size_t>(typed) * 2 <= parts.size()) continue;
-            last = m_sample.lines[i].number;
-            if (rows++ == 0) first = last;
-        }
-        if (rows < kRowsOfTable) return;
-        Say("table", "",
-            Number(rows) + " rows of numbers from line " + Number(first) + " to " + Number(last) +
-                " stand above the names and are not stored",
-            true);
-    }
-
-    void TellTable() {
-        TellTableAbove();
-        InspectionCounts const& counts = m_pass->counts;
-        std::uint64_t const odd = m_pass->OddLines();
-        // Words between blanks are prose.
-        bool const isTyped = std::any_of(m_looks.begin(), m_looks.end(),
-                                         [](ColumnLook const& look) { return IsTyped(KindOf(look.kind)); });
-        bool const isProse = !isTyped && (m_reading.separator == ' ' || m_reading.separator == '\0');
-        m_result.isTable = counts.rows > 0 && odd <= counts.rows && !isProse;
-        if (m_pass->otherTables > 0) {
-            Say("table", "", Number(counts.otherTable) + " lines have the width of another table", true);
-        } else if (SuitsBadly()) {
-            Say("table", "",
-                Number(odd) + " of " + Number(odd + counts.rows) + " lines do not suit the table: this may be no table",
-                true);
-        }
-        if (counts.rows == 0) Say("table", "", "there are no rows of data", true);
-        if (counts.namesAgain > 0) {
-            Say("table", "",
-                "the names come again in line " + Number(m_pass->firstNamesAgain) + "; the table goes on there", true);
-        }
-        if (counts.nothingAtEnd > 0)
-            Say("table", "", Number(counts.nothingAtEnd) + " rows of empty cells at the end are left out");
     }
 
     std::string const& m_path;
     InspectionOptions const& m_options;
-    Inspection& m_result;
     CSourceLines m_source;
     Sample m_sample;
-    TextReading m_reading;
     QuoteChoice m_quote;
-    std::vector<std::string> m_doubtfulMarks;
-    std::vector<std::string> m_otherMarkers;
-    SeparatorChoice m_separators;
-    std::vector<ColumnLook> m_looks;
-    HeaderChoice m_header;
-    std::vector<ColumnNaming> m_naming;
-    std::unique_ptr<CFilePass> m_pass;
-    CellSeen m_noUtf8;
-    std::uint64_t m_nulLine = 0;
-    bool m_isSecondLook = false;
-    int m_labelColumn = -1;
-    bool m_isLabelNamed = false;
+    FileReading m_now;
+    FileSigns m_signs;
+    TextReading& m_reading = m_now.reading;
+    std::vector<ColumnLook>& m_looks = m_now.looks;
 };
 
 }  // namespace
@@ -546,7 +196,7 @@ private:
 Status InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection) {
     inspection = {};
     Inspection found;
-    if (Status status = CInspector(path, options, found).Run(); !status) return status;
+    if (Status status = CInspector(path, options).Run(found); !status) return status;
     inspection = std::move(found);
     return {};
 }
