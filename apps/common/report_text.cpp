@@ -128,12 +128,9 @@ Json ReportJson(ImportReport const& report) {
                     {"accounted", report.IsAccounted()}};
     json["losses"] = report.LossCount();
     json["locations"] = report.LocationCount();
-    json["rows_mended"] = FindingJson(report.mended);
-    json["rows_with_fewer_values"] = FindingJson(report.fewerValues);
-    json["rows_with_more_values"] = FindingJson(report.moreValues);
-    json["cut_records"] = FindingJson(report.cutRecords);
-    json["left_out"] = FindingJson(report.leftOut);
-    json["doubtful_markers"] = FindingJson(report.doubtfulMarkers);
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
+        json[kind->name] = FindingJson(report.*kind->finding);
+    }
     Json& channels = json["channels"] = Json::array();
     for (ReportChannel const& channel : report.channels) channels.push_back(ChannelJson(channel));
     Json& lines = json["lines"] = Json::array();
@@ -191,11 +188,14 @@ std::string ReportHtml(ImportReport const& report) {
     }
     out += "</table>\n";
 
-    std::string places = FindingRows("row", "split otherwise than the rows around it", report.mended) +
-                         FindingRows("row", "fewer values than columns", report.fewerValues) +
-                         FindingRows("row", "more values than columns", report.moreValues) +
-                         FindingRows("row", "data left out", report.leftOut) +
-                         FindingRows("row", "taken as a marker, perhaps data", report.doubtfulMarkers);
+    std::string rows;
+    std::string places;
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
+        ReportFinding const& finding = report.*kind->finding;
+        if (finding.count > 0) rows += "<tr>" + Cell(kind->text) + CountCell(finding.count, kind->isLoss) + "</tr>\n";
+        places += FindingRows("row", kind->text, finding);
+    }
+    if (!rows.empty()) out += "<h2>Rows</h2><table>\n" + rows + "</table>\n";
     for (ReportChannel const& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
             places += FindingRows(channel.settings.name, kind->text, channel.*kind->finding);
@@ -237,11 +237,9 @@ std::string ReportSummary(ImportReport const& report) {
         text += "\n  " + what + ": " + std::to_string(finding.count);
         if (!finding.places.empty()) text += ", first at " + PlaceText(finding.places.front());
     };
-    add("rows with fewer values than columns", report.fewerValues);
-    add("rows with more values than columns", report.moreValues);
-    add("records that the file cuts off", report.cutRecords);
-    add("data that belongs to no line or channel", report.leftOut);
-    add("markers that may be data", report.doubtfulMarkers);
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
+        if (kind->isLoss) add(kind->text, report.*kind->finding);
+    }
     for (ReportChannel const& channel : report.channels) {
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
             if (kind->isLoss || kind->finding == &ReportChannel::backwards) {

@@ -40,11 +40,9 @@ QString PlacesOf(QString const& what, ReportFinding const& finding) {
 QString PageOf(ImportReport const& report) {
     QString const summary = QString::fromStdString(ReportSummary(report)).section('\n', 0, 0);
     QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary) + "<ul>";
-    text += PlacesOf(CReportWindow::tr("Rows split otherwise than the rows around them"), report.mended);
-    text += PlacesOf(CReportWindow::tr("Rows with fewer values than columns"), report.fewerValues);
-    text += PlacesOf(CReportWindow::tr("Rows with more values than columns"), report.moreValues);
-    text += PlacesOf(CReportWindow::tr("Data that belongs to no line or channel"), report.leftOut);
-    text += PlacesOf(CReportWindow::tr("Markers that may be rows of data"), report.doubtfulMarkers);
+    for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
+        text += PlacesOf(kind->text, report.*kind->finding);
+    }
     for (ReportChannel const& channel : report.channels) {
         QString const name = QString::fromStdString(channel.settings.name);
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {

@@ -46,4 +46,8 @@ struct NORVA_API ExportReport {
     std::uint64_t LossCount() const;
 };
 
+/// Copies the report of this thread's last Export_Data_File: 1, or 0 when that export failed or there was none.
+/// ExportStore has a report in its result.
+NORVA_API int GetExportReport(ExportReport& report);
+
 }  // namespace norva

@@ -30,6 +30,7 @@ extern "C" NORVA_API int Import_Data_File(norva::CNorvaFileUtil* store, std::str
 /// `store` is open for reading, and stays so. `newStoreFileName` is untouched when the user cancels the file dialog;
 /// once a name is confirmed it is emptied, and becomes that name for a native file, whatever comes of the export.
 /// 1: written. 0: cancelled or failed, GetLastErrorText() says why; an older file of that name is as it was.
+/// GetExportReport (norva/export_report.h) says what the file does not hold as the store does.
 extern "C" NORVA_API int Export_Data_File(norva::CNorvaFileUtil* store, std::string fileName,
                                           std::string& newStoreFileName, norva::CWindow* owner);
 

@@ -126,9 +126,9 @@ struct ReportRowKind {
 /// All kinds; ends with a kind without a name.
 NORVA_API extern ReportRowKind const kReportRowKinds[];
 
-/// Copies the report of this thread's last import: 1, or 0 when that import failed, there was none, or its format
-/// keeps no report. With `withChecksum` 1 the source is read once more for its SHA-256, and 0 also tells that this
-/// failed (GetLastErrorText() says why).
+/// Copies the report of this thread's last Import_Data_File: 1, or 0 when that import failed or there was none. With
+/// `withChecksum` 1 the source is read once more for its SHA-256, and 0 also tells that this failed
+/// (GetLastErrorText() says why). ImportFile has a report in its result.
 NORVA_API int GetImportReport(ImportReport& report, int withChecksum);
 /// The SHA-256 of a file as 64 hexadecimal digits: 1, or 0 with the reason in GetLastErrorText().
 NORVA_API int GetFileSha256(std::string const& path, std::string& digits);

@@ -6,8 +6,11 @@
 #include "entry/import_formats.h"
 #include "entry/run_exchange.h"
 #include "exchange/exception_guard.h"
+#include "exchange/last_reports.h"
 #include "platform/last_error.h"
 #include "ui/messages.h"
+
+#include <utility>
 
 namespace norva {
 
@@ -50,7 +53,9 @@ int CExpImpContext::ImportData(CNorvaFileUtil* store, std::string& storePath, CW
     job.storePath = m_storeFileName;
     job.gravityMeterMode = m_gravityMeterMode;
 
-    return RunImport(*format, job) ? 1 : 0;
+    if (!RunImport(*format, job)) return 0;
+    KeepLastReport(std::move(job.report));
+    return 1;
 }
 
 int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileName, std::string& newStoreFileName,
@@ -70,7 +75,9 @@ int CExpImpContext::ExportData(CNorvaFileUtil* store, std::string const& fileNam
     }
     Status const status = RunExport(*type, job);
     if (type->code == ExportTypeCode::Native) newStoreFileName = job.outputPath;
-    return status ? 1 : 0;
+    if (!status) return 0;
+    KeepLastReport(std::move(job.report));
+    return 1;
 }
 
 }  // namespace norva

@@ -1,6 +1,6 @@
 #include "entry/exp_imp_context.h"
 #include "exchange/exception_guard.h"
-#include "exchange/report_draft.h"
+#include "exchange/last_reports.h"
 #include "norva/import_export.h"
 #include "norva/toolkit.h"
 #include "platform/last_error.h"
@@ -22,7 +22,7 @@ int Import_Data_File(norva::CNorvaFileUtil* store, std::string& storeFileName, n
     CCall const call;
     return norva::GuardedResult("The import failed", {}, [&] {
         norva::ClearLastErrorText();
-        norva::ForgetReport();
+        norva::ForgetLastImportReport();
         norva::CExpImpContext context;
         return context.ImportData(store, storeFileName, owner, formatLevel);
     });
@@ -33,6 +33,7 @@ int Export_Data_File(norva::CNorvaFileUtil* store, std::string fileName, std::st
     CCall const call;
     return norva::GuardedResult("The export failed", {}, [&] {
         norva::ClearLastErrorText();
+        norva::ForgetLastExportReport();
         norva::CExpImpContext context;
         return context.ExportData(store, fileName, newStoreFileName, owner);
     });

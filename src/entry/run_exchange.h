@@ -5,8 +5,8 @@
 
 namespace norva {
 
-/// Runs a format's importer and makes its report the thread's last one. Whatever fails is shown where it asks for a
-/// message box, and the store is closed then, of which nothing remains.
+/// Runs a format's importer and completes its report. Whatever fails is shown where it asks for a message box, and the
+/// store is closed then, of which nothing remains.
 Status RunImport(ImportFormat const& format, ImportJob& job);
 
 /// Good unless the store would take the place of the file that is imported. To be asked before anything is opened.

@@ -1,8 +1,6 @@
 #include "norva/import_report.h"
 
-#include "exchange/report_draft.h"
 #include "exchange/report_places.h"
-#include "norva/import_export.h"
 #include "platform/files.h"
 #include "platform/last_error.h"
 #include "platform/sha256.h"
@@ -18,7 +16,6 @@ namespace {
 constexpr std::size_t kLongestText = 200;
 constexpr std::size_t kReadSize = 256 * 1024;
 
-thread_local ImportReport draft;
 thread_local std::size_t mostPlaces = ReportFinding::kUsualPlaces;
 
 }  // namespace
@@ -41,10 +38,11 @@ ReportKind const kReportKinds[] = {
 };
 
 ReportRowKind const kReportRowKinds[] = {
+    {"rows_mended", "rows split otherwise than the rows around them", &ImportReport::mended, false},
     {"rows_with_fewer_values", "rows with fewer values than columns", &ImportReport::fewerValues, true},
     {"rows_with_more_values", "rows with more values than columns", &ImportReport::moreValues, true},
     {"cut_records", "records that the file cuts off", &ImportReport::cutRecords, true},
-    {"left_out", "left out", &ImportReport::leftOut, true},
+    {"left_out", "data that belongs to no line or channel", &ImportReport::leftOut, true},
     {"doubtful_markers", "markers that may be data", &ImportReport::doubtfulMarkers, true},
     {"shifted", "rows with an empty cell, values behind it shifted", &ImportReport::shifted, true},
     {"split", "rows with a value cut in pieces by separators", &ImportReport::split, true},
@@ -93,28 +91,6 @@ std::uint64_t ImportReport::RepeatedLines() const {
     return static_cast<std::uint64_t>(std::ranges::count_if(lines, &ReportLine::isRepeated));
 }
 
-void ForgetReport() {
-    draft = {};
-}
-
-void StartReport(std::string const& sourcePath, std::string_view format) {
-    draft = {};
-    draft.sourcePath = sourcePath;
-    draft.format = format;
-    draft.norvaVersion = GetLibraryVersion();
-}
-
-void FinishReport(ImportReport report) {
-    report.sourcePath = draft.sourcePath;
-    report.format = draft.format;
-    report.norvaVersion = draft.norvaVersion;
-    draft = std::move(report);
-}
-
-ImportReport* FinishedReport() {
-    return draft.unit.empty() ? nullptr : &draft;
-}
-
 std::size_t MostPlaces() {
     return mostPlaces;
 }
@@ -129,15 +105,6 @@ void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column
     ++finding.count;
     if (finding.places.size() >= MostPlaces()) return;
     finding.places.push_back({line, column, std::string(text.substr(0, kLongestText))});
-}
-
-int GetImportReport(ImportReport& report, int withChecksum) {
-    if (draft.unit.empty()) return 0;
-    if (withChecksum != 0 && draft.sourceSha256.empty() && GetFileSha256(draft.sourcePath, draft.sourceSha256) == 0) {
-        return 0;
-    }
-    report = draft;
-    return 1;
 }
 
 int GetFileSha256(std::string const& path, std::string& digits) {

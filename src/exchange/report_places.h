@@ -1,6 +1,10 @@
 #pragma once
 
+#include "norva/import_report.h"
+
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace norva {
 
@@ -18,5 +22,8 @@ public:
 private:
     std::size_t m_before;
 };
+
+/// Counts one more finding, with its place as long as places are kept.
+void AddFinding(ReportFinding& finding, std::uint64_t line, std::uint64_t column, std::string_view text);
 
 }  // namespace norva

@@ -1,7 +1,5 @@
 #include "exchange/row_report.h"
 
-#include "exchange/report_places.h"
-
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -68,10 +66,6 @@ ImportReport CRowReport::Take(std::string unit, std::uint64_t unitsRead, std::ui
     m_report.unitsRead = unitsRead;
     m_report.bytesRead = bytesRead;
     return std::move(m_report);
-}
-
-void CRowReport::Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize) {
-    FinishReport(Take(std::move(unit), unitsRead, bytesRead, sourceSize));
 }
 
 }  // namespace norva

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exchange/report_draft.h"
+#include "exchange/report_places.h"
 #include "norva/import_report.h"
 
 #include <cstdint>
@@ -50,8 +50,6 @@ public:
     }
     /// The report of what was found.
     ImportReport Take(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize);
-    /// Makes what was found the draft of the import's report.
-    void Finish(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead, std::uint64_t sourceSize);
 
 private:
     void EndLine();

@@ -82,6 +82,24 @@ class SourcesStay(Case):
         show.stdout.close()
 
 
+
+class Reports(Case):
+    def test_every_kind_of_row_is_named(self):
+        self.write("in.csv", "1,2,3\n4,,6\n7,8,9,10\n")
+        done = self.norva("import", "in.csv", "-o", "out.nvt", "--format", "csv", "--as-it-stands",
+                          "--report", "report.json")
+        self.norva("import", "in.csv", "-o", "out.nvt", "--format", "csv", "--as-it-stands", "--force",
+                   "--report", "report.html")
+        report = json.loads((self.folder / "report.json").read_text())
+        page = (self.folder / "report.html").read_text()
+        for kind, text, line in (("skipped_rows", "rows skipped that read as data", 1),
+                                 ("shifted", "rows with an empty cell, values behind it shifted", 2),
+                                 ("rows_with_more_values", "rows with more values than columns", 3)):
+            self.assertEqual([place["line"] for place in report[kind]["places"]], [line], kind)
+            self.assertIn(f"{text}: 1, first at line {line}", done.stdout)
+            self.assertIn(f"<td>{text}</td><td class=\"n bad\">1</td>", page)
+
+
 class Losses(Case):
     ROWS = "1 2\n3 4x\n5 6\n"
 

@@ -1,5 +1,6 @@
 #include "entry/export_types.h"
 #include "exchange/export_run.h"
+#include "norva/export_report.h"
 #include "norva/export_to_xyz_file.h"
 #include "platform/files.h"
 
@@ -82,6 +83,16 @@ TEST(XyzExport, EmptyLinesAndHiddenLinesAreNotOffered) {
     std::string const head = Row("/ ", {"LINE"});
     EXPECT_EQ(ReadWholeFile(folder / "out.xyz"),
               head.substr(0, head.size() - 2) + "A_name_of_more_than_20     \r\n" + Row("  ", {"a_good_one", "3.00"}));
+
+    ExportReport report;
+    ASSERT_EQ(GetExportReport(report), 1);
+    EXPECT_EQ(report.lines, 1U);
+    EXPECT_EQ(report.locations, 1U);
+    EXPECT_EQ(report.hiddenLines, 1U);
+    EXPECT_EQ(report.changedNames, 2U);
+    // There is none after an export that was given up.
+    EXPECT_EQ(Export(folder, "out.xyz", R"({"click": 2})").value, 0);
+    EXPECT_EQ(GetExportReport(report), 0);
 }
 
 TEST(ExportRouting, TypesOfExtensions) {

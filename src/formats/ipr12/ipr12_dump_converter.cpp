@@ -1,7 +1,7 @@
 #include "formats/ipr12/ipr12_dump_converter.h"
 
 #include "exchange/exception_guard.h"
-#include "exchange/report_draft.h"
+#include "exchange/report_places.h"
 #include "formats/ipr12/ipr12_format.h"
 #include "platform/numbers.h"
 #include "platform/text.h"

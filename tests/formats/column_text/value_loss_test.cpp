@@ -32,7 +32,7 @@ std::string Losses(ImportReport const& report) {
         if (kind->isLoss) add(kind->name, count);
     }
     for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
-        add(kind->name, (report.*kind->finding).count);
+        if (kind->isLoss) add(kind->name, (report.*kind->finding).count);
     }
     return text;
 }
