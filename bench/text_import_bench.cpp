@@ -42,7 +42,8 @@ void BM_ProfileScan(benchmark::State& state) {
     if (!file.Open(folder / "in.xyz")) state.SkipWithError("no file");
     bool const byLabel = state.range(0) != 0;
     for (auto _ : state) {
-        auto const profiles = byLabel ? FindProfilesByLabel(file, 0, 6) : FindProfilesByMarker(file, 0);
+        auto const profiles =
+            byLabel ? FindProfilesByLabel(file, 0, 6, nullptr) : FindProfilesByMarker(file, 0, nullptr);
         benchmark::DoNotOptimize(profiles.size());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));

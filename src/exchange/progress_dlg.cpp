@@ -49,6 +49,10 @@ void CProgressDlg::RefreshTexts() {
 void CProgressDlg::SetPercent(Bar bar, std::string_view text, int percent) {
     if (!IsCreated()) return;
     Toolkit()->ProgressText(text);
+    ShowPercent(bar, percent);
+}
+
+void CProgressDlg::ShowPercent(Bar bar, int percent) {
     CControl& control = bar == Bar::File ? m_fileBar : m_channelBar;
     control.position = std::clamp(percent, 0, 100);
     ++control.revision;

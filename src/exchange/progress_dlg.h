@@ -1,6 +1,7 @@
 #pragma once
 
 #include "norva/dialog.h"
+#include "platform/file_percent.h"
 
 #include <cstdint>
 #include <string>
@@ -25,6 +26,8 @@ public:
     enum class Bar { File, Channel };
     /// What WM_PROGRESS_TEXT with `text`, a percentage of this bar, does.
     void SetPercent(Bar bar, std::string_view text, int percent);
+    /// Moves the bar without a progress text: no script and no trace tells of it.
+    void ShowPercent(Bar bar, int percent);
 
 private:
     void RefreshTexts();
@@ -89,6 +92,22 @@ public:
 private:
     CProgressDlg m_dialog;
     CProgressReporter m_reporter{m_dialog};
+};
+
+/// How far a scan of a file is that sends no progress texts: the bar moves, and the toolkit gets its turn to stop it.
+class CScanProgress {
+public:
+    CScanProgress(CProgressDlg& window, std::uint64_t length) : m_window(window), m_percent(length, 1) {}
+
+    /// To be called for every line, with the offset of its end.
+    void At(std::uint64_t offset) {
+        if (m_percent.Changed(offset))
+            m_window.ShowPercent(CProgressDlg::Bar::File, static_cast<int>(m_percent.Value()));
+    }
+
+private:
+    CProgressDlg& m_window;
+    CFilePercent m_percent;
 };
 
 }  // namespace norva

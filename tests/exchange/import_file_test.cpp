@@ -248,6 +248,32 @@ TEST(ImportFile, SaysWhichSettingDoesNotFit) {
     }
 }
 
+TEST(ImportFile, TellsEveryPassOverTextAndCanBeCancelledThere) {
+    std::string text = "LINE 7\n";
+    for (int i = 0; i < 3000; ++i) text += std::to_string(i % 10) + " 1.5 2.5\n";
+    CTemporaryFolder const folder;
+    WriteWholeFile(folder / "in.xyz", text);
+    for (int const label : {-1, 0}) {
+        ImportRequest request{.inputPath = folder / "in.xyz", .storePath = folder / "out.nvt"};
+        ColumnTextSettings settings = TextSettings("survey.xyz", [](CColumnTextDraft&) { return Status(); });
+        settings.columns.resize(3);
+        settings.labelColumn = label;
+        request.settings = settings;
+        // In which step the callback cancels, and from which percentage on.
+        for (auto const& [step, percent] :
+             {std::pair("Getting line information from the file", 0), std::pair("Loading data from the file", 50),
+              std::pair("Import", 50), std::pair("Writting down data to file", 50)}) {
+            request.progress = [&, step = step, percent = percent](ExchangeProgress const& progress) {
+                return progress.step != step || progress.percent < percent;
+            };
+            ImportResult result;
+            Status const status = ImportFile(request, result);
+            EXPECT_TRUE(status.IsCancelled()) << step << ", lines by " << label << ": " << status.Text();
+            EXPECT_EQ(folder.Count(), 1U) << step;
+        }
+    }
+}
+
 TEST(Contents, ListWhatSettingsChooseFrom) {
     GbnListing gbn;
     ASSERT_TRUE(ListGbnFile(NORVA_SAMPLES "/survey.gbn", gbn));

@@ -70,7 +70,7 @@ Status CAsciiFileImport::Run(std::string const& textPath) {
     m_settings = draft.Settings();
 
     CProgressWindow window("Loading data from the file");
-    if (Status status = FindProfiles(); !status) return Shown(std::move(status));
+    if (Status status = FindProfiles(window); !status) return Shown(std::move(status));
     for (ProfileRecord const& profile : m_profiles) {
         m_job.store->AddProfileToStructure(profile.name, profile.rowCount);
     }
@@ -107,10 +107,12 @@ Status CAsciiFileImport::TakeSettings(CColumnTextDraft& draft) const {
     return draft.SetSettings(*given);
 }
 
-Status CAsciiFileImport::FindProfiles() {
+Status CAsciiFileImport::FindProfiles(CProgressWindow& window) {
+    CScanProgress progress(window.Dialog(), m_file.Length());
     m_dataStart = DataStart(m_preview, m_settings.skip);
-    m_profiles = m_settings.labelColumn >= 0 ? FindProfilesByLabel(m_file, m_dataStart, m_settings.labelColumn)
-                                             : FindProfilesByMarker(m_file, m_dataStart);
+    m_profiles = m_settings.labelColumn >= 0
+                     ? FindProfilesByLabel(m_file, m_dataStart, m_settings.labelColumn, &progress)
+                     : FindProfilesByMarker(m_file, m_dataStart, &progress);
     if (m_file.Error() != 0) return Status::FileFailure("read", m_preview.path, m_file.Error());
     if (m_profiles.empty()) return Status::Failure("There are no data rows in the file", m_preview.path);
     return {};

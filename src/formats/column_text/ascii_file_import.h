@@ -32,7 +32,7 @@ private:
     Status ReadHead(std::string const& textPath);
     /// The settings of the job, checked, or those that the dialog opens with.
     Status TakeSettings(CColumnTextDraft& draft) const;
-    Status FindProfiles();
+    Status FindProfiles(CProgressWindow& window);
     Status ConvertRows(CProgressWindow& window, CColumnFiles& files);
     /// Counts the lines that the pass over the data leaves out at the start of the file, and notes what they hide.
     std::uint64_t ReadSkippedLines(CRowConverter const& converter, CRowReport& report);

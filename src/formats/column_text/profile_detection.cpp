@@ -1,5 +1,6 @@
 #include "formats/column_text/profile_detection.h"
 
+#include "exchange/progress_dlg.h"
 #include "formats/column_text/text_line.h"
 #include "platform/text.h"
 
@@ -35,7 +36,7 @@ std::string GetLineName(std::string_view markerLine) {
     return {};
 }
 
-std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart) {
+std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress) {
     std::vector<ProfileRecord> profiles;
     file.Rewind();
     std::string pendingName;
@@ -50,6 +51,7 @@ std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t
 
     std::string_view line;
     for (; file.Next(line); lineOffset = file.Offset()) {
+        if (progress != nullptr) progress->At(file.Offset());
         LineKind const kind = ClassifyLine(line);
         if (kind == LineKind::Empty) continue;
         if (kind == LineKind::Data) {
@@ -69,7 +71,8 @@ std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t
     return profiles;
 }
 
-std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn) {
+std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
+                                               CScanProgress* progress) {
     std::vector<ProfileRecord> profiles;
     file.Rewind();
     std::string currentLabel;
@@ -78,6 +81,7 @@ std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t 
 
     std::string_view line;
     for (; file.Next(line); lineOffset = file.Offset()) {
+        if (progress != nullptr) progress->At(file.Offset());
         if (ClassifyLine(line) != LineKind::Data) continue;
         bool const counts = lineOffset >= dataStart;
 

@@ -9,6 +9,8 @@
 
 namespace norva {
 
+class CScanProgress;
+
 /// A line of the survey as a text file gives it.
 struct ProfileRecord {
     std::string name;
@@ -19,10 +21,11 @@ struct ProfileRecord {
 std::string GetLineName(std::string_view markerLine);
 
 /// Finds the profiles of a text by marker and comment lines; rows before `dataStart` do not count. A read error is left
-/// in `file`.
-std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart);
+/// in `file`. `progress` may be null.
+std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress);
 /// Finds the profiles by the changes of a column's value. A row without that column belongs to the profile around it,
 /// so that the profiles' rows add up to the rows of the file.
-std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn);
+std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
+                                               CScanProgress* progress);
 
 }  // namespace norva

@@ -37,7 +37,7 @@ Status DescribeTextFile(DescribeJob const& job, FileDescription& description) {
     if (Status status = OpenText(file, job.inputPath); !status) return status;
     std::int64_t rows = 0;
     FileDescription::Table lines{"lines", {"name", "rows"}, {}};
-    for (ProfileRecord const& profile : FindProfilesByMarker(file, DataStart(preview, settings.skip))) {
+    for (ProfileRecord const& profile : FindProfilesByMarker(file, DataStart(preview, settings.skip), nullptr)) {
         lines.rows.push_back({profile.name, std::int64_t{profile.rowCount}});
         rows += profile.rowCount;
     }

@@ -34,8 +34,8 @@ void ExpectProfiles(ScanCase const& test, int labelColumn) {
     ASSERT_TRUE(PreviewTextFile(folder / "in.xyz", preview)) << test.text;
     ASSERT_TRUE(OpenText(file, folder / "in.xyz"));
     std::uint64_t const start = DataStart(preview, test.skip);
-    auto const profiles =
-        labelColumn == kByMarker ? FindProfilesByMarker(file, start) : FindProfilesByLabel(file, start, labelColumn);
+    auto const profiles = labelColumn == kByMarker ? FindProfilesByMarker(file, start, nullptr)
+                                                   : FindProfilesByLabel(file, start, labelColumn, nullptr);
     EXPECT_EQ(Text(profiles), test.expected) << test.text << "label column " << labelColumn << " skip " << test.skip;
 }
 
