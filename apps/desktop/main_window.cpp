@@ -97,7 +97,7 @@ void CMainWindow::OpenFile(QString const& path) {
         Complain(tr("This store cannot be opened:\n%1\n%2").arg(full, why));
         return;
     }
-    Import(full);
+    ImportFiles({full});
 }
 
 void CMainWindow::ShowTitle() {

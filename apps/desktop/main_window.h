@@ -34,7 +34,11 @@ public:
 
     /// Opens a store; a file of another kind starts its import.
     void OpenFile(QString const& path);
-    /// Runs Import_Data_File; with `path`, format and file are chosen already. Opens the new store.
+    /// Asks for files and shows the sheet that imports them.
+    void ImportFiles();
+    /// The same for files and folders; opens the new store, if it is one.
+    void ImportFiles(QStringList const& paths);
+    /// Runs Import_Data_File with its windows; with `path`, format and file are chosen already. Opens the new store.
     void Import(QString const& path = {});
     void Export();
     /// Writes the marks into the store; false when that failed.

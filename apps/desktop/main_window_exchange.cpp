@@ -3,6 +3,8 @@
 #include "main_window.h"
 
 #include "control_views.h"
+#include "file_choice.h"
+#include "import_sheet.h"
 #include "norva/formats.h"
 #include "norva/import_export.h"
 #include "norva/import_report.h"
@@ -13,6 +15,8 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
@@ -54,6 +58,35 @@ int CMainWindow::RunLibrary(bool isImport, std::function<int()> const& operation
     return result;
 }
 
+void CMainWindow::ImportFiles() {
+    ImportFiles(QFileDialog::getOpenFileNames(this, tr("Import"), LastFolder(), tr("All files (*)")));
+}
+
+void CMainWindow::ImportFiles(QStringList const& paths) {
+    if (paths.isEmpty() || m_job.IsRunning()) return;
+    // A script holds the answers to the library's own windows.
+    bool const isKnown = paths.size() > 1 || QFileInfo(paths.front()).isDir() ||
+                         RecognizeImportFormat(paths.front().toStdString()).code != 0;
+    if (!m_recordTo.isEmpty() || !isKnown) {
+        Import(paths.front());
+        return;
+    }
+    CImportSheet sheet(paths, this);
+    connect(&sheet, &CImportSheet::ReportWished, this, &CMainWindow::ShowReport);
+    sheet.exec();
+    std::vector<ImportItem const*> const imported = sheet.Imported();
+    if (!sheet.ByHand().isEmpty()) {
+        Import(sheet.ByHand());
+    } else if (imported.size() == 1) {
+        OpenFile(imported.front()->store);
+        statusBar()->showMessage(tr("Imported into %1").arg(imported.front()->store));
+        ShowReport(imported.front()->result.report);
+    } else if (!imported.empty()) {
+        for (ImportItem const* const item : imported) RememberFile(item->store);
+        statusBar()->showMessage(tr("%1 files imported").arg(imported.size()));
+    }
+}
+
 void CMainWindow::Import(QString const& path) {
     if (m_job.IsRunning()) return;
     if (!path.isEmpty()) {
@@ -77,8 +110,6 @@ void CMainWindow::Import(QString const& path) {
     if (result == 1 && !m_isLeaving) {
         OpenFile(ToQString(name));
         statusBar()->showMessage(tr("Imported into %1").arg(ToQString(name)));
-        delete m_report;
-        m_report = nullptr;
         if (report) ShowReport(*report);
     } else {
         statusBar()->showMessage(m_job.IsCancelled() ? tr("The import was stopped") : tr("Nothing was imported"));
@@ -87,6 +118,7 @@ void CMainWindow::Import(QString const& path) {
 }
 
 void CMainWindow::ShowReport(ImportReport const& report) {
+    delete m_report;
     m_report = new CReportWindow(report, this);
     m_report->show();
 }
@@ -129,7 +161,15 @@ void CMainWindow::dropEvent(QDropEvent* event) {
     QList<QUrl> const urls = event->mimeData()->urls();
     event->acceptProposedAction();
     m_startPage->ShowDrop(false);
-    if (!urls.isEmpty() && urls.front().isLocalFile()) OpenFile(urls.front().toLocalFile());
+    QStringList paths;
+    for (QUrl const& url : urls) {
+        if (url.isLocalFile()) paths.push_back(url.toLocalFile());
+    }
+    if (paths.size() == 1 && !QFileInfo(paths.front()).isDir()) {
+        OpenFile(paths.front());
+    } else {
+        ImportFiles(paths);
+    }
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event) {

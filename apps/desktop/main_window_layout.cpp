@@ -74,7 +74,7 @@ void CMainWindow::ConnectViews() {
         QString const path = AskFileToOpen(this, tr("Open a store"), tr("Stores (*.nvt);;All files (*)"));
         if (!path.isEmpty()) OpenFile(path);
     });
-    connect(m_startPage, &CStartPage::ImportWished, this, [this] { Import(); });
+    connect(m_startPage, &CStartPage::ImportWished, this, [this] { ImportFiles(); });
     connect(m_startPage, &CStartPage::FileWished, this, &CMainWindow::OpenFile);
     connect(m_panel, &CStorePanel::LinesChosen, this, [this] {
         std::vector<int> const lines = m_panel->Lines();
@@ -151,7 +151,8 @@ void CMainWindow::BuildFileMenu() {
     m_recent = file->addMenu(tr("Open &recent"));
     m_storeActions.push_back(file->addAction(tr("&Save marks"), QKeySequence::Save, this, [this] { SaveMarks(); }));
     file->addSeparator();
-    file->addAction(tr("&Import..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] { Import(); });
+    file->addAction(tr("&Import..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] { ImportFiles(); });
+    file->addAction(tr("Import by &format..."), this, [this] { Import(); });
     m_storeActions.push_back(
         file->addAction(tr("&Export..."), QKeySequence(Qt::CTRL | Qt::Key_E), this, [this] { Export(); }));
     m_storeActions.push_back(

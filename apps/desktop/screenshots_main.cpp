@@ -1,15 +1,20 @@
 // Takes the pictures of docs/screenshots: the sample survey imported and exported through real windows.
 
 #include "common/script_json.h"
+#include "import_sheet.h"
 #include "main_window.h"
+#include "proposal_view.h"
 #include "quality_page.h"
 #include "scripted_windows.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 #include <cstdio>
 
@@ -32,30 +37,31 @@ void Save(QWidget& window, QString const& file) {
     }
 }
 
-/// Plays a script and pictures a dialog as it stands before every act, so that the file keeps the one before the last.
+/// Plays a script and pictures the dialog before every act, so that the file keeps the one before the last act.
 class CPhotographedWindows : public CScriptedWindows {
 public:
-    CPhotographedWindows(std::vector<ScriptAnswer> answers, int dialog, QString file)
-        : CScriptedWindows(std::move(answers), false, nullptr), m_dialog(dialog), m_file(std::move(file)) {}
+    CPhotographedWindows(std::vector<ScriptAnswer> answers, QString file)
+        : CScriptedWindows(std::move(answers), false, nullptr), m_file(std::move(file)) {}
 
 protected:
     bool Act(CDialog& dialog, DialogEvent const& event, std::string& why) override {
         QWidget* const window = QApplication::activeModalWidget();
-        if (dialog.TemplateNumber() == m_dialog && window != nullptr) Save(*window, m_file);
+        if (window != nullptr) Save(*window, m_file);
         return CScriptedWindows::Act(dialog, event, why);
     }
 
 private:
-    int m_dialog;
     QString m_file;
 };
 
-void PlayAndPicture(char const* json, std::map<std::string, std::string> const& settings, int dialog,
-                    QString const& file) {
-    Script const script = ParseScript(json, settings);
-    CPhotographedWindows windows(script.answers, dialog, file);
+/// Plays NAME.json of the folder and pictures its last dialog in NAME.png.
+void PlayAndPicture(QString const& name, std::map<std::string, std::string> const& settings, QDir const& folder) {
+    QFile file(folder.filePath(name + ".json"));
+    if (!file.open(QIODevice::ReadOnly)) Fail(file.fileName() + " cannot be read");
+    Script const script = ParseScript(file.readAll().toStdString(), settings);
+    CPhotographedWindows windows(script.answers, folder.filePath(name + ".png"));
     PlayResult const result = RunOperation(script, windows, nullptr, nullptr);
-    if (result.value != 1) Fail(file + ": " + ToQString(result.failure));
+    if (result.value != 1) Fail(name + ": " + ToQString(result.failure));
 }
 
 /// The colours of a dark desktop, for a look at the windows in them.
@@ -86,26 +92,33 @@ int LineOf(CStoreDocument const& document, QString const& name) {
     Fail("there is no line " + name);
 }
 
+/// Copies of the samples in a folder of their own, as a person would have them.
+void TakeSheet(QString const& survey, QDir const& folder) {
+    QTemporaryDir const work;
+    QDir const samples = QFileInfo(survey).dir();
+    for (char const* const name : {"survey.csv", "survey.xyz", "cg3.dmp", "tracks.gpx", "base.bin"}) {
+        QFile::copy(samples.filePath(name), work.filePath(name));
+    }
+    CImportSheet sheet({work.path()}, nullptr);
+    sheet.show();
+    for (int i = 0; i < sheet.Files().topLevelItemCount(); ++i) {
+        QTreeWidgetItem* const row = sheet.Files().topLevelItem(i);
+        if (row->text(0) == "survey.csv") sheet.Files().setCurrentItem(row);
+    }
+    while (sheet.IsBusy()) QApplication::processEvents();
+    sheet.Proposal().Rows().selectColumn(6);
+    Save(sheet, folder.filePath("sheet.png"));
+}
+
 void TakeAll(QString const& survey, QDir const& folder) {
     QTemporaryDir const work;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, work.path());
     std::map<std::string, std::string> const settings = {{"input", survey.toStdString()},
                                                          {"store", work.filePath("survey.nvt").toStdString()},
                                                          {"output", work.filePath("survey.xyz").toStdString()}};
-    PlayAndPicture(R"({"operation": "import", "answers": [
-                       {"dialog": 4063, "do": [{"double": "Formats", "row": 0}]},
-                       {"open": "{input}"}, {"save": "{store}"},
-                       {"dialog": 4003, "do": [{"double": "File Header", "row": 1},
-                                               {"select": "Data Preview", "column": 6}, {"click": 1}]},
-                       {"message": "Do you want to change the column labels?", "answer": "yes"}]})",
-                   settings, 4003, folder.filePath("columns.png"));
-    PlayAndPicture(R"({"operation": "export", "store": "{store}", "name": "{output}", "answers": [
-                       {"save": "{output}"},
-                       {"dialog": 4000, "do": [{"double": 4005, "row": 0}, {"double": 4005, "row": 1},
-                                               {"double": 4001, "row": 0}, {"double": 4001, "row": 0},
-                                               {"double": 4001, "row": 4}, {"select": 4005, "row": 0},
-                                               {"click": 1}]}]})",
-                   settings, 4000, folder.filePath("export.png"));
+    TakeSheet(survey, folder);
+    PlayAndPicture("columns", settings, folder);
+    PlayAndPicture("export", settings, folder);
 
     CMainWindow window;
     window.resize(kWidth, kHeight);

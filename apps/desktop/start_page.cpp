@@ -16,7 +16,7 @@ CStartPage::CStartPage() : m_recent(new QVBoxLayout), m_drop(new QLabel) {
     auto* const open = new QCommandLinkButton(tr("&Open a store"), tr("Lines and channels of a survey (.nvt)"));
     auto* const import = new QCommandLinkButton(
         tr("&Import a file"), tr("Column text, instrument dumps, GPS tracks, binary records, databases"));
-    m_drop->setText(tr("or drop a file here"));
+    m_drop->setText(tr("or drop files or a folder here"));
     m_drop->setAlignment(Qt::AlignCenter);
     m_drop->setMinimumHeight(6 * fontMetrics().height());
     ShowDrop(false);

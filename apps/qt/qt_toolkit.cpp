@@ -144,6 +144,10 @@ void CQtToolkit::SetCursor(CursorShape shape) {
     }
 }
 
+void CQtToolkit::CallEnded() {
+    SetCursor(CursorShape::Arrow);
+}
+
 void CQtToolkit::ShowHelp(std::string const& topic) {
     ShowHelpPage(Parent(), ToQString(topic));
 }

@@ -93,4 +93,26 @@ struct Inspection {
 /// file cannot be read or is no text.
 NORVA_API Status InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection);
 
+/// One cell as settings read it.
+struct InspectedCell {
+    enum class What { Value, Missing, Unreadable };  ///< unreadable: stored as missing, and counted in the report
+
+    What what = What::Value;
+    std::string text{};  ///< as it stands in the file, a text without its quotes
+
+    bool operator==(InspectedCell const&) const = default;
+};
+
+struct InspectedRow {
+    std::uint64_t line = 0;              ///< of the file, from 1
+    std::string surveyLine{};            ///< label of the line of the survey that it belongs to, where it has one
+    std::vector<InspectedCell> cells{};  ///< one per entry of the settings' columns
+
+    bool operator==(InspectedRow const&) const = default;
+};
+
+/// The first rows of a text file, at most `most`, as an import by the settings reads them. The settings need `reading`.
+NORVA_API Status ReadFirstRows(std::string const& path, ColumnTextSettings const& settings, std::size_t most,
+                               std::vector<InspectedRow>& rows);
+
 }  // namespace norva

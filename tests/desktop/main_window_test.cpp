@@ -1,4 +1,5 @@
 #include "common/script_json.h"
+#include "import_sheet.h"
 #include "norva/scripted_toolkit.h"
 #include "person.h"
 #include "run_window.h"
@@ -317,8 +318,19 @@ TEST_F(MainWindow, AFileThatCannotBeReadLeavesWhatIsOpen) {
 
 TEST_F(MainWindow, ADroppedFileIsImportedRecordedAndGivesItsTemplate) {
     QString const survey = NORVA_SAMPLES "/survey.csv";
-    auto const drop = [&](std::string const& store, std::vector<CPerson::Answer> answers) {
-        answers.insert(answers.begin(), CPerson::SaveAs(folder / store));
+    auto const byHand = [](QWidget& shown) {
+        auto* const sheet = qobject_cast<CImportSheet*>(&shown);
+        for (QPushButton* const button : shown.findChildren<QPushButton*>()) {
+            if (sheet == nullptr || button->text().remove('&') != "By hand..." || !button->isEnabled()) continue;
+            QTest::mouseClick(button, Qt::LeftButton);
+            return true;
+        }
+        return false;
+    };
+    // A recorded import goes through the library's windows at once, another from the sheet on demand.
+    auto const drop = [&](std::string const& store, bool isRecorded, std::vector<CPerson::Answer> answers) {
+        if (!isRecorded) answers.insert(answers.begin(), byHand);
+        answers.insert(answers.begin() + (isRecorded ? 0 : 1), CPerson::SaveAs(folder / store));
         CPerson const person(std::move(answers));
         QMimeData files;
         files.setUrls({QUrl::fromLocalFile(survey)});
@@ -334,8 +346,9 @@ TEST_F(MainWindow, ADroppedFileIsImportedRecordedAndGivesItsTemplate) {
     };
     QString const columns = "Import: Set Channels";
     window.RecordTo(QString::fromStdString(folder / "record.json"));
-    std::string const imported = drop("a.nvt", {CPerson::Press(columns, "Save as template..."), CPerson::Type("mine"),
-                                                CPerson::Press(columns, "Continue")});
+    std::string const imported = drop(
+        "a.nvt", true,
+        {CPerson::Press(columns, "Save as template..."), CPerson::Type("mine"), CPerson::Press(columns, "Continue")});
 
     Script const script = ParseScript(ReadWholeFile(folder / "record.json"),
                                       {{"input", survey.toStdString()}, {"output", folder / "b.nvt"}});
@@ -354,7 +367,7 @@ TEST_F(MainWindow, ADroppedFileIsImportedRecordedAndGivesItsTemplate) {
         }
         return false;
     };
-    EXPECT_EQ(drop("c.nvt", {useTemplate, CPerson::Press(columns, "Continue")}), imported);
+    EXPECT_EQ(drop("c.nvt", false, {useTemplate, CPerson::Press(columns, "Continue")}), imported);
 }
 
 }  // namespace

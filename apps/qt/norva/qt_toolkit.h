@@ -31,6 +31,8 @@ public:
     void WindowChanged(CModelessDialog& window, bool now) override;
     void WindowDestroyed(CModelessDialog& window) override;
     void SetCursor(CursorShape shape) override;
+    /// Gives a wait cursor back that a failed run left.
+    void CallEnded() override;
     void ShowHelp(std::string const& topic) override;
 
 protected:
