@@ -15,6 +15,7 @@ array) of every channel.
 from . import settings
 from ._error import Cancelled, Error
 from ._exchange import Description, Report, describe, export, import_file, verify
+from ._inspection import Finding, Inspection, OddLine, inspect
 from ._norva import library_version as __version__
 from ._survey import Channel, Line, Survey, open
 from ._writing import mark_deleted, write
@@ -24,12 +25,16 @@ __all__ = [
     "Channel",
     "Description",
     "Error",
+    "Finding",
+    "Inspection",
     "Line",
+    "OddLine",
     "Report",
     "Survey",
     "describe",
     "export",
     "import_file",
+    "inspect",
     "mark_deleted",
     "open",
     "settings",

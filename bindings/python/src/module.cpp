@@ -1,5 +1,6 @@
 #include "column_values.h"
 #include "exchange_calls.h"
+#include "inspection.h"
 #include "settings.h"
 #include "store_error.h"
 #include "store_handle.h"
@@ -45,6 +46,7 @@ PYBIND11_MODULE(_norva, module) {
     module.def("import_into_store", &ImportIntoStore);
     module.def("export_from_store", &ExportFromStore);
     module.def("describe", &Describe);
+    module.def("inspect_text", &InspectText);
     module.def("has_missing", &HasMissing, py::arg("values"));
     module.def("missing_mask", &MissingMask, py::arg("values"));
     module.def("filled", &FilledWithNan, py::arg("values"));
