@@ -31,6 +31,7 @@ void AddExportOptions(CLI::App& command, ExportOptions& options, bool withSelect
                      "Write as many digits as a number needs to read back the same (XYZ text and worksheets)");
     command.add_flag("--force", options.force, "Replace existing files; write sheets too large for their readers");
     command.add_flag("--units,!--no-units", options.units, "Keep the units in the column titles (default)");
+    command.add_flag("--unit-row", options.unitRow, "Write the units into a row of their own below the titles (CSV)");
 }
 
 void AddFormatsCommand(CCommands& commands) {

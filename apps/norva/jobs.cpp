@@ -134,6 +134,7 @@ ExportReport RunExport(std::string const& store, std::string const& output, Expo
     request.settings.labelAsChannel = options.labelAsChannel;
     request.settings.pointId = options.pointId;
     request.settings.units = options.units;
+    request.settings.unitRow = options.unitRow;
     request.settings.fullDigits = options.fullDigits;
     request.settings.writeOversized = options.force;
     {

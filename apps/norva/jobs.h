@@ -40,6 +40,7 @@ struct ExportOptions {
     bool labelAsChannel = false;
     bool pointId = false;
     bool units = true;
+    bool unitRow = false;
     bool fullDigits = false;
     bool force = false;  ///< replace an older file; write a sheet that its readers cannot hold whole
 };

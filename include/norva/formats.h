@@ -19,7 +19,7 @@ struct ImportFormatInfo {
 /// What the format list offers at a level, in its order.
 NORVA_API std::vector<ImportFormatInfo> ListImportFormats(int level);
 
-/// What can be written.
+/// What can be written. CSV files are written without windows alone (ExportStore).
 struct ExportFormatInfo {
     std::string label;
     std::vector<std::string> extensions;  ///< lower case, without a dot; each selects the format

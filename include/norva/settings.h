@@ -162,14 +162,15 @@ using ImportSettings =
 /// Which settings an import takes: the place in ImportSettings.
 enum class SettingsKind { None, ColumnText, SeaSpy, Cg3, Records, Gbn };
 
-/// What an export writes, and how. Label, point number and digits are of XYZ files and worksheets, units of XYZ files;
-/// the others have no place for them.
+/// What an export writes, and how. Label, point number and digits are of XYZ files and worksheets, units of XYZ and CSV
+/// files; the others have no place for them. A CSV file has the line's name in its first column and every digit anyway.
 struct ExportSettings {
     std::optional<std::vector<int>> lines{};     ///< profile numbers of the store in output order; none: all shown ones
     std::optional<std::vector<int>> channels{};  ///< places in the store's channel order, in output order; none: all
     bool labelAsChannel = false;                 ///< the line's name in a column of its own
     bool pointId = false;                        ///< a point number in a column of its own
     bool units = true;                           ///< units in the column titles, where there are any
+    bool unitRow = false;                        ///< of CSV: units in a row of their own below the titles
     bool writeOversized = false;                 ///< write a sheet that its readers cannot hold whole
     bool fullDigits = false;                     ///< as many digits as a number needs to read back the same
 

@@ -62,7 +62,7 @@ Status Import(ImportRequest const& request, ImportResult& result) {
 }
 
 Status Export(ExportRequest const& request, ExportResult& result) {
-    ExportType const* const type = FindExportType(ExportTypeOf(ExtensionOf(request.outputPath)));
+    ExportType const* const type = FindWrittenType(ExtensionOf(request.outputPath));
     if (type == nullptr || type->run == nullptr) {
         return Status::Failure("Files with this extension cannot be written", request.outputPath);
     }

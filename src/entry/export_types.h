@@ -14,4 +14,9 @@ std::span<ExportType const* const> ExportTypes();
 ExportTypeCode ExportTypeOf(std::string_view extension);
 ExportType const* FindExportType(ExportTypeCode code);
 
+/// The types beside the fixed ones, which are written without windows alone.
+std::span<ExportType const* const> FurtherExportTypes();
+/// The type that is written without windows to a file of that extension, a further one or a fixed one; null for none.
+ExportType const* FindWrittenType(std::string_view extension);
+
 }  // namespace norva

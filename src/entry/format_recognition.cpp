@@ -7,6 +7,8 @@
 #include "platform/paths.h"
 #include "platform/text.h"
 
+#include <algorithm>
+
 namespace norva {
 
 namespace {
@@ -27,15 +29,17 @@ std::vector<ImportFormatInfo> ListImportFormats(int level) {
 std::vector<ExportFormatInfo> ListExportFormats() {
     std::vector<ExportFormatInfo> formats;
     std::vector<std::string_view> extensions;
-    for (ExportType const* const type : ExportTypes()) {
-        if (type->run == nullptr) continue;
+    auto const add = [&](ExportType const* type) {
+        if (type->run == nullptr) return;
         GetTokens(type->extensions, extensions, " ");
         formats.push_back({std::string(type->label), {}});
         for (std::string_view const extension : extensions) {
             std::string& lower = formats.back().extensions.emplace_back(extension);
             for (char& c : lower) c = static_cast<char>(c + ('a' - 'A'));
         }
-    }
+    };
+    std::ranges::for_each(ExportTypes(), add);
+    std::ranges::for_each(FurtherExportTypes(), add);
     return formats;
 }
 

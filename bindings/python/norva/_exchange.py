@@ -126,10 +126,11 @@ def export(
     line_column: bool = False,
     point_column: bool = False,
     units: bool = True,
+    unit_row: bool = False,
     progress: Progress | None = None,
     replace: bool = False,
 ) -> list[str]:
-    """Writes a store in the form that the extension of `path` names: XYZ text, a worksheet, GBN, native.
+    """Writes a store in the form that the extension of `path` names: CSV, XYZ text, a worksheet, GBN, native.
 
     Args:
         store: its path, or the open survey.
@@ -138,6 +139,7 @@ def export(
         line_column: the line's name in a column of its own.
         point_column: a point number in a column of its own.
         units: units in the titles of the columns.
+        unit_row: units of a CSV file in a row of their own below the titles.
         progress: as of `import_file`.
         replace: whether a file of that name may be replaced.
 
@@ -145,7 +147,7 @@ def export(
         What the desktop program would have shown.
     """
     survey = store if isinstance(store, Survey) else Survey(store)
-    settings = ExportSettings(label_as_channel=line_column, point_id=point_column, units=units)
+    settings = ExportSettings(label_as_channel=line_column, point_id=point_column, units=units, unit_row=unit_row)
     if lines is not None:
         settings.lines = [survey.line(name).number for name in lines]
     if channels is not None:

@@ -184,6 +184,7 @@ class ExportSettings:
     label_as_channel: bool
     point_id: bool
     units: bool
+    unit_row: bool
     write_oversized: bool
     full_digits: bool
     def __init__(self, **members: Any) -> None: ...

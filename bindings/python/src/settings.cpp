@@ -189,6 +189,7 @@ void BindSettings(py::module_& module) {
         .def_readwrite("label_as_channel", &ExportSettings::labelAsChannel)
         .def_readwrite("point_id", &ExportSettings::pointId)
         .def_readwrite("units", &ExportSettings::units)
+        .def_readwrite("unit_row", &ExportSettings::unitRow)
         .def_readwrite("write_oversized", &ExportSettings::writeOversized)
         .def_readwrite("full_digits", &ExportSettings::fullDigits);
 }
