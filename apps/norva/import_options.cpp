@@ -150,13 +150,15 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                         for (std::string const& one : texts) options.columns.push_back(ParseColumnOption(one));
                     },
                     "C:type=double,name=Mag,units=nT with C a name, or a number from 1; type: " + ListOf(kColumnTypes) +
-                        "; also template=DD/MM/YYYY and width=8 (repeatable; also GBN). XYZ, CSV, GEM, CG5: C may be "
+                        "; also template=DD/MM/YYYY and width=8 (repeatable; also GBN). By a proposal: C may be "
                         "several, Mag,Alt, or '*'")
                 ->expected(1)
                 ->take_all(),
             {SettingsKind::ColumnText, SettingsKind::SeaSpy, SettingsKind::Gbn});
 
-    group = "Proposal from the whole file (XYZ, CSV, GEM, CG5): each option settles one choice and leaves the others";
+    group =
+        "Proposal from the whole file (XYZ, CSV, GEM, CG5, IPR_12, GPX): each option settles one choice and leaves the "
+        "others";
     auto const ofProposal = [&](CLI::Option* option) { options.ofProposal.push_back(declare(option, columns)); };
     declare(command.add_flag("--as-it-stands", options.asItStands,
                              "No proposal: guess from the first rows alone, as the dialog of the import does"),
@@ -177,7 +179,7 @@ void AddImportOptions(CLI::App& command, ImportOptions& options) {
                    ->expected(1)
                    ->take_all());
 
-    group = "First rows alone (XYZ, CSV, GEM, CG5: with --as-it-stands or a template of it; IPR_12, GPX: always)";
+    group = "First rows alone (with --as-it-stands or a template of it)";
     auto const ofFirstRows = [&](CLI::Option* option) { options.ofFirstRows.push_back(declare(option, columns)); };
     ofFirstRows(command.add_option("--skip", options.skip, "Lines with text to skip at the top")
                     ->check(CLI::NonNegativeNumber));

@@ -4,6 +4,7 @@
 #include "common/known_kind.h"
 #include "common/names.h"
 #include "norva/contents.h"
+#include "norva/exchange.h"
 
 #include <algorithm>
 #include <cctype>
@@ -233,8 +234,14 @@ GbnSettings GbnFrom(ImportOptions const& options, std::string const& input) {
     return settings;
 }
 
-Cg3Settings Cg3From(ImportOptions const& options, std::string const& input) {
-    Cg3Settings settings;
+Cg3Settings Cg3From(ImportOptions const& options, ImportFormatInfo const& format, std::string const& input) {
+    ImportSettings proposed;
+    if (!options.asItStands) {
+        if (Status const status = ProposeSettings(input, format.label, proposed); !status) {
+            throw CommandError(status.Text());
+        }
+    }
+    Cg3Settings settings = options.asItStands ? Cg3Settings() : std::get<Cg3Settings>(proposed);
     if (!options.dumpColumns.empty()) {
         Cg3Listing listing;
         if (Status const status = ListCg3File(input, listing); !status) throw CommandError(status.Text());
@@ -302,7 +309,7 @@ ChosenSettings SettingsFrom(ImportOptions const& options, ImportFormatInfo const
             case SettingsKind::SeaSpy:
                 return ColumnsFrom(options, format, input, needsColumns);
             case SettingsKind::Cg3:
-                return {Cg3From(options, input)};
+                return {Cg3From(options, format, input)};
             case SettingsKind::Records:
                 return {RecordsFrom(options, input)};
             case SettingsKind::Gbn:

@@ -169,7 +169,7 @@ bool AddProposal(InfoJob const& job, std::string const& label, nlohmann::ordered
     if (!job.settings.format.empty()) options.format = label;
     Inspection proposal;
     try {
-        proposal = ProposeImport(options, job.path);
+        proposal = ProposeImport(options, job.path, label);
     } catch (CommandError const& error) {
         if (!job.json) std::cout << "proposal: none, " << error.what() << "\n";
         if (job.json) json["proposal"] = {{"problem", error.what()}};

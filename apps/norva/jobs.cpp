@@ -90,11 +90,17 @@ ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
     ChosenSettings chosen;
     if (GoesByProposal(task.options, format)) {
         RequireApplicable(task.options, format.settings, format.label);
-        proposal = ProposeImport(task.options, task.input);
+        proposal = ProposeImport(task.options, task.input, format.label);
         chosen = {proposal->settings, TemplateOf(*proposal)};
         TellProposal(*proposal, task, console);
     } else {
         chosen = SettingsFrom(task.options, format, task.input, task.keepsColumns);
+    }
+    if (auto const* const dump = std::get_if<Cg3Settings>(&chosen.settings);
+        dump != nullptr && task.options.dateFormat.empty()) {
+        ValueTemplates const& dates = DateTemplates();
+        int const place = dates.IndexOf(dump->dateFormat);
+        if (place >= 0) console.Say("  dates  " + dates.names[static_cast<std::size_t>(place)] + "  (--date-format)");
     }
     if (chosen.mayInterpolate) {
         std::get<SeaSpySettings>(chosen.settings).interpolated = AskForInterpolated(task.input, console);

@@ -25,7 +25,8 @@ void Require(Status const& status, std::string const& about) {
 /// A file's proposal while the options change it.
 class CProposal {
 public:
-    CProposal(ImportOptions const& options, std::string const& input) : m_options(options), m_input(input) {
+    CProposal(ImportOptions const& options, std::string const& input, std::string const& format)
+        : m_options(options), m_input(input), m_format(format) {
         TakeOptions();
         if (!m_options.columnTemplate.empty()) TakeTemplate();
         Inspect();
@@ -111,8 +112,15 @@ private:
     }
 
     void Inspect() {
-        if (Status const status = InspectTextFile(m_input, m_told, m_found); !status) {
+        if (Status const status = InspectFile(m_input, m_format, m_told, m_found); !status) {
             throw CommandError(status.Text());
+        }
+        if (m_found.isConverted && (m_told.headerLine || m_told.separator)) {
+            throw CommandError(
+                std::string(m_told.headerLine ? "--header-line" : "--separator") +
+                    " has no meaning here: the file has titles of its own, and no line of names (--as-it-stands takes "
+                    "it for the text that the file is converted to)",
+                kExitUsage);
         }
         if (!m_found.isTable) {
             throw CommandError(m_input + ": does not read as a table" + FirstDoubt() +
@@ -228,6 +236,7 @@ private:
 
     ImportOptions const& m_options;
     std::string const& m_input;
+    std::string const& m_format;
     InspectionOptions m_told;
     std::optional<ColumnTemplate> m_template;
     Inspection m_found;
@@ -324,9 +333,9 @@ bool GoesByProposal(ImportOptions const& options, ImportFormatInfo const& format
     return isOpen;
 }
 
-Inspection ProposeImport(ImportOptions const& options, std::string const& input) {
+Inspection ProposeImport(ImportOptions const& options, std::string const& input, std::string const& format) {
     try {
-        return CProposal(options, input).Take();
+        return CProposal(options, input, format).Take();
     } catch (CommandError const& error) {
         std::string const text = error.what();
         throw CommandError(text.find(input) == std::string::npos ? input + ": " + text : text, error.Status());
@@ -354,9 +363,9 @@ std::string CommandLineOf(Inspection const& proposal, ImportOptions const& optio
     };
     if (!options.format.empty()) add("--format", options.format);
     for (auto const& [separator, name] : kSeparators) {
-        if (settings.reading->separator == separator) add("--separator", name);
+        if (settings.reading->separator == separator && !proposal.isConverted) add("--separator", name);
     }
-    add("--header-line", std::to_string(proposal.headerLine));
+    if (!proposal.isConverted) add("--header-line", std::to_string(proposal.headerLine));
     if (settings.labelColumn >= 0) {
         int const source = settings.columnReadings[static_cast<std::size_t>(settings.labelColumn)].source;
         add("--label-column", std::to_string(source + 1));

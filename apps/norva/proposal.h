@@ -18,8 +18,9 @@ bool IsProposed(ImportFormatInfo const& format);
 /// Whether this import goes by a proposal. Ends the command for options that do not go together.
 bool GoesByProposal(ImportOptions const& options, ImportFormatInfo const& format);
 
-/// The proposal for a file with what the options settle; findings that they settle are no doubts.
-Inspection ProposeImport(ImportOptions const& options, std::string const& input);
+/// The proposal for a file of the format (a label) with what the options settle; findings that they settle are no
+/// doubts.
+Inspection ProposeImport(ImportOptions const& options, std::string const& input, std::string const& format);
 
 /// The separator, the line of the names, what starts a line, and every doubt, a line each.
 std::string ShortText(Inspection const& proposal);

@@ -81,7 +81,8 @@ struct Inspection {
     std::vector<InspectedLine> lines{};      ///< in the order of the file, the first thousand
     std::vector<std::string> surveyLines{};  ///< labels of the first lines of the survey
     InspectionCounts counts{};
-    bool isTable = false;  ///< the file reads as rows of one table
+    bool isTable = false;      ///< the file reads as rows of one table
+    bool isConverted = false;  ///< the rows are made of a file that has neither separators nor names of its own
 
     /// How many findings are doubts. Lines that do not agree do not count.
     NORVA_API std::size_t Doubts() const;
@@ -92,6 +93,11 @@ struct Inspection {
 /// Reads the file once, in bounded memory, and proposes how to import it. Fails, with nothing in `inspection`, when the
 /// file cannot be read or is no text.
 NORVA_API Status InspectTextFile(std::string const& path, InspectionOptions const& options, Inspection& inspection);
+
+/// The same for a file of any format that becomes column text; `format` is a label of the format list, empty:
+/// recognised. Options that the format itself settles are not looked at. Fails for other formats.
+NORVA_API Status InspectFile(std::string const& path, std::string const& format, InspectionOptions const& options,
+                             Inspection& inspection);
 
 /// One cell as settings read it.
 struct InspectedCell {

@@ -1,4 +1,5 @@
 #include "entry/import_formats.h"
+#include "entry/quiet_toolkit.h"
 #include "exchange/exception_guard.h"
 #include "norva/exchange.h"
 #include "norva/formats.h"
@@ -10,19 +11,34 @@ namespace norva {
 
 namespace {
 
-/// Formats whose files are read by a proposal as they stand.
-constexpr ImportFormatCode kInspected[] = {ImportFormatCode::AsciiXyz, ImportFormatCode::AsciiCsv,
-                                           ImportFormatCode::AsciiGem, ImportFormatCode::CG5};
-
-Status Propose(std::string const& path, std::string const& format, ImportSettings& settings) {
+Status FindRow(std::string const& path, std::string const& format, ImportFormat const*& row) {
     RecognizedFormat const recognized = format.empty() ? RecognizeImportFormat(path) : RecognizedFormat{0, format, {}};
     if (recognized.label.empty()) return Status::Failure("Couldn't read the file", path, recognized.reason);
-    if (FindImportFormat(recognized.label) == nullptr) {
+    row = FindImportFormat(recognized.label);
+    if (row == nullptr) {
         return Status::Failure("Couldn't read the file", path, "There is no format \"" + format + "\".");
     }
-    if (!HasProposal(recognized.label)) return {};
+    return {};
+}
+
+Status Inspect(std::string const& path, ImportFormat const& row, InspectionOptions const& options,
+               Inspection& inspection) {
+    std::vector<std::string> messages;
+    ProgressCallback const noProgress;
+    CQuietToolkit toolkit(noProgress, messages);
+    CToolkitScope const scope(toolkit);
+    Status status = row.inspect(path, options, inspection);
+    if (status || !status.Text().empty()) return status;
+    return Status::Failure("Couldn't read the file", path, messages.empty() ? std::string() : messages.back());
+}
+
+Status Propose(std::string const& path, std::string const& format, ImportSettings& settings) {
+    ImportFormat const* row = nullptr;
+    if (Status status = FindRow(path, format, row); !status) return status;
+    if (row->propose != nullptr) return row->propose(path, settings);
+    if (row->inspect == nullptr) return {};
     Inspection found;
-    if (Status status = InspectTextFile(path, {}, found); !status) return status;
+    if (Status status = Inspect(path, *row, {}, found); !status) return status;
     if (!found.isTable) {
         auto const isTold = [](InspectionFinding const& finding) { return finding.subject == "table"; };
         auto const told = std::ranges::find_if(found.findings, isTold);
@@ -37,7 +53,20 @@ Status Propose(std::string const& path, std::string const& format, ImportSetting
 
 bool HasProposal(std::string_view format) {
     ImportFormat const* const row = FindImportFormat(format);
-    return row != nullptr && std::ranges::find(kInspected, row->code) != std::end(kInspected);
+    return row != nullptr && row->inspect != nullptr;
+}
+
+Status InspectFile(std::string const& path, std::string const& format, InspectionOptions const& options,
+                   Inspection& inspection) {
+    inspection = {};
+    return Guarded("Couldn't read the file", path, [&] {
+        ImportFormat const* row = nullptr;
+        if (Status status = FindRow(path, format, row); !status) return status;
+        if (row->inspect == nullptr) {
+            return Status::Failure("Couldn't read the file", path, "Files of its format are no column text.");
+        }
+        return Inspect(path, *row, options, inspection);
+    });
 }
 
 Status ProposeSettings(std::string const& path, std::string const& format, ImportSettings& settings) {

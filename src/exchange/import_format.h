@@ -3,6 +3,7 @@
 #include "norva/file_description.h"
 #include "norva/file_util.h"
 #include "norva/import_report.h"
+#include "norva/inspection.h"
 #include "norva/settings.h"
 #include "norva/status.h"
 
@@ -90,6 +91,10 @@ struct ImportFormat {
     Status (*describe)(DescribeJob const& job, FileDescription& description) = nullptr;
     /// Of a format whose files become column text: its first lines.
     Status (*preview)(std::string const& path, TextPreview& preview) = nullptr;
+    /// Of such a format too: the import that the whole of a file proposes.
+    Status (*inspect)(std::string const& path, InspectionOptions const& options, Inspection& inspection) = nullptr;
+    /// Of another format whose settings are better found out from the whole of a file.
+    Status (*propose)(std::string const& path, ImportSettings& settings) = nullptr;
 };
 
 }  // namespace norva

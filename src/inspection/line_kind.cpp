@@ -14,11 +14,15 @@ bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// Up to four letters, then digits with ".", ":" and "-" between them.
+/// Up to four letters, then digits with ".", ":" and "-" between them, and perhaps where it lies: "100N".
 bool IsLabel(std::string_view text) {
     std::size_t at = 0;
     while (at < text.size() && at < 4 && IsLetter(text[at])) ++at;
     bool hasDigit = false;
+    if (text.size() > at + 1 && IsDigit(text[text.size() - 2]) &&
+        std::string_view("NSEWnsew").find(text.back()) != std::string_view::npos) {
+        text.remove_suffix(1);
+    }
     for (; at < text.size(); ++at) {
         if (IsDigit(text[at])) {
             hasDigit = true;

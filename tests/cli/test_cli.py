@@ -150,9 +150,9 @@ class Import(Case):
         dump = ["--columns", "GRAV.,10", "--date-format", "YY/MM/DD", "--time-format", "HH:MM:SS", "--no-sort"]
         for name, count, options, lines, channels in (
                 ("cg3.dmp", ("readings", 32), dump, ["100.", "150."], ["Grav.", "Time", "Date"]),
-                ("ipr12.dmp", ("readings", 48), ["--column", "1:name=Line"], ["100N", "150N"], ["Line", "Ch2"]),
+                ("ipr12.dmp", ("readings", 48), ["--column", "1:name=Line"], ["100N", "150N"], ["Line", "R1Y"]),
                 ("seaspy.mag", ("records", 48), ["--format", "seaspy(marine magnetics)"], ["LINE 1"], ["Date", "Time"]),
-                ("tracks.gpx", ("points", 40), [], ["WAYPOINT", "NORTH_LOOP", "RIDGE", "BACK"], ["Ch1"]),
+                ("tracks.gpx", ("points", 40), [], ["Waypoints", "North_loop", "Ridge", "Back"], ["Line", "Latitude"]),
                 ("survey.gbn", ("locations", 132), ["--lines", "3:2020", "--channels", "X", "--column", "X:name=East",
                                                     "--no-fiducial"], ["3:2020"], ["East"]),
                 ("airborne.p01", ("records", 20), [], ["L2010", "T9010"], ["line", "seconds", "x"]),

@@ -26,6 +26,7 @@ ImportFormat const kCG3Format = {
     .signs = "it holds block headers with LINE: and DATE:",
     .import = ImportCG3File,
     .describe = DescribeCG3File,
+    .propose = ProposeCg3Settings,
 };
 
 }  // namespace norva

@@ -1,6 +1,8 @@
 #include "formats/cg3/cg3_settings.h"
 
 #include "formats/cg3/cg3_dump_layout.h"
+#include "formats/cg3/cg3_format.h"
+#include "inspection/date_text.h"
 #include "norva/contents.h"
 #include "norva/converters.h"
 #include "platform/text.h"
@@ -66,6 +68,30 @@ Status CompleteCg3Settings(Cg3Settings& settings, std::string const& path, std::
     if (!IsCode(codes, settings.timeFormat)) {
         return fail("There is no time format " + std::to_string(settings.timeFormat) + ".");
     }
+    return {};
+}
+
+Status ProposeCg3Settings(std::string const& path, ImportSettings& proposed) {
+    CG3DumpLayout layout;
+    if (Status status = ReadCG3DumpLayout(path, layout); !status) return status;
+    Cg3Settings settings;
+    unsigned orders = kDayFirst | kMonthFirst | kYearFirst;
+    bool isShort = true;
+    for (std::string const& text : layout.dates) {
+        DateText date;
+        if (!ReadDateText(text, date) || date.form != DateText::Form::Numbers) continue;
+        orders &= date.orders;
+        isShort = date.isShortYear;
+    }
+    // The instrument's own order where the dates allow it.
+    if ((orders & kYearFirst) != 0) {
+        settings.dateFormat = isShort ? 1 : 0;
+    } else if ((orders & kDayFirst) != 0) {
+        settings.dateFormat = isShort ? 3 : 2;
+    } else if ((orders & kMonthFirst) != 0) {
+        settings.dateFormat = isShort ? 5 : 4;
+    }
+    proposed = settings;
     return {};
 }
 

@@ -33,6 +33,7 @@ ImportFormat const kAsciiXyzFormat = {
     .import = ImportTextFile,
     .describe = DescribeTextFile,
     .preview = PreviewTextFile,
+    .inspect = InspectTextFile,
 };
 
 ImportFormat const kAsciiCsvFormat = {
@@ -45,6 +46,7 @@ ImportFormat const kAsciiCsvFormat = {
     .import = ImportTextFile,
     .describe = DescribeTextFile,
     .preview = PreviewTextFile,
+    .inspect = InspectTextFile,
 };
 
 ImportFormat const kAsciiGemFormat = {
@@ -57,6 +59,7 @@ ImportFormat const kAsciiGemFormat = {
     .import = ImportTextFile,
     .describe = DescribeTextFile,
     .preview = PreviewTextFile,
+    .inspect = InspectTextFile,
 };
 
 ImportFormat const kCG5Format = {
@@ -69,6 +72,7 @@ ImportFormat const kCG5Format = {
     .import = ImportTextFile,
     .describe = DescribeTextFile,
     .preview = PreviewCG5,
+    .inspect = InspectTextFile,
 };
 
 }  // namespace norva

@@ -2,11 +2,13 @@
 
 #include "exchange/report_places.h"
 #include "formats/column_text/ascii_file_import.h"
+#include "formats/column_text/proposed_import.h"
 #include "formats/column_text/text_preview.h"
 #include "platform/files.h"
 #include "platform/temporary_folder.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace norva {
@@ -58,6 +60,65 @@ void MoveReportToSource(ImportReport& report, ConvertedSource&& source) {
     report.sourceSize = told.sourceSize;
 }
 
+/// "line 12" of the text as the line of the source that it was made of, or as its row below the names.
+std::string InSource(std::string const& text, ConvertedSource const& source) {
+    constexpr std::string_view word = "line ";
+    std::string moved;
+    std::size_t next = 0;
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, next)) {
+        std::size_t const digits = at + word.size();
+        std::size_t const end = std::min(text.find_first_not_of("0123456789", digits), text.size());
+        std::uint64_t number = 0;
+        std::from_chars(text.data() + digits, text.data() + end, number);
+        moved.append(text, next, at - next);
+        next = end;
+        if (end == digits) {
+            moved += word;
+        } else if (source.lines.IsEmpty()) {
+            moved += "row " + std::to_string(number - std::min<std::uint64_t>(number, 1));
+        } else {
+            moved += std::string(word) + std::to_string(source.lines.SourceLine(number));
+        }
+    }
+    return moved.append(text, next);
+}
+
+/// Columns that no row has a value for are no channels of the source.
+void DropUnused(Inspection& inspection, std::vector<int> const& unused) {
+    ColumnTextSettings& settings = inspection.settings;
+    for (std::size_t i = settings.columns.size(); i-- > 0;) {
+        if (std::ranges::find(unused, settings.columnReadings[i].source) == unused.end()) continue;
+        std::erase_if(inspection.findings,
+                      [&](InspectionFinding const& one) { return one.subject == settings.columns[i].name; });
+        settings.columns.erase(settings.columns.begin() + static_cast<std::ptrdiff_t>(i));
+        settings.columnReadings.erase(settings.columnReadings.begin() + static_cast<std::ptrdiff_t>(i));
+        if (settings.labelColumn > static_cast<int>(i)) --settings.labelColumn;
+    }
+}
+
+/// Makes what was found in a converted text a proposal for its source.
+void MoveEvidenceToSource(Inspection& inspection, ConvertedSource& source) {
+    bool const tellsOfLines = !source.findings.empty();
+    std::erase_if(inspection.findings, [&](InspectionFinding const& finding) {
+        bool const isOfText = finding.subject == "separator" || finding.subject == "header line";
+        return (isOfText && !finding.isDoubt) || (finding.subject == "lines" && tellsOfLines);
+    });
+    for (InspectionFinding& finding : inspection.findings) {
+        // Names of lines may look like numbers of lines.
+        if (finding.subject != "lines") finding.evidence = InSource(finding.evidence, source);
+    }
+    for (InspectedLine& line : inspection.lines) {
+        for (std::uint64_t* const number : {&line.line, &line.last}) {
+            *number = source.lines.IsEmpty() ? *number - 1 : source.lines.SourceLine(*number);
+        }
+    }
+    DropUnused(inspection, source.unused);
+    inspection.findings.insert(inspection.findings.begin(), source.findings.begin(), source.findings.end());
+    inspection.headerLine = 0;
+    inspection.unitLine = 0;
+    inspection.isConverted = true;
+}
+
 }  // namespace
 
 void CLineMap::Add(std::uint64_t textLine, std::uint64_t sourceLine) {
@@ -82,17 +143,33 @@ std::uint64_t CLineMap::SourceLine(std::uint64_t textLine) const {
     return index < run.count ? run.sourceLine + run.step * index : 0;
 }
 
-Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert) {
+Status RunConvertedImport(ImportJob& job, std::string_view temporaryName, ConvertToText const& convert,
+                          ConvertToText const& toTable) {
+    auto const* const settings = std::get_if<ColumnTextSettings>(&job.settings);
+    bool const hasReading = !job.asks && settings != nullptr && settings->reading;
     std::string textPath;
     if (Status status = PrivateTemporaryFolder(textPath); !status) return std::move(status).Silent();
     textPath += temporaryName;
     ConvertedSource source;
-    if (Status status = convert(job.inputPath, textPath, source); !status) return status;
+    if (Status status = (hasReading ? toTable : convert)(job.inputPath, textPath, source); !status) return status;
     CFileRemover const remover(textPath);
     job.gravityMeterMode = 0;
-    Status status = CAsciiFileImport(job).Run(textPath);
+    Status status = hasReading ? ImportByReading(job, textPath) : CAsciiFileImport(job).Run(textPath);
     if (status) MoveReportToSource(job.report, std::move(source));
     return status;
+}
+
+Status InspectConvertedText(std::string const& path, std::string_view temporaryName, ConvertToText const& toTable,
+                            InspectionOptions const& options, Inspection& inspection) {
+    std::string textPath;
+    if (Status status = PrivateTemporaryFolder(textPath); !status) return status;
+    textPath += temporaryName;
+    ConvertedSource source;
+    CFileRemover const remover(textPath);
+    if (Status status = toTable(path, textPath, source); !status) return status;
+    if (Status status = InspectTextFile(textPath, options, inspection); !status) return status;
+    MoveEvidenceToSource(inspection, source);
+    return {};
 }
 
 Status PreviewConvertedText(std::string const& path, std::string_view temporaryName, ConvertToText const& convert,

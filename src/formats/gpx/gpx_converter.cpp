@@ -2,6 +2,8 @@
 
 #include "exchange/exception_guard.h"
 #include "formats/gpx/gpx_format.h"
+#include "formats/gpx/gpx_markup.h"
+#include "formats/gpx/gpx_table.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -41,20 +43,6 @@ std::string_view WithoutQuotes(std::string_view value) {
     while (!value.empty() && isQuote(value.front())) value.remove_prefix(1);
     while (!value.empty() && isQuote(value.back())) value.remove_suffix(1);
     return value;
-}
-
-std::string DecodeNamedEntities(std::string_view text) {
-    static constexpr std::pair<std::string_view, char> entities[] = {
-        {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}, {"&amp;", '&'}};
-    std::string decoded;
-    while (!text.empty()) {
-        auto const entity = std::find_if(std::begin(entities), std::end(entities),
-                                         [text](auto const& candidate) { return text.starts_with(candidate.first); });
-        bool const found = entity != std::end(entities);
-        decoded.push_back(found ? entity->second : text.front());
-        text.remove_prefix(found ? entity->first.size() : 1);
-    }
-    return decoded;
 }
 
 std::string_view ShownColumnName(std::string_view name) {
@@ -194,7 +182,7 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, bool isCut, CReplacementF
     bool const hasContent = line.count > 2;
     // Counted once, whatever becomes of the part that is there.
     bool const isValue = m_pointOpen ? !element.isPoint : element.isName;
-    if (isCut && isValue) LeaveOut(line.token[0]);
+    if (isCut && isValue) m_leftOut.Add(line.token[0]);
     if (element.isPoint && (hasContent || !element.isPointEnd)) {
         ++m_points;
         // What it lacks itself, or the end of the point that is still open.
@@ -210,7 +198,7 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, bool isCut, CReplacementF
     }
     if (hasContent && !m_pointOpen && element.isName) {
         // Of a name of several words the second is taken.
-        if (line.count > 3 && !isCut && !Contains(line.token[1], "=")) LeaveOut("words of names");
+        if (line.count > 3 && !isCut && !Contains(line.token[1], "=")) m_leftOut.Add("words of names");
         m_isFileName = !m_awaitsName && m_points == 0;
         StartLine(DecodeNamedEntities(line.token[line.count == 3 ? 1 : 2]), output);
         return;
@@ -227,9 +215,9 @@ void CGpxConverter::ConvertLine(GpxTokens const& line, bool isCut, CReplacementF
     } else if (m_pointOpen && element.isElevation) {
         m_elevation = line.token[1];
     } else if (m_pointOpen && element.isTime) {
-        if (!SetDateTime(line.token[1]) && !isCut) LeaveOut(line.token[0]);
+        if (!SetDateTime(line.token[1]) && !isCut) m_leftOut.Add(line.token[0]);
     } else if (m_pointOpen && !isCut) {
-        LeaveOut(line.token[0]);
+        m_leftOut.Add(line.token[0]);
     }
 }
 
@@ -239,21 +227,6 @@ void CGpxConverter::NoteJoined(GpxElement const& point) {
     if (isJoined) ++m_source.report.joined.count;
     m_awaitsName = false;
     m_isFileName = false;
-}
-
-void CGpxConverter::LeaveOut(std::string_view name) {
-    constexpr std::size_t mostNames = 32;
-    if (name.starts_with('/')) return;
-    auto found = std::ranges::find(m_leftOut, name, &decltype(m_leftOut)::value_type::first);
-    if (found == m_leftOut.end()) {
-        if (m_leftOut.size() == mostNames) {
-            --found;
-            found->first = "others";
-        } else {
-            found = m_leftOut.insert(found, {std::string(name), 0});
-        }
-    }
-    ++found->second;
 }
 
 ConvertedSource CGpxConverter::TakeSource() {
@@ -266,10 +239,7 @@ ConvertedSource CGpxConverter::TakeSource() {
                     {"points that the file ends in", cut, 0}};
     report.leftOut.count = m_pointsLeftOut;
     report.cutRecords.count = cut;
-    for (auto const& [name, count] : m_leftOut) {
-        report.leftOut.count += count;
-        report.settings.push_back({"left out: " + name, std::to_string(count)});
-    }
+    m_leftOut.Report(report);
     return std::move(m_source);
 }
 
@@ -311,7 +281,30 @@ void CGpxConverter::ResetPoint() {
 }
 
 Status ImportGpxFile(ImportJob& job) {
-    return RunConvertedImport(job, kTemporaryName, ConvertBy<CGpxConverter>);
+    return RunConvertedImport(job, kTemporaryName, ConvertBy<CGpxConverter>, ConvertBy<CGpxTable>);
+}
+
+Status InspectGpxFile(std::string const& path, InspectionOptions const& options, Inspection& inspection) {
+    InspectionOptions told = options;
+    told.separator = ',';
+    told.headerLine = 1;
+    if (!told.labelColumn) told.labelColumn = CGpxTable::kLine;
+    told.findsMarkers = false;
+    told.textColumns.insert(told.textColumns.end(), {CGpxTable::kLine, CGpxTable::kName});
+    Status status = InspectConvertedText(path, kTemporaryName, ConvertBy<CGpxTable>, told, inspection);
+    if (!status) return status;
+    // A position has more digits than a single holds, and other files of a survey have other elevations.
+    ColumnTextSettings& settings = inspection.settings;
+    for (std::size_t i = 0; i < settings.columns.size(); ++i) {
+        int const source = settings.columnReadings[i].source;
+        NorvaChannelStruct& column = settings.columns[i];
+        bool const isNumber = source >= CGpxTable::kLatitude && source <= CGpxTable::kElevation;
+        if (!isNumber || column.dataType == DataType::kText) continue;
+        column.dataType = DataType::kDouble;
+        auto const found = std::ranges::find(inspection.findings, column.name, &InspectionFinding::subject);
+        if (found != inspection.findings.end()) found->choice = "double";
+    }
+    return {};
 }
 
 Status PreviewGpxFile(std::string const& path, TextPreview& preview) {

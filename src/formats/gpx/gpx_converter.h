@@ -3,13 +3,13 @@
 #include "formats/column_text/converted_import.h"
 #include "formats/column_text/text_line.h"
 #include "formats/gpx/gpx_layout.h"
+#include "formats/gpx/gpx_left_out.h"
 #include "platform/files.h"
 
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace norva {
@@ -81,8 +81,6 @@ private:
     void ConvertLine(GpxTokens const& line, bool isCut, CReplacementFile& output);
     void StartLine(std::string_view name, CReplacementFile& output);
     void SetCoordinate(std::string_view attribute);
-    /// Counts a value of a point that no column takes.
-    void LeaveOut(std::string_view name);
     void NoteJoined(GpxElement const& point);
 
     CGpxElementJudge m_judge;
@@ -103,8 +101,7 @@ private:
     ConvertedSource m_source;
     std::uint64_t m_points = 0;         ///< that began
     std::uint64_t m_pointsLeftOut = 0;  ///< without attributes, or not ended before the next began
-    /// Names of values that no column takes, with how many there were; the last stands for all names that came later.
-    std::vector<std::pair<std::string, std::uint64_t>> m_leftOut;
+    CLeftOutValues m_leftOut;
 };
 
 }  // namespace norva

@@ -23,6 +23,7 @@ ImportFormat const kGpxFormat = {
     .import = ImportGpxFile,
     .describe = DescribeGpxFile,
     .preview = PreviewGpxFile,
+    .inspect = InspectGpxFile,
 };
 
 }  // namespace norva

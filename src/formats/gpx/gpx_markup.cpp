@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <utility>
 
 namespace norva {
 
@@ -104,6 +106,20 @@ void DecodeNumericReferences(std::string& text) {
         }
         rest.remove_prefix(length);
     }
+}
+
+std::string DecodeNamedEntities(std::string_view text) {
+    static constexpr std::pair<std::string_view, char> entities[] = {
+        {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}, {"&amp;", '&'}};
+    std::string decoded;
+    while (!text.empty()) {
+        auto const entity = std::find_if(std::begin(entities), std::end(entities),
+                                         [text](auto const& candidate) { return text.starts_with(candidate.first); });
+        bool const found = entity != std::end(entities);
+        decoded.push_back(found ? entity->second : text.front());
+        text.remove_prefix(found ? entity->first.size() : 1);
+    }
+    return decoded;
 }
 
 }  // namespace norva

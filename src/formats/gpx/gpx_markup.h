@@ -14,5 +14,7 @@ void AppendTag(std::string& out, std::string_view tag, bool loose);
 /// Puts the characters that are meant in the place of numeric references ("&#233;", "&#xE9;"). What means none that
 /// XML allows stays as it is.
 void DecodeNumericReferences(std::string& text);
+/// The same for the five references by name ("&amp;").
+std::string DecodeNamedEntities(std::string_view text);
 
 }  // namespace norva

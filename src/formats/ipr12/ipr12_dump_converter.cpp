@@ -407,7 +407,14 @@ Status DescribeIpr12File(DescribeJob const& job, FileDescription& description) {
 }
 
 Status ImportIpr12File(ImportJob& job) {
-    return RunConvertedImport(job, kTemporaryName, ConvertBy<CIPR12DumpConverter>);
+    return RunConvertedImport(job, kTemporaryName, ConvertBy<CIPR12DumpConverter>, ConvertBy<CIPR12DumpConverter>);
+}
+
+Status InspectIpr12File(std::string const& path, InspectionOptions const& options, Inspection& inspection) {
+    InspectionOptions told = options;
+    told.separator.reset();
+    told.headerLine.reset();
+    return InspectConvertedText(path, kTemporaryName, ConvertBy<CIPR12DumpConverter>, told, inspection);
 }
 
 Status PreviewIpr12File(std::string const& path, TextPreview& preview) {

@@ -33,6 +33,7 @@ ImportFormat const kIpr12Format = {
     .import = ImportIpr12File,
     .describe = DescribeIpr12File,
     .preview = PreviewIpr12File,
+    .inspect = InspectIpr12File,
 };
 
 }  // namespace norva
