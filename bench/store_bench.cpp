@@ -138,7 +138,7 @@ void ColumnFilesAppend(benchmark::State& state) {
     long const rows = 4'000'000 / columns;
     for (auto _ : state) {
         CColumnFiles files;
-        Check(files.Create(folder / "c", columns, ""));
+        Check(files.Create(folder / "c", columns, "").IsGood());
         for (long row = 0; row < rows; ++row) {
             auto const value = static_cast<double>(row);
             for (int column = 0; column < columns; ++column) {

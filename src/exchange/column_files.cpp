@@ -1,5 +1,6 @@
 #include "exchange/column_files.h"
 
+#include "exchange/store_call.h"
 #include "platform/last_error.h"
 
 #include <algorithm>
@@ -32,15 +33,9 @@ CColumnFiles::~CColumnFiles() {
 }
 
 bool CColumnFiles::Fail(Column const& column, int error) {
-    m_failed = true;
     m_wideColumn = nullptr;
     for (Column& other : m_columns) other.limit = other.cursor;
-    return FailWith(Status::FileFailure("write", column.file.Path(), error));
-}
-
-bool CColumnFiles::FailWith(Status error) {
-    SetLastErrorText(error.Text());
-    if (m_error) m_error = std::move(error);
+    if (m_error) m_error = Status::FileFailure("write", column.file.Path(), error);
     return false;
 }
 
@@ -55,13 +50,12 @@ void CColumnFiles::StopReading() {
     m_reading = nullptr;
 }
 
-bool CColumnFiles::Create(std::string const& base, int count, std::string const& inputPath) {
+Status CColumnFiles::Create(std::string const& base, int count, std::string const& inputPath) {
     for (Column& column : m_columns) RemoveColumn(column);
     m_columns.clear();
     m_columns.resize(static_cast<std::size_t>(std::max(count, 0)));
     m_columnBuffer = std::clamp(kBuffers / std::max<std::size_t>(m_columns.size(), 1), kSmallestBuffer, kBufferSize);
     m_openFiles = FilesToKeepOpen();
-    m_failed = false;
     m_error = {};
     for (std::size_t at = 0; at < m_columns.size(); ++at) {
         CTemporaryFile& file = m_columns[at].file;
@@ -71,15 +65,15 @@ bool CColumnFiles::Create(std::string const& base, int count, std::string const&
         if (!status) {
             for (Column& created : m_columns) RemoveColumn(created);
             m_columns.clear();
-            return FailWith(std::move(status));
+            return status;
         }
         if (name == Name::Kept) file.File().Close();
     }
-    return true;
+    return {};
 }
 
 bool CColumnFiles::WriteColumn(Column& column, char const* data, std::size_t size) {
-    if (m_failed) return false;
+    if (Failed()) return false;
     if (size == 0) return true;
     if (m_reading == &column) StopReading();
     CFile& file = column.file.File();
@@ -102,7 +96,7 @@ bool CColumnFiles::FlushColumn(Column& column) {
 
 /// Writes the value that waits in the room for wide ones.
 bool CColumnFiles::FlushWide() {
-    if (m_wideColumn == nullptr) return !m_failed;
+    if (m_wideColumn == nullptr) return !Failed();
     Column& column = *m_wideColumn;
     m_wideColumn = nullptr;
     column.limit = column.buffer == nullptr ? nullptr : column.buffer.get() + m_columnBuffer;
@@ -141,37 +135,36 @@ std::uint64_t CColumnFiles::Size(int column) const {
            (m_wideColumn == &of ? m_wideSize : 0);
 }
 
-bool CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::size_t count) {
+Status CColumnFiles::Read(int column, std::uint64_t offset, void* buffer, std::size_t count) {
     Column& from = m_columns[static_cast<std::size_t>(column)];
-    if (count == 0) return !m_failed;
-    if (!FlushWide() || !FlushColumn(from)) return false;
+    if (count == 0 && !Failed()) return {};
+    if (!FlushWide() || !FlushColumn(from)) return m_error;
     CFile& file = from.file.File();
     if (!file.IsOpen()) {
         StopReading();
         if (file.Open(from.file.Path(), CFile::Mode::Read)) m_reading = &from;
     }
     std::size_t got = 0;
-    if (file.IsOpen() && file.ReadAt(offset, buffer, count, got) && got == count) return true;
-    return FailWith(Status::Failure("Couldn't read the file", from.file.Path(),
-                                    file.Error() != 0 ? SystemErrorText(file.Error()) : "it was cut short"));
+    if (file.IsOpen() && file.ReadAt(offset, buffer, count, got) && got == count) return {};
+    return Status::Failure("Couldn't read the file", from.file.Path(),
+                           file.Error() != 0 ? SystemErrorText(file.Error()) : "it was cut short");
 }
 
-bool CColumnFiles::HandOver(int column, CNorvaFileUtil& store) {
+Status CColumnFiles::HandOver(int column, CNorvaFileUtil& store) {
     Column& from = m_columns[static_cast<std::size_t>(column)];
-    if (!FlushWide()) return false;
+    if (!FlushWide()) return Status(m_error).Silent();
     auto const size = static_cast<std::size_t>(Size(column));
-    bool isTaken = false;
-    if (from.written == 0) {
-        isTaken = store.WriteHuge(size > 0 ? from.buffer.get() : "", size) != 0;
-    } else {
-        std::unique_ptr<char[]> const values(new (std::nothrow) char[size]);
-        if (values == nullptr) {
-            return FailWith(Status::FileFailure("read", from.file.Path(), ENOMEM));
-        }
-        isTaken = Read(column, 0, values.get(), size) && store.WriteHuge(values.get(), size) != 0;
+    char const* values = size > 0 ? from.buffer.get() : "";
+    std::unique_ptr<char[]> read;
+    if (from.written > 0) {
+        read.reset(new (std::nothrow) char[size]);
+        if (read == nullptr) return Status::FileFailure("read", from.file.Path(), ENOMEM).Silent();
+        if (Status status = Read(column, 0, read.get(), size); !status) return std::move(status).Silent();
+        values = read.get();
     }
-    if (isTaken) RemoveColumn(from);
-    return isTaken;
+    Status status = CallStore(store, [&] { return store.WriteHuge(values, size); });
+    if (status) RemoveColumn(from);
+    return status;
 }
 
 void CColumnFiles::Remove(int column) {

@@ -23,8 +23,8 @@ public:
     CColumnFiles& operator=(CColumnFiles const&) = delete;
     ~CColumnFiles();
 
-    /// False, with the last error set and nothing left behind, when one cannot be created.
-    bool Create(std::string const& base, int count, std::string const& inputPath);
+    /// Nothing is left behind when one cannot be created.
+    Status Create(std::string const& base, int count, std::string const& inputPath);
     int Count() const { return static_cast<int>(m_columns.size()); }
 
     /// Room for `size` bytes at the end of a column (`size` at most kBufferSize); the caller fills it. Null after a
@@ -38,17 +38,16 @@ public:
     }
     /// As Append, for any size.
     bool AppendBytes(int column, void const* data, std::size_t size);
-    /// Some write failed (full disk); Error() and the last error say which.
-    bool Failed() const { return m_failed; }
-    /// Why the call that failed first did; good as long as none has. A store that refuses a column keeps its reason.
+    /// Some write failed (full disk); Error() says why.
+    bool Failed() const { return !m_error; }
     Status const& Error() const { return m_error; }
     std::uint64_t Size(int column) const;
 
-    /// Hands the whole column to the store in one WriteHuge, then closes and removes the file. False when the file
-    /// cannot be read back or the store refuses.
-    bool HandOver(int column, CNorvaFileUtil& store);
+    /// Hands the whole column to the store in one WriteHuge, then closes and removes the file. A failure, of reading it
+    /// back or of the store, is silent.
+    Status HandOver(int column, CNorvaFileUtil& store);
     /// Reads `count` bytes at `offset` of a column.
-    bool Read(int column, std::uint64_t offset, void* buffer, std::size_t count);
+    Status Read(int column, std::uint64_t offset, void* buffer, std::size_t count);
     /// Closes and removes one file.
     void Remove(int column);
 
@@ -68,7 +67,6 @@ private:
     bool FlushWide();
     bool WriteColumn(Column& column, char const* data, std::size_t size);
     bool Fail(Column const& column, int error);
-    bool FailWith(Status error);
     void RemoveColumn(Column& column);
     void StopReading();
 
@@ -79,8 +77,7 @@ private:
     std::size_t m_wideSize = 0;
     Column* m_wideColumn = nullptr;  ///< whose value stands there
     Column* m_reading = nullptr;     ///< of those that do not stay open, the one that is open for Read
-    bool m_failed = false;
-    Status m_error;
+    Status m_error;                  ///< of the write that failed first
 };
 
 }  // namespace norva

@@ -1,7 +1,5 @@
 #include "exchange/column_files.h"
 
-#include "norva/import_export.h"
-#include "platform/last_error.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +46,7 @@ TEST(ColumnFiles, ManyColumnsOfAnyWidthComeBackWithFewDescriptors) {
     CTemporaryFolder folder;
     CFewDescriptors few;
     CColumnFiles files;
-    ASSERT_TRUE(files.Create(folder / "c", kColumns, folder / "input.xyz")) << GetLastErrorText();
+    ASSERT_TRUE(files.Create(folder / "c", kColumns, folder / "input.xyz"));
     EXPECT_EQ(folder.Count(), std::size_t{kColumns - 16}) << "those that stay open need no name";
     std::vector<std::string> expected(kColumns);
     // From one byte to more than a column's buffer holds, wide and narrow values by turns in one column.
@@ -72,7 +70,7 @@ TEST(ColumnFiles, ManyColumnsOfAnyWidthComeBackWithFewDescriptors) {
     for (int column = 0; column < kColumns; ++column) {
         auto const& bytes = expected[static_cast<std::size_t>(column)];
         char part[3] = "";
-        ASSERT_TRUE(files.Read(column, bytes.size() - 2, part, 2)) << GetLastErrorText();
+        ASSERT_TRUE(files.Read(column, bytes.size() - 2, part, 2));
         EXPECT_EQ(std::string(part), bytes.substr(bytes.size() - 2));
         EXPECT_FALSE(files.Read(column, bytes.size() - 2, part, 3)) << "past the end";
         ASSERT_TRUE(files.HandOver(column, store));
@@ -95,9 +93,8 @@ TEST(ColumnFiles, WhatCannotBeCreatedLeavesNothingBehind) {
         test::WriteWholeFile(folder / "survey.2", "line 1\n1 2 3\n");
         std::filesystem::create_directory(folder / "folder.3");
         CColumnFiles files;
-        ClearLastErrorText();
-        EXPECT_FALSE(files.Create(folder / base, 4, folder / input)) << base << " " << input;
-        EXPECT_NE(GetLastErrorText().find(reason), std::string::npos) << GetLastErrorText();
+        Status const status = files.Create(folder / base, 4, folder / input);
+        EXPECT_NE(status.Text().find(reason), std::string::npos) << base << " " << input << ": " << status.Text();
         EXPECT_EQ(folder.Count(), 2U);
         EXPECT_EQ(test::ReadWholeFile(folder / "survey.2"), "line 1\n1 2 3\n");
     }
@@ -108,7 +105,6 @@ TEST(ColumnFiles, AFullDiskFailsEverythingThatFollows) {
     {
         CColumnFiles files;
         ASSERT_TRUE(files.Create(folder / "c", 2, ""));
-        ClearLastErrorText();
         SetFaultHook([](FaultPoint point, std::string const&) { return point == FaultPoint::Write ? ENOSPC : 0; });
         std::string const value(50'000, 'v');
         EXPECT_NE(files.Append(0, value.size()), nullptr) << "there is room in the buffer";
@@ -116,11 +112,12 @@ TEST(ColumnFiles, AFullDiskFailsEverythingThatFollows) {
         EXPECT_EQ(files.Append(0, value.size()), nullptr);
         SetFaultHook({});
         EXPECT_TRUE(files.Failed());
-        EXPECT_EQ(GetLastErrorText(), "Couldn't write the file : " + (folder / "c.0") + "\nNo space left on device");
+        std::string const reason = "Couldn't write the file : " + (folder / "c.0") + "\nNo space left on device";
+        EXPECT_EQ(files.Error().Text(), reason);
         CCatchingStore store;
         EXPECT_EQ(files.Append(1, 8), nullptr);
         EXPECT_FALSE(files.AppendBytes(1, value.data(), value.size()));
-        EXPECT_FALSE(files.HandOver(1, store));
+        EXPECT_EQ(files.HandOver(1, store).Text(), reason);
         EXPECT_EQ(store.caught, "");
     }
     EXPECT_EQ(folder.Count(), 0U);
@@ -131,7 +128,7 @@ TEST(ColumnFiles, AFullDiskFailsEverythingThatFollows) {
     CCatchingStore store;
     ASSERT_TRUE(files.HandOver(1, store)) << "an empty column is a run of no bytes";
     store.isWilling = false;
-    EXPECT_FALSE(files.HandOver(0, store));
+    EXPECT_EQ(files.HandOver(0, store).Text(), "Couldn't write the file");
     EXPECT_EQ(store.caught, "ab");
 }
 
@@ -171,7 +168,8 @@ TEST(ColumnFiles, ImportsOfTheSameNameKeepTheirColumnsApart) {
     CFewDescriptors few;
     test::WriteWholeFile(folder / "c.0", "left by another program");
     CColumnFiles first, second;
-    ASSERT_TRUE(first.Create(folder / "c", 20, "") && second.Create(folder / "c", 20, ""));
+    ASSERT_TRUE(first.Create(folder / "c", 20, ""));
+    ASSERT_TRUE(second.Create(folder / "c", 20, ""));
     CCatchingStore store;
     for (int const column : {0, 18}) {  // one that stays open, one that is opened again
         std::string const value(CColumnFiles::kBufferSize + 1, static_cast<char>('a' + column));

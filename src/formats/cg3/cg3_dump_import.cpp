@@ -49,24 +49,20 @@ Status CCG3DumpImport::Import() {
     if (!MeasureTexts()) return ReadFailure();
     StartReport();
 
-    CProgressDlg progress;
-    progress.Create();
-    progress.SetWindowTitle("Import");
-    progress.ResetBars();
-    progress.ShowFileName(m_inputPath);
-
+    std::optional<CProgressWindow> window(std::in_place, "Import", m_inputPath);
     std::string const base(WithoutExtension(m_inputPath));
-    bool const created = m_columnFiles.Create(base, static_cast<int>(m_channels.size()), m_inputPath);
+    Status created = m_columnFiles.Create(base, static_cast<int>(m_channels.size()), m_inputPath);
     if (created) {
         if (Status status = Convert(); !status) return status;
     }
     std::string const storePath = m_store.GetNorvaFileName();
     Status closed = CallStore(m_store, [this] { return m_store.CloseCurFile(); });
-    progress.DestroyWindow();
+    window.reset();
     if (created && !closed) return closed;
     std::string sorted = "no";
-    if (m_settings.sortByTime && m_timeChannel >= 0) sorted = Sort(storePath, created) ? "yes" : "no, it failed";
-    if (!created) return Status(m_columnFiles.Error()).Silent();
+    if (m_settings.sortByTime && m_timeChannel >= 0)
+        sorted = Sort(storePath, created.IsGood()) ? "yes" : "no, it failed";
+    if (!created) return std::move(created).Silent();
     m_job.report = Report(std::move(sorted));
     m_job.settings = std::move(m_settings);
     return {};
@@ -389,7 +385,7 @@ Status CCG3DumpImport::WriteStore() {
     });
     if (!described) return described;
     for (int channel = 0; channel < m_columnFiles.Count(); ++channel) {
-        Status status = CallStore(m_store, [&] { return m_columnFiles.HandOver(channel, m_store) ? 1 : 0; });
+        Status status = m_columnFiles.HandOver(channel, m_store);
         if (status) continue;
         ShowMessage(status.Text());
         return status;

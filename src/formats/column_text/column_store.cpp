@@ -1,25 +1,17 @@
 #include "formats/column_text/column_store.h"
 
 #include "exchange/exception_guard.h"
-#include "norva/import_export.h"
+#include "exchange/store_call.h"
 #include "platform/paths.h"
 #include "platform/temporary_folder.h"
+#include "ui/messages.h"
 
 #include <utility>
 
 namespace norva {
 
-namespace {
-
-/// A store, or what works for it, refused without a message; it may have left its reason.
-Status Refused() {
-    return Status::Failure(GetLastErrorText()).Silent();
-}
-
-}  // namespace
-
 Status CreateStore(ImportJob& job) {
-    return job.store->SetFileName(job.storePath, kCreateStore, job.owner) != 0 ? Status() : Refused();
+    return CallStore(*job.store, [&] { return job.store->SetFileName(job.storePath, kCreateStore, job.owner); });
 }
 
 Status StartWriting(CProgressWindow& window, std::string const& path, std::vector<NorvaChannelStruct>& columns,
@@ -34,21 +26,22 @@ Status StartWriting(CProgressWindow& window, std::string const& path, std::vecto
         store.AddChannelToStructure(column);
     }
     window.StartStep("Import", path);
-    bool const isReady =
-        store.SaveProfileStructure() != 0 && store.SaveChannelStructure() != 0 && store.StartWriteData() != 0;
-    return isReady ? Status() : Refused();
+    return CallStore(store, [&store] {
+        bool const isSaved = store.SaveProfileStructure() != 0 && store.SaveChannelStructure() != 0;
+        return isSaved ? store.StartWriteData() : 0;
+    });
 }
 
 Status CreateColumnFiles(CColumnFiles& files, std::string const& path, std::size_t count) {
     std::string base;
     if (Status status = PrivateTemporaryFolder(base); !status) return std::move(status).Silent();
     base += FileNameOf(WithoutExtension(path));
-    return files.Create(base, static_cast<int>(count), path) ? Status() : Refused();
+    return files.Create(base, static_cast<int>(count), path).Silent();
 }
 
 Status PassStatus(CLineReader const& file, CColumnFiles const& files, std::string const& path) {
     if (file.Error() != 0) return Shown(Status::FileFailure("read", path, file.Error()));
-    return files.Failed() ? Shown(Status::Failure(GetLastErrorText())) : Status();
+    return Shown(files.Error());
 }
 
 Status HandOverColumns(CProgressWindow& window, CColumnFiles& files, std::vector<NorvaChannelStruct> const& columns,
@@ -59,15 +52,12 @@ Status HandOverColumns(CProgressWindow& window, CColumnFiles& files, std::vector
         window.Reporter().ChannelPercent(i * 100LL / count);
         if (columns[static_cast<std::size_t>(i)].dataType == DataType::kSkipped) {
             files.Remove(i);
-        } else if (!files.HandOver(i, store)) {
-            std::string const reason = GetLastErrorText();
-            return Shown(reason.empty() ? Status::Failure("Couldn't write the file", store.GetNorvaFileName())
-                                        : Status::Failure(reason));
+        } else if (Status status = files.HandOver(i, store); !status) {
+            ShowMessage(status.Text());
+            return status;
         }
     }
-    if (store.EndWriteData() == 0) return Refused();
-    store.CloseCurFile();
-    return {};
+    return CallStore(store, [&store] { return store.EndWriteData() != 0 ? store.CloseCurFile() : 0; });
 }
 
 }  // namespace norva

@@ -97,7 +97,7 @@ private:
         }
         if (goesOn) adaptor.Finish();
         if (Status status = lines.Result(textPath); !status) return status;
-        if (m_files.Failed()) return Shown(Status::Failure(GetLastErrorText()));
+        if (m_files.Failed()) return Shown(m_files.Error());
         if (m_profiles.empty()) return Status::Failure("There are no data rows in the file", textPath);
         m_converter.Finish();
         FinishReport(lines.Length(), lines.Number());

@@ -108,9 +108,8 @@ Status CGbnImport::RequireRoom() {
 Status CGbnImport::Prepare() {
     CProgressWindow const window("Loading data from the file");
     auto const count = static_cast<int>(m_contents.channels.size());
-    if (!m_columns.Create(std::string(WithoutExtension(m_inputPath)), count, m_inputPath)) {
-        return Status(m_columns.Error()).Silent();
-    }
+    Status created = m_columns.Create(std::string(WithoutExtension(m_inputPath)), count, m_inputPath);
+    if (!created) return std::move(created).Silent();
     if (m_settings.fiducial) {
         if (Status status = m_fiducials.Create(m_inputPath); !status) return std::move(status).Silent();
     }
@@ -211,9 +210,8 @@ Status CGbnImport::WriteChannel(std::size_t channel, CProgressReporter& progress
         std::size_t const size = static_cast<std::size_t>(line.locationCount) * valueSize;
         if (line.selected != 0) {
             progress.ChannelPercent(static_cast<long long>(100 * k / count));
-            if (!m_columns.Read(static_cast<int>(channel), offset, m_lineValues.get(), size)) {
-                return Shown(m_columns.Error());
-            }
+            Status read = m_columns.Read(static_cast<int>(channel), offset, m_lineValues.get(), size);
+            if (!read) return Shown(std::move(read));
             Status status = CallStore(m_store, [&] { return m_store.WriteHuge(m_lineValues.get(), size); });
             if (!status) return status;
         }

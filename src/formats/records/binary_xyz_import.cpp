@@ -133,9 +133,8 @@ Status CBinaryXYZImport::ImportData() {
     CurrentToolkit().SetCursor(CursorShape::Wait);
     CColumnFiles columns;
     std::string const base(WithoutExtension(m_job.inputPath));
-    if (!columns.Create(base, static_cast<int>(m_settings.channels.size()), m_job.inputPath)) {
-        return Status(columns.Error()).Silent();
-    }
+    Status created = columns.Create(base, static_cast<int>(m_settings.channels.size()), m_job.inputPath);
+    if (!created) return std::move(created).Silent();
     if (Status status = ReadRecords(columns, notices); !status) return status;
     if (Status status = WriteChannels(columns, notices); !status) return status;
     if (Status status = CallStore(m_store, [this] { return m_store.EndWriteData(); }); !status) return status;
@@ -213,8 +212,7 @@ Status CBinaryXYZImport::WriteChannels(CColumnFiles& columns, CNotices& notices)
     std::int64_t step = Records();
     for (int i = 0; i < columns.Count(); ++i, ++step) {
         notices.TellAlways(step);
-        Status status = CallStore(m_store, [&] { return columns.HandOver(i, m_store) ? 1 : 0; });
-        if (!status) return status;
+        if (Status status = columns.HandOver(i, m_store); !status) return status;
     }
     return {};
 }
