@@ -45,6 +45,7 @@ public:
         NameColumns();
         TellLines();
         PlanColumns();
+        TellPositions();
         TellTable();
         m_reading.missing = {"", "*"};
         m_result.settings.reading = m_reading;
@@ -190,7 +191,23 @@ private:
         }
     }
 
+    void TellDefinition() {
+        Definition const& definition = m_signs.definition;
+        if (definition.path.empty()) return;
+        std::string const name = definition.path.substr(definition.path.find_last_of('/') + 1);
+        std::string const fields = Number(definition.fields.size()) + " fields";
+        if (m_found.isDefined) {
+            Say("names", name, fields + ", as many as the columns: names, units and missing values are its own");
+        } else if (!m_options.headerLine) {
+            Say("names", "",
+                name + " has " + fields + ", the table " + Number(m_looks.size()) + " columns: it is not used", true,
+                "--header-line 0");
+        }
+    }
+
     void TellHeader() {
+        TellDefinition();
+        if (m_found.isDefined) return;
         if (m_options.headerLine) {
             std::string evidence = "as told";
             if (m_header.isUneven) evidence += "; it has not as many names as there are columns, from the left";
@@ -251,6 +268,19 @@ private:
             m_labelColumn = FindLabelColumn(m_header.names, pass.columns, m_result.findings);
         }
         m_isLabelNamed = m_labelColumn >= 0 && !m_header.names[static_cast<std::size_t>(m_labelColumn)].empty();
+    }
+
+    /// Positions that stand for none.
+    void TellPositions() {
+        CFilePass const& pass = *m_found.pass;
+        if (!pass.position) return;
+        if (pass.atZero > 0 && pass.atZero * 2 < pass.counts.rows) {
+            Say(m_naming[pass.position->first].name, "",
+                Number(pass.atZero) + (pass.atZero == 1 ? " row stands" : " rows stand") +
+                    " at latitude 0, longitude 0, the first in line " + Number(pass.firstAtZero) +
+                    ": positions that were not known?",
+                true);
+        }
     }
 
     void PlanColumns() {

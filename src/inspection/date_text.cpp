@@ -200,15 +200,33 @@ double DecimalYear(Day const& day) {
     return day.year + ofYear / (IsLeapYear(day.year) ? 366 : 365);
 }
 
+namespace {
+
+/// Takes "AM" or "PM" off the end: 'A', 'P', or 0 for neither.
+char TakeHalfDay(std::string_view& text) {
+    if (text.size() < 5 || (text.back() | 0x20) != 'm') return '\0';
+    auto const half = static_cast<char>(text[text.size() - 2] & ~0x20);
+    if (half != 'A' && half != 'P') return '\0';
+    text = TrimRight(text.substr(0, text.size() - 2));
+    return half;
+}
+
+}  // namespace
+
 bool ReadTimeText(std::string_view text, TimeText& time) {
     static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                          1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     time = {};
     int hours = 0;
     int minutes = 0;
+    char const half = TakeHalfDay(text);
     if (TakeDigits(text, 2, hours) == 0 || hours > 24 || !text.starts_with(':')) return false;
     text.remove_prefix(1);
     if (TakeDigits(text, 2, minutes) == 0 || minutes > 59) return false;
+    if (half != '\0') {
+        if (hours < 1 || hours > 12) return false;
+        hours = hours % 12 + (half == 'P' ? 12 : 0);
+    }
     time.seconds = hours * 3600 + minutes * 60;
     if (text.empty()) return true;
     if (!text.starts_with(':')) return false;

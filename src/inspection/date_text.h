@@ -60,7 +60,7 @@ struct TimeText {
     bool hasSeconds = false;
 };
 
-/// "9:05", "09:05:07", "09:05:07.25": the whole text has to be the time.
+/// "9:05", "09:05:07", "09:05:07.25", "9:05 PM": the whole text has to be the time.
 bool ReadTimeText(std::string_view text, TimeText& time);
 
 struct DateTimeText {

@@ -10,6 +10,11 @@ constexpr std::size_t kShownText = 120;
 constexpr std::size_t kMostOddTexts = 1500;
 constexpr std::size_t kLongestOddText = 4096;
 
+/// "0", "0.000", "-0.0"
+bool IsZero(std::string_view text) {
+    return text.find('0') != std::string_view::npos && text.find_first_not_of("-+0.,") == std::string_view::npos;
+}
+
 }  // namespace
 
 CFilePass::CFilePass(std::size_t count, InspectionOptions const& options) : columns(count) {
@@ -28,6 +33,9 @@ void CFilePass::Row(RowView const& row) {
     ++counts.rows;
     if (counts.markers == 0) ++rowsBeforeMarker;
     for (std::size_t i = 0; i < columns.size(); ++i) columns[i].Add(row.parts[i], row.reads[i], row.number);
+    if (position && IsZero(row.parts[position->first].text) && IsZero(row.parts[position->second].text)) {
+        if (atZero++ == 0) firstAtZero = row.number;
+    }
     if (row.mend.how == RowMend::How::None) return;
     ++counts.mended;
     if (row.mend.how == RowMend::How::NextLines) {

@@ -5,7 +5,9 @@
 #include "norva/inspection.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace norva {
@@ -26,6 +28,9 @@ public:
     std::vector<std::string> labels;    ///< the first ones
     std::vector<std::string> oddTexts;  ///< lines that were left out, for a second look at the file
     std::uint64_t rowsBeforeMarker = 0;
+    std::optional<std::pair<std::size_t, std::size_t>> position;  ///< columns of latitude and longitude
+    std::uint64_t atZero = 0;                                     ///< rows with 0 in both
+    std::uint64_t firstAtZero = 0;                                ///< line of the first of them
     std::uint64_t otherTables = 0;
     std::uint64_t firstNamesAgain = 0;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "inspection/definition_file.h"
 #include "inspection/file_pass.h"
 #include "inspection/header_search.h"
 #include "inspection/separator_score.h"
@@ -18,6 +19,7 @@ struct FileReading {
     std::vector<ColumnLook> looks;
     HeaderChoice header;
     SeparatorChoice separators;
+    bool isDefined = false;                 ///< the definition file names the columns
     std::vector<std::string> otherMarkers;  ///< words that are taken to start a line, though nobody told of them
     std::unique_ptr<CFilePass> pass;
 
@@ -32,6 +34,7 @@ struct FileSigns {
     std::vector<std::string> doubtfulMarks;  ///< comment marks that begin so many lines that they are none
     CellSeen noUtf8;                         ///< first byte that is no UTF-8
     std::uint64_t nulLine = 0;               ///< first line with a NUL byte; 0: none
+    Definition definition;                   ///< of a file beside it, where there is one
     bool isSecondLook = false;               ///< the reading was found in a second pass
 };
 

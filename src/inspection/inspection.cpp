@@ -20,9 +20,25 @@ namespace {
 /// Every column has facts of its own: a line of millions of parts is taken for no table.
 constexpr std::size_t kMostColumns = 32767;
 
+/// The columns that their names call latitude and longitude.
+std::optional<std::pair<std::size_t, std::size_t>> FindPosition(std::vector<std::string> const& names) {
+    auto const find = [&names](std::initializer_list<std::string_view> words) {
+        return std::ranges::find_if(names,
+                                    [&](std::string const& name) {
+                                        std::string const upper = ToUpper(name.substr(0, name.find_first_of(" _([")));
+                                        return std::ranges::find(words, upper) != words.end();
+                                    }) -
+               names.begin();
+    };
+    auto const latitude = static_cast<std::size_t>(find({"LAT", "LATITUDE"}));
+    auto const longitude = static_cast<std::size_t>(find({"LON", "LONG", "LONGITUDE"}));
+    if (latitude == names.size() || longitude == names.size()) return {};
+    return std::pair(latitude, longitude);
+}
+
 class CInspector {
 public:
-    CInspector(std::string const& path, InspectionOptions const& options) : m_path(path), m_options(options) {}
+    CInspector(std::string const& path, InspectionOptions options) : m_path(path), m_options(std::move(options)) {}
 
     Status Run(Inspection& result) {
         if (Status status = m_source.Open(m_path); !status) return status;
@@ -30,6 +46,7 @@ public:
         if (!TakeSample(m_source, m_sample)) return m_source.Result(m_path);
         if (m_sample.lines.empty()) return Status::Failure("There is no text in the file", m_path);
         FindLineMarks();
+        if (Status status = FindDefinition(m_path, m_signs.definition); !status) return status;
         std::vector<std::string_view> voters = Voters();
         if (Status status = Attempt(voters); !status) return status;
         if (m_now.SuitsBadly()) {
@@ -92,12 +109,25 @@ private:
             return Status::Failure("Line " + std::to_string(*m_options.headerLine) + " cannot name the columns", m_path,
                                    m_now.header.problem);
         }
+        TakeDefinition();
         m_reading.trailingSeparator = m_now.header.trailingSeparator;
         m_reading.firstDataLine = m_now.header.firstDataLine;
         m_reading.firstMarkerLine = m_now.header.firstMarkerLine;
         m_reading.headerText = m_now.header.headerText;
         m_reading.width = static_cast<int>(m_looks.size());
         return Pass();
+    }
+
+    /// Names, units and missing values of a definition that has as many fields as the file has columns.
+    void TakeDefinition() {
+        std::vector<DefinedField> const& fields = m_signs.definition.fields;
+        m_now.isDefined = !fields.empty() && fields.size() == m_looks.size() && !m_options.headerLine;
+        for (std::size_t i = 0; m_now.isDefined && i < fields.size(); ++i) {
+            m_now.header.names[i] = fields[i].name;
+            m_now.header.units[i] = fields[i].unit;
+            if (fields[i].isText) m_options.textColumns.push_back(static_cast<int>(i));
+            if (fields[i].null) m_options.noData.push_back(*fields[i].null);
+        }
     }
 
     /// Words that nobody told of, which come twice or more with a label, alone in lines that are no rows.
@@ -132,6 +162,7 @@ private:
             static_cast<std::size_t>(*m_options.labelColumn) < m_now.pass->columns.size()) {
             m_now.pass->columns[static_cast<std::size_t>(*m_options.labelColumn)].TrackLabels();
         }
+        m_now.pass->position = FindPosition(m_now.header.names);
         CTableReader reader(m_reading, m_looks, RowsFor::Facts, *m_now.pass);
         m_source.Rewind();
         m_signs.nulLine = 0;
@@ -181,7 +212,7 @@ private:
     }
 
     std::string const& m_path;
-    InspectionOptions const& m_options;
+    InspectionOptions m_options;
     CSourceLines m_source;
     Sample m_sample;
     QuoteChoice m_quote;
