@@ -13,6 +13,7 @@ enum ExitStatus : int {
     kExitLoss = 4,      ///< imported, but not all of it as it stands in the source (--strict)
     kExitDiffers = 5,   ///< source, report and store do not agree
     kExitInterrupted = 130,
+    kExitReaderGone = 141,  ///< nobody reads what is printed any more
 };
 
 /// A command cannot go on; the text says what, where and why.

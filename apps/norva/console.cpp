@@ -1,4 +1,4 @@
-#include "norva/console.h"
+#include "console.h"
 
 #include "common/command_error.h"
 
@@ -13,6 +13,12 @@ namespace {
 
 std::sig_atomic_t volatile g_interrupted = 0;
 
+std::sig_atomic_t volatile g_readerGone = 0;
+
+void OnBrokenPipe(int /*signal*/) {
+    g_readerGone = 1;
+}
+
 void OnInterrupt(int /*signal*/) {
     g_interrupted = 1;
 }
@@ -25,11 +31,19 @@ CConsole::CConsole(bool quiet) : m_quiet(quiet), m_terminal(isatty(STDERR_FILENO
 
 void CConsole::Say(std::string_view text) {
     if (m_quiet) return;
+    if (m_isHeld) {
+        m_kept.push_back({false, std::string(text)});
+        return;
+    }
     ClearBar();
     std::cout << text << '\n' << std::flush;
 }
 
 void CConsole::Complain(std::string_view text) {
+    if (m_isHeld) {
+        m_kept.push_back({true, std::string(text)});
+        return;
+    }
     ClearBar();
     std::cerr << "norva: " << text.substr(0, text.find_last_not_of('\n') + 1) << '\n';
 }
@@ -37,7 +51,7 @@ void CConsole::Complain(std::string_view text) {
 void CConsole::BeginJob(std::string title) {
     m_job = std::move(title);
     m_percent = -1;
-    if (m_quiet) return;
+    if (m_quiet || m_isHeld) return;
     if (m_terminal) {
         JobPercent(0);
     } else {
@@ -67,6 +81,17 @@ void CConsole::ClearBar() {
     m_percent = -1;
 }
 
+void CConsole::Hold() {
+    m_isHeld = true;
+    m_terminal = false;
+}
+
+void CConsole::Release() {
+    m_isHeld = false;
+    for (Text const& one : m_kept) one.isComplaint ? Complain(one.text) : Say(one.text);
+    m_kept.clear();
+}
+
 void CatchInterrupts() {
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
@@ -77,12 +102,20 @@ void CatchInterrupts() {
         if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
         sigaction(signal, &action, nullptr);
     }
+    // What is temporary is to be removed first.
+    struct sigaction broken {};
+    broken.sa_handler = OnBrokenPipe;
+    sigaction(SIGPIPE, &broken, nullptr);
     // A file that grows beyond the limit is then an error of writing like any other.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool WasInterrupted() {
-    return g_interrupted != 0;
+    return g_interrupted != 0 || g_readerGone != 0;
+}
+
+bool IsReaderGone() {
+    return g_readerGone != 0;
 }
 
 void ThrowIfInterrupted() {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace norva {
 
@@ -22,19 +23,33 @@ public:
     bool ShowsBar() const { return m_terminal && !m_quiet; }
     void EndJob();
 
+    /// From now on keeps what is said, and shows no progress.
+    void Hold();
+    bool IsHeld() const { return m_isHeld; }
+    /// Prints what was kept, in order.
+    void Release();
+
 private:
+    struct Text {
+        bool isComplaint = false;
+        std::string text;
+    };
+
     void ClearBar();
 
     bool m_quiet;
     bool m_terminal;
     std::string m_job;
     int m_percent = -1;
+    bool m_isHeld = false;
+    std::vector<Text> m_kept;
 };
 
 /// From now on Ctrl-C, a closed terminal and SIGTERM let the running command clean up: ThrowIfInterrupted() then
-/// throws.
+/// throws. So it does once what is printed has no reader any more.
 void CatchInterrupts();
 void ThrowIfInterrupted();
 bool WasInterrupted();
+bool IsReaderGone();
 
 }  // namespace norva

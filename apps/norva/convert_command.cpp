@@ -1,9 +1,10 @@
 #include "commands.h"
 #include "common/command_error.h"
 #include "common/names.h"
+#include "file_jobs.h"
+#include "input_file.h"
 #include "jobs.h"
 #include "reports.h"
-#include "scratch_folder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -11,7 +12,6 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <set>
 
 namespace norva {
 
@@ -27,6 +27,7 @@ struct ConvertJob {
     bool quiet = false;
     bool strict = false;
     bool json = false;
+    std::size_t jobs = 1;
     ImportOptions import;
     ExportOptions output;
     CLI::App const* command = nullptr;
@@ -45,23 +46,24 @@ struct Conversion {
 };
 
 void ConvertOne(Conversion& one, ConvertJob const& job, CScratchFolder const& scratch, CConsole& console) {
-    RequireFree(one.output, job.output.force, one.input);
-    for (auto other = job.paths.begin(); other + 1 != job.paths.end(); ++other) {
-        std::error_code error;
-        if (fs::equivalent(one.output, *other, error)) {
-            throw CommandError(one.output + ": is one of the files to convert, which is not replaced");
-        }
-    }
+    bool const isStream = one.output == kStandardStream;
+    if (!isStream) RequireFree(one.output, job.output.force, one.input);
     std::string const report =
-        job.reports.empty() ? "" : (fs::path(job.reports) / fs::path(one.output).stem()).string() + ".json";
+        job.reports.empty() ? ""
+                            : (fs::path(job.reports) / StemOf(isStream ? one.input : one.output)).string() + ".json";
     if (!report.empty()) RequireReportPath(report, job.output.force, one.input);
     std::string const store = scratch.StorePath(one.input);
-    ImportOutcome const outcome =
-        RunImport({one.input, store, job.import, false, !report.empty(), job.places, job.strict}, console);
+    CInputFile const source(one.input);
+    ImportTask task{source.Path(), store, job.import, false, !report.empty(), job.places, job.strict};
+    task.name = source.Name();
+    ImportOutcome const outcome = source.WithName([&] { return RunImport(task, console); });
     TellSummary(outcome.report, job.strict, console);
-    ExportReport const written = RunExport(store, one.output, job.output, console);
+    std::string const output = isStream ? scratch.StreamPath(job.extension) : one.output;
+    ExportReport const written = Naming(output, isStream ? kStandardOutput : output,
+                                        [&] { return RunExport(store, output, job.output, console); });
+    if (isStream) CopyToStandardOutput(output);
     console.Say(one.output + ": " + StoreSummary(store));
-    TellSummary(written, one.output, job.strict, console);
+    TellSummary(written, isStream ? kStandardOutput : one.output, job.strict, console);
     if (!report.empty()) WriteReport(report, outcome, ImportOptionWords(*job.command));
     one.lines = outcome.report.lines.size();
     for (ReportChannel const& channel : outcome.report.channels) one.values += channel.values;
@@ -109,44 +111,49 @@ void PrintJson(std::vector<Conversion> const& all) {
     std::cout << list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
 }
 
-void MakeFolder(std::string const& path) {
-    std::error_code error;
-    if (!fs::is_directory(path) && !fs::create_directory(path, error)) {
-        throw CommandError(path + ": " + (error ? error.message() : "is no folder"), kExitUsage);
-    }
-}
-
 /// Goes on after a bad file and sums up at the end.
 int RunConvert(ConvertJob const& job) {
-    CConsole console(job.quiet || job.json);
-    std::vector<std::string> inputs = job.paths;
-    std::string const target = inputs.back();
-    inputs.pop_back();
-    bool const intoFolder = fs::is_directory(target) || inputs.size() > 1 || !job.extension.empty();
+    std::string const target = job.paths.back();
+    bool const isStream = target == kStandardStream;
+    CConsole console(job.quiet || job.json || isStream);
+    std::vector<std::string> const inputs = InputsOf({job.paths.begin(), job.paths.end() - 1});
+    if (isStream && (inputs.size() > 1 || job.json)) {
+        throw CommandError("- as output goes with one input, and without --json", kExitUsage);
+    }
+    bool const intoFolder = !isStream && (fs::is_directory(target) || inputs.size() > 1 || !job.extension.empty());
     if (intoFolder) MakeFolder(target);
     if (!job.reports.empty()) MakeFolder(job.reports);
     std::string const extension = "." + (job.extension.empty() ? "xyz" : job.extension);
 
     CScratchFolder const scratch;
-    std::vector<Conversion> all;
-    std::set<std::string> outputs;
-    std::size_t failed = 0;
-    std::uint64_t losses = 0;
-    for (std::string const& input : inputs) {
-        Conversion& one = all.emplace_back();
-        one.input = input;
-        one.output =
-            intoFolder ? (fs::path(target) / fs::path(input).stem()).string() + extension : WrittenPath(target);
+    std::vector<Conversion> all(inputs.size());
+    COutputs outputs(inputs);
+    auto const tryOne = [intoFolder](Conversion& one, auto const& work) {
         try {
-            if (!outputs.insert(one.output).second) throw CommandError(input + ": another file became " + one.output);
-            ConvertOne(one, job, scratch, console);
-            losses += one.losses + one.doubts + one.exportLosses;
+            work();
         } catch (CommandError const& error) {
             if (!intoFolder) throw;
-            console.Complain(error.what());
             one.failure = error.what();
-            ++failed;
         }
+    };
+    for (std::size_t number = 0; number < inputs.size(); ++number) {
+        Conversion& one = all[number];
+        one.input = inputs[number];
+        one.output = isStream     ? target
+                     : intoFolder ? (fs::path(target) / StemOf(one.input)).string() + extension
+                                  : WrittenPath(target);
+        tryOne(one, [&] { outputs.Take(one.output, one.input); });
+    }
+    RunFiles(all.size(), job.jobs, console, [&](std::size_t number, CConsole& own) {
+        Conversion& one = all[number];
+        if (one.failure.empty()) tryOne(one, [&] { ConvertOne(one, job, scratch, own); });
+        if (!one.failure.empty()) own.Complain(one.failure);
+    });
+    std::size_t failed = 0;
+    std::uint64_t losses = 0;
+    for (Conversion const& one : all) {
+        failed += one.failure.empty() ? 0 : 1;
+        losses += one.losses + one.doubts + one.exportLosses;
     }
     if (job.json) {
         PrintJson(all);
@@ -164,15 +171,23 @@ void AddConvertCommand(CCommands& commands) {
     auto const job = std::make_shared<ConvertJob>();
     CLI::App& command =
         commands.Add("convert", "Import files and write them out in another format, without keeping the store",
-                     "norva convert survey.csv survey.xyz\n  norva convert *.gpx folder --to xyz --report folder",
+                     "norva convert survey.csv survey.xyz\n  norva convert *.gpx folder --to xyz --report folder\n"
+                     "  norva convert flights stores --to nvt --jobs 4\n  norva convert survey.gbn - --to csv | head",
                      [job] { return RunConvert(*job); });
     job->command = &command;
-    command.add_option("PATHS", job->paths, "INPUT OUTPUT, or INPUT... FOLDER")->required()->expected(2, -1);
+    command
+        .add_option("PATHS", job->paths,
+                    "INPUT OUTPUT, or INPUT... FOLDER; an input that is a folder stands for the files in it, - for "
+                    "standard input and output")
+        ->required()
+        ->expected(2, -1);
     command.add_option("--to", job->extension,
-                       "Extension of the files made in FOLDER, which is made if it is missing (default: xyz)");
+                       "Extension of the files made in FOLDER, which is made if it is missing, or the format of "
+                       "standard output (default: xyz)");
     command.add_option("--report", job->reports,
                        "Folder for a report in JSON on every file: what became of every line and value");
     AddPlacesOption(command, job->places);
+    AddJobsOption(command, job->jobs);
     command.add_flag(
         "--strict", job->strict,
         "Exit with status " + std::to_string(kExitLoss) +

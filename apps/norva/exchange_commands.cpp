@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "common/command_error.h"
 #include "import_settings.h"
+#include "input_file.h"
 #include "jobs.h"
 #include "norva/formats.h"
 #include "reports.h"
@@ -64,77 +65,36 @@ void AddFormatsCommand(CCommands& commands) {
     command.add_flag("--json", *json, "Print JSON");
 }
 
-void AddImportCommand(CCommands& commands) {
-    struct Job {
-        std::string input;
-        std::string store;
-        bool force = false;
-        bool quiet = false;
-        std::string saveTemplate;
-        std::string report;
-        std::size_t places = ReportFinding::kUsualPlaces;
-        bool strict = false;
-        ImportOptions options;
-        CLI::App const* command = nullptr;
-    };
-    auto const job = std::make_shared<Job>();
-    CLI::App& command = commands.Add(
-        "import", "Import a file into a new store",
-        "norva import survey.csv\n  norva import survey.csv -o survey.nvt --column Mag:units=nT --dates dmy", [job] {
-            CConsole console(job->quiet);
-            if (job->store.empty()) job->store = fs::path(job->input).replace_extension("nvt").string();
-            job->store = WrittenPath(job->store);
-            RequireFree(job->store, job->force, job->input);
-            std::string const templatePath = job->saveTemplate.empty() ? "" : TemplatePath(job->saveTemplate);
-            if (!templatePath.empty()) RequireFree(templatePath, job->force, job->input);
-            if (!job->report.empty()) RequireReportPath(job->report, job->force, job->input);
-            ImportOutcome const outcome = RunImport({job->input, job->store, job->options, !templatePath.empty(),
-                                                     !job->report.empty(), job->places, job->strict},
-                                                    console);
-            console.Say(job->store + ": " + StoreSummary(job->store));
-            if (!templatePath.empty()) {
-                if (!outcome.columns) throw CommandError(templatePath + ": this format has no column template");
-                WriteTemplate(templatePath, *outcome.columns);
-                console.Say(templatePath + ": written");
-            }
-            TellSummary(outcome.report, job->strict, console);
-            if (!job->report.empty()) {
-                WriteReport(job->report, outcome, ImportOptionWords(*job->command));
-                console.Say(job->report + ": written");
-            }
-            return job->strict && (HasLoss(outcome.report) || outcome.doubts > 0) ? kExitLoss : kExitDone;
-        });
-    job->command = &command;
-    command.add_option("INPUT", job->input, "File to import")->required();
-    command.add_option("-o,--output", job->store, "Store to make (default: the input with the extension .nvt)");
-    command.add_flag("--force", job->force, "Replace an existing store or template");
-    command.add_flag("--quiet", job->quiet, "Say only what went wrong, losses among it");
-    command.add_option("--report", job->report, "Write what became of every line and value (.json or .html)");
-    AddPlacesOption(command, job->places);
-    command.add_flag(
-        "--strict", job->strict,
-        "Exit with status " + std::to_string(kExitLoss) +
-            " when anything was lost or changed, or the proposal has doubts; the store is made all the same");
-    AddImportOptions(command, job->options);
-    command
-        .add_option("--save-template", job->saveTemplate,
-                    "Keep the choices for the columns as a template (a name or a .json file)")
-        ->group("Column text");
-}
-
 void AddExportCommand(CCommands& commands) {
     struct Job {
         std::string store;
         std::string output;
+        std::string extension;  ///< given by --to
         bool quiet = false;
         bool strict = false;
         ExportOptions options;
     };
     auto const job = std::make_shared<Job>();
     CLI::App& command = commands.Add(
-        "export", "Write a store in another format; the extension of OUTPUT names it (xyz, txt, xls, gbn, nvt)",
-        "norva export survey.nvt survey.xyz --lines 1000,1010 --channels X,Y,Mag --no-units", [job] {
-            CConsole console(job->quiet);
+        "export", "Write a store in another format; the extension of OUTPUT names it (csv, xyz, txt, xls, gbn, nvt)",
+        "norva export survey.nvt survey.xyz --lines 1000,1010 --channels X,Y,Mag --no-units\n"
+        "  norva export survey.nvt - --to csv | head",
+        [job] {
+            bool const isStream = job->output == kStandardStream;
+            if (!isStream && !job->extension.empty()) {
+                throw CommandError("--to goes with -; the extension of " + job->output + " names the format",
+                                   kExitUsage);
+            }
+            CConsole console(job->quiet || isStream);
+            if (isStream) {
+                CScratchFolder const scratch;
+                std::string const file = scratch.StreamPath(job->extension);
+                ExportReport const report =
+                    Naming(file, kStandardOutput, [&] { return RunExport(job->store, file, job->options, console); });
+                CopyToStandardOutput(file);
+                TellSummary(report, kStandardOutput, job->strict, console);
+                return job->strict && report.LossCount() > 0 ? kExitLoss : kExitDone;
+            }
             job->output = WrittenPath(job->output);
             RequireFree(job->output, job->options.force);
             ExportReport const report = RunExport(job->store, job->output, job->options, console);
@@ -143,7 +103,8 @@ void AddExportCommand(CCommands& commands) {
             return job->strict && report.LossCount() > 0 ? kExitLoss : kExitDone;
         });
     command.add_option("STORE", job->store, "Store to read")->required();
-    command.add_option("OUTPUT", job->output, "File to write")->required();
+    command.add_option("OUTPUT", job->output, "File to write, - for standard output")->required();
+    command.add_option("--to", job->extension, "Extension that names the format of standard output (default: xyz)");
     command.add_flag("--strict", job->strict,
                      "Exit with status " + std::to_string(kExitLoss) +
                          " when a value does not read back from the file; the file is made all the same");

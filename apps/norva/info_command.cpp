@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "common/command_error.h"
 #include "import_settings.h"
+#include "input_file.h"
 #include "jobs.h"
 #include "norva/file_description.h"
 #include "norva/file_util.h"
@@ -158,7 +159,8 @@ void PrintDescription(FileDescription const& description) {
 }
 
 struct InfoJob {
-    std::string path;
+    std::string argument;
+    std::string path;  ///< where it is read
     bool json = false;
     DescriptionSettings settings;
 };
@@ -175,7 +177,7 @@ bool AddProposal(InfoJob const& job, std::string const& label, nlohmann::ordered
         if (job.json) json["proposal"] = {{"problem", error.what()}};
         return false;
     }
-    std::string const command = CommandLineOf(proposal, options, job.path);
+    std::string const command = CommandLineOf(proposal, options, job.argument);
     if (job.json) {
         json["proposal"] = ProposalJson(proposal, command);
         return true;
@@ -185,7 +187,7 @@ bool AddProposal(InfoJob const& job, std::string const& label, nlohmann::ordered
     return true;
 }
 
-int RunInfo(InfoJob const& job) {
+int PrintInfo(InfoJob const& job) {
     nlohmann::ordered_json json;
     if (job.settings.format.empty() && job.settings.record.empty() && IsStore(job.path)) {
         CNorvaFileUtil store;
@@ -217,6 +219,12 @@ int RunInfo(InfoJob const& job) {
     return kExitDone;
 }
 
+int RunInfo(InfoJob job) {
+    CInputFile const input(job.argument);
+    job.path = input.Path();
+    return input.WithName([&job] { return PrintInfo(job); });
+}
+
 }  // namespace
 
 void AddInfoCommand(CCommands& commands) {
@@ -225,7 +233,7 @@ void AddInfoCommand(CCommands& commands) {
                                      "norva info survey.nvt --json\n  norva info survey.gbn\n"
                                      "  norva info run.bin --record \"X:double,Mag:float:nT\"",
                                      [job] { return RunInfo(*job); });
-    command.add_option("FILE", job->path, "File to look at")->required();
+    command.add_option("FILE", job->argument, "File to look at, - for standard input")->required();
     command.add_flag("--json", job->json, "Print JSON");
     command.add_option("--format", job->settings.format,
                        "Format: a label of 'norva formats' or a word of it (default: recognised from the file)");

@@ -50,17 +50,21 @@ ProgressCallback ProgressOf(CConsole& console) {
     };
 }
 
+std::string const& NameOf(ImportTask const& task) {
+    return task.name.empty() ? task.input : task.name;
+}
+
 ImportFormatInfo FormatOf(ImportTask const& task, CConsole& console) {
     if (!task.options.format.empty()) return FindFormat(task.options.format);
     RecognizedFormat const format = RecognizeImportFormat(task.input);
-    if (format.code == 0) throw CommandError(task.input + ": " + format.reason);
-    console.Say(task.input + ": read as " + format.label + ", because " + format.reason);
+    if (format.code == 0) throw CommandError(NameOf(task) + ": " + format.reason);
+    console.Say(NameOf(task) + ": read as " + format.label + ", because " + format.reason);
     return FindFormat(format.label);
 }
 
 /// What becomes of coordinates that a log has interpolated, where no option says it.
 bool AskForInterpolated(std::string const& input, CConsole& console) {
-    if (isatty(STDIN_FILENO) != 1 || isatty(STDERR_FILENO) != 1 || console.Quiet()) {
+    if (isatty(STDIN_FILENO) != 1 || isatty(STDERR_FILENO) != 1 || console.Quiet() || console.IsHeld()) {
         console.Say(input + ": interpolated coordinates are left out (--interpolated yes keeps them)");
         return false;
     }
@@ -73,9 +77,9 @@ bool AskForInterpolated(std::string const& input, CConsole& console) {
 void TellProposal(Inspection const& proposal, ImportTask const& task, CConsole& console) {
     std::size_t const doubts = proposal.Doubts();
     std::string const count =
-        doubts == 0 ? "" : Counted(doubts, "doubt") + ": see 'norva info " + task.input + "' for the evidence";
+        doubts == 0 ? "" : Counted(doubts, "doubt") + ": see 'norva info " + NameOf(task) + "' for the evidence";
     if (doubts > 0 && (console.Quiet() || task.isStrict)) {
-        console.Complain(task.input + ": " + count + (task.isStrict ? "\n" + ShortText(proposal) : ""));
+        console.Complain(NameOf(task) + ": " + count + (task.isStrict ? "\n" + ShortText(proposal) : ""));
         return;
     }
     console.Say(ShortText(proposal));
@@ -103,14 +107,15 @@ ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
         if (place >= 0) console.Say("  dates  " + dates.names[static_cast<std::size_t>(place)] + "  (--date-format)");
     }
     if (chosen.mayInterpolate) {
-        std::get<SeaSpySettings>(chosen.settings).interpolated = AskForInterpolated(task.input, console);
+        std::get<SeaSpySettings>(chosen.settings).interpolated = AskForInterpolated(NameOf(task), console);
     }
     ImportRequest request{.inputPath = task.input, .storePath = FullPathOf(task.store)};
     request.format = format.label;
     request.settings = std::move(chosen.settings);
     request.checksum = task.hashesSource;
     request.places = task.places;
-    ImportOutcome outcome = RunImport(std::move(request), task.input, console);
+    ImportOutcome outcome = RunImport(std::move(request), NameOf(task), console);
+    if (NameOf(task) != task.input) outcome.report.sourcePath = task.name;
     outcome.columns = std::move(chosen.columns);
     if (proposal) outcome.doubts = proposal->Doubts();
     if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings); text != nullptr && !proposal) {

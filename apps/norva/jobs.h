@@ -19,6 +19,7 @@ struct ImportTask {
     bool hashesSource = false;                         ///< the report is to have the source's SHA-256
     std::size_t places = ReportFinding::kUsualPlaces;  ///< of each finding that the report names
     bool isStrict = false;                             ///< doubts are complaints
+    std::string name{};                                ///< what a person calls the input; empty: by its path
 };
 
 struct ImportOutcome {

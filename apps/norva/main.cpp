@@ -94,11 +94,14 @@ int main(int argc, char** argv) {
     }
     norva::CatchInterrupts();
     try {
-        return commands.Run();
+        int const status = commands.Run();
+        return norva::IsReaderGone() ? norva::kExitReaderGone : status;
     } catch (norva::CommandError const& error) {
+        if (norva::IsReaderGone()) return norva::kExitReaderGone;
         std::cerr << "norva: " << error.what() << "\n";
         return error.Status();
     } catch (norva::Interrupted const&) {
+        if (norva::IsReaderGone()) return norva::kExitReaderGone;
         std::cerr << "norva: interrupted, nothing is left half written\n";
         return norva::kExitInterrupted;
     } catch (std::exception const& error) {

@@ -28,6 +28,10 @@ public:
     std::string StorePath(std::string const& input) const {
         return (m_path / (std::filesystem::path(input).stem().string() + ".nvt")).string();
     }
+    /// Of what goes to standard output, in the format of an extension.
+    std::string StreamPath(std::string const& extension) const {
+        return (m_path / ("stdout." + (extension.empty() ? "xyz" : extension))).string();
+    }
 
 private:
     std::filesystem::path m_path;

@@ -58,7 +58,7 @@ class Import(Case):
         cases = [
             (["missing.xyz", "-o", "n.nvt"], 1, "missing.xyz"),
             (["empty.xyz", "-o", "n.nvt"], 1, "empty"),
-            ([str(self.folder), "-o", "n.nvt"], 1, "directory"),
+            ([str(self.folder), "-o", "n.nvt"], 2, "put {stem}"),
             ([XYZ, "-o", "old.nvt"], 1, "--force"),
             ([XYZ, "-o", "folder"], 1, "is a folder"),
             ([XYZ, "-o", "old"], 1, "old.nvt"),  # what a name without a dot comes to

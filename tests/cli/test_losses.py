@@ -46,7 +46,7 @@ class SourcesStay(Case):
         before = {name: (self.folder / name).read_bytes() for name in self.names()}
         done = self.norva("convert", "a.xyz", "b.csv", "b.xyz", ".", "--to", "xyz", "--force", status=1)
         self.assertIn("a.xyz: is the input itself", done.stderr)
-        self.assertIn("b.xyz: is one of the files to convert", done.stderr)
+        self.assertIn("b.xyz: is one of the inputs", done.stderr)
         self.assertEqual({name: (self.folder / name).read_bytes() for name in self.names()}, before)
         self.norva("convert", "a.xyz", "b.csv", "out", "--to", "txt")
         self.assertEqual(sorted(path.name for path in (self.folder / "out").iterdir()), ["a.txt", "b.txt"])
