@@ -63,7 +63,10 @@ bool CDesktopToolkit::ChooseFileToOpen(FileRequest const& request, std::string& 
 }
 
 bool CDesktopToolkit::ChooseFileToSave(FileRequest const& request, std::string& path, std::string& extension) {
-    bool const isChosen = CQtToolkit::ChooseFileToSave(request, path, extension);
+    FileRequest inFolder = request;
+    if (inFolder.initial.empty()) inFolder.initial = (LastFolder() + '/').toStdString();
+    bool const isChosen = CQtToolkit::ChooseFileToSave(inFolder, path, extension);
+    if (isChosen) RememberFolderOf(QString::fromStdString(path));
     if (m_recorder != nullptr) m_recorder->Save(isChosen ? &path : nullptr, isChosen ? extension : std::string());
     return isChosen;
 }

@@ -20,14 +20,15 @@ namespace norva {
 namespace {
 
 constexpr std::size_t kRowsShown = 200;
-constexpr int kEveryFormat = 1;  ///< level of the format list that has every format once
+constexpr std::size_t kPlacesKept = 1000;  ///< of each finding
+constexpr int kEveryFormat = 1;            ///< level of the format list that has every format once
 
 QString Say(char const* text) {
     return QCoreApplication::translate("ImportItem", text);
 }
 
-/// Texts that an inspection reads whole.
-bool IsInspected(std::string const& label) {
+/// Files that are texts themselves, whose rows can be shown.
+bool HasRows(std::string const& label) {
     constexpr std::array<std::string_view, 4> labels = {"ASCII XYZ", "ASCII CSV", "ASCII GEM", "Scintrex CG5"};
     return std::ranges::find(labels, label) != labels.end();
 }
@@ -55,14 +56,14 @@ void ImportItem::ReadAs(std::string const& label) {
     RecognizedFormat const recognized = RecognizeImportFormat(path.toStdString());
     format = label.empty() ? recognized.label : label;
     why = label.empty() || label == recognized.label ? ToQString(recognized.reason) : Say("as you say");
-    m_isText = IsInspected(format);
+    m_hasProposal = HasProposal(format);
     edits.clear();
     rows.clear();
     told = {};
     proposal = {};
     state = recognized.code == 0   ? State::Refused
             : NeedsColumns(format) ? State::ByHand
-            : m_isText             ? State::Reading
+            : m_hasProposal        ? State::Reading
                                    : State::Ready;
     message.clear();
     if (state == State::ByHand && label.empty()) {
@@ -79,10 +80,10 @@ void ImportItem::ReadAs(std::string const& label) {
     }
 }
 
-ImportItem::Look ImportItem::LookAt(std::string const& path, InspectionOptions const& told) {
+ImportItem::Look ImportItem::LookAt(std::string const& path, std::string const& format, InspectionOptions const& told) {
     Look look;
-    look.status = InspectTextFile(path, told, look.proposal);
-    if (look.status && look.proposal.isTable) {
+    look.status = InspectFile(path, format, told, look.proposal);
+    if (look.status && look.proposal.isTable && HasRows(format)) {
         look.status = ReadFirstRows(path, look.proposal.settings, kRowsShown, look.rows);
     }
     return look;
@@ -106,7 +107,7 @@ void ImportItem::Take(Look look) {
 }
 
 QString ImportItem::Contents() const {
-    if (!m_isText || !proposal.isTable) return {};
+    if (!m_hasProposal || !proposal.isTable) return {};
     std::string text =
         Counted(proposal.counts.rows, "row") + ", " + Counted(proposal.settings.columns.size(), "column");
     if (std::size_t const doubts = proposal.Doubts(); doubts > 0) text += ", " + Counted(doubts, "doubt");
@@ -185,10 +186,19 @@ ImportRequest ImportItem::Request() const {
     request.inputPath = path.toStdString();
     request.storePath = store.toStdString();
     request.format = format;
-    if (m_isText) request.settings = m_settings;
+    if (m_hasProposal) request.settings = m_settings;
     request.replace = replaces;
-    request.places = 1000;
+    request.places = kPlacesKept;
     return request;
+}
+
+Status ImportItem::Run(ImportRequest request, ImportResult& result) {
+    bool const isOpen = std::holds_alternative<std::monostate>(request.settings);
+    if (isOpen) {
+        if (Status status = ProposeSettings(request.inputPath, request.format, request.settings); !status)
+            return status;
+    }
+    return ImportFile(request, result);
 }
 
 }  // namespace norva

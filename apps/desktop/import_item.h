@@ -35,10 +35,10 @@ struct ImportItem {
         Inspection proposal{};
         std::vector<InspectedRow> rows{};  ///< the first
     };
-    static Look LookAt(std::string const& path, InspectionOptions const& told);
+    static Look LookAt(std::string const& path, std::string const& format, InspectionOptions const& told);
     void Take(Look look);
 
-    bool IsText() const { return m_isText; }
+    bool HasColumns() const { return m_hasProposal && proposal.isTable; }
     /// "296 rows, 12 columns, 1 doubt"; "" before it was read and for other formats.
     QString Contents() const;
     /// Of the state, for the list.
@@ -52,6 +52,8 @@ struct ImportItem {
     Status ApplyEdits();
 
     ImportRequest Request() const;
+    /// Imports, by the settings that suit the file where none are chosen; on any thread.
+    static Status Run(ImportRequest request, ImportResult& result);
     bool WouldReplace() const;
 
     QString path;
@@ -68,7 +70,7 @@ struct ImportItem {
     QString message;        ///< of a failure
 
 private:
-    bool m_isText = false;
+    bool m_hasProposal = false;
     ColumnTextSettings m_settings{};
 };
 

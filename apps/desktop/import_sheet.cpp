@@ -247,7 +247,7 @@ void CImportSheet::ShowCurrent() {
     m_why->setToolTip(item->why);
     if (m_store->text() != item->store) m_store->setText(item->store);
     m_replace->setChecked(item->replaces);
-    bool const isShown = item->IsText() && !item->rows.empty();
+    bool const isShown = item->HasColumns();
     m_proposal->Show(isShown ? item : nullptr);
     m_message->setText(isShown ? QString() : item->StateText());
     m_pages->setCurrentWidget(isShown ? static_cast<QWidget*>(m_proposal) : m_message);
@@ -309,7 +309,8 @@ void CImportSheet::LookAt(ImportItem& item) {
     item.state = ImportItem::State::Reading;
     ShowRow(item);
     auto const look = std::make_shared<ImportItem::Look>();
-    Start([look, path = item.path.toStdString(), told = item.told] { *look = ImportItem::LookAt(path, told); },
+    Start([look, path = item.path.toStdString(), format = item.format,
+           told = item.told] { *look = ImportItem::LookAt(path, format, told); },
           [this, look, &item] {
               item.Take(std::move(*look));
               ShowRow(item);
@@ -352,7 +353,7 @@ void CImportSheet::RunNext() {
         m_percent = progress.percent;
         return !m_isCancelled;
     };
-    Start([outcome, request] { outcome->status = ImportFile(request, outcome->result); },
+    Start([outcome, request] { outcome->status = ImportItem::Run(request, outcome->result); },
           [this, outcome, &item] { Finished(item, outcome->status, std::move(outcome->result)); });
 }
 

@@ -51,6 +51,7 @@ CMainWindow::CMainWindow()
       m_changedBar(new QWidget),
       m_changedText(new QLabel),
       m_recordSign(new QLabel),
+      m_exported(new QLabel),
       m_recent(nullptr),
       m_record(nullptr) {
     setAcceptDrops(true);

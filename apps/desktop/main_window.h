@@ -117,6 +117,7 @@ private:
     QWidget* m_changedBar;
     QLabel* m_changedText;
     QLabel* m_recordSign;
+    QLabel* m_exported;  ///< leads to the folder of the last export
     QMenu* m_recent;
     QAction* m_record;
     std::vector<QAction*> m_storeActions;  ///< enabled while a store is open

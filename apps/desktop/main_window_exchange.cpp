@@ -31,6 +31,12 @@ namespace norva {
 
 namespace {
 
+/// "Open folder", where the export went.
+QString FolderLink(std::string const& path) {
+    QUrl const folder = QUrl::fromLocalFile(QFileInfo(ToQString(path)).absolutePath());
+    return QString("<a href=\"%1\">%2</a>").arg(QString::fromUtf8(folder.toEncoded()), CMainWindow::tr("Open folder"));
+}
+
 constexpr int kHighestLevel = 1;  // offers every import format once
 
 }  // namespace
@@ -120,6 +126,10 @@ void CMainWindow::Import(QString const& path) {
 void CMainWindow::ShowReport(ImportReport const& report) {
     delete m_report;
     m_report = new CReportWindow(report, this);
+    // Queued: the window that asks is replaced by the report of the next import.
+    connect(
+        m_report, &CReportWindow::ImportWished, this, [this](QString const& path) { ImportFiles({path}); },
+        Qt::QueuedConnection);
     m_report->show();
 }
 
@@ -141,6 +151,8 @@ void CMainWindow::Export() {
         if (store.SetFileName(path, kReopenStore, nullptr) == 0) return 0;
         return Export_Data_File(&store, proposed.toStdString(), newName, m_owner.get());
     });
+    if (result == 1) m_exported->setText(FolderLink(newName));
+    m_exported->setVisible(result == 1);
     statusBar()->showMessage(result == 1           ? tr("Exported to %1").arg(ToQString(newName))
                              : m_job.IsCancelled() ? tr("The export was stopped")
                                                    : tr("Nothing was exported"));

@@ -67,6 +67,9 @@ void CMainWindow::BuildPanels() {
     m_recordSign->setText(tr("<span style=\"color: #d03030\">\u25cf</span> recording"));
     m_recordSign->hide();
     statusBar()->addPermanentWidget(m_recordSign);
+    m_exported->setOpenExternalLinks(true);
+    m_exported->hide();
+    statusBar()->addPermanentWidget(m_exported);
 }
 
 void CMainWindow::ConnectViews() {

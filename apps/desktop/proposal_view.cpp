@@ -124,7 +124,7 @@ std::vector<int> CProposalView::Chosen() const {
 }
 
 void CProposalView::ShowTitles() {
-    bool const isShown = m_item != nullptr && !m_item->rows.empty();
+    bool const isShown = m_item != nullptr;
     m_summary->setText(isShown ? tr("As the whole file was read: %1").arg(m_item->Contents()) : QString());
     ColumnTextSettings const none;
     ColumnTextSettings const& settings = isShown ? m_item->Settings() : none;

@@ -37,19 +37,30 @@ QString PlacesOf(QString const& what, ReportFinding const& finding) {
     return text + "</li>";
 }
 
-QString PageOf(ImportReport const& report) {
-    QString const summary = QString::fromStdString(ReportSummary(report)).section('\n', 0, 0);
-    QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary) + "<ul>";
+/// What was lost or changed, or all else.
+QString FindingsOf(ImportReport const& report, bool isLoss) {
+    QString text;
     for (ReportRowKind const* kind = kReportRowKinds; kind->name != nullptr; ++kind) {
-        text += PlacesOf(kind->text, report.*kind->finding);
+        if (kind->isLoss == isLoss) text += PlacesOf(kind->text, report.*kind->finding);
     }
     for (ReportChannel const& channel : report.channels) {
         QString const name = QString::fromStdString(channel.settings.name);
         for (ReportKind const* kind = kReportKinds; kind->name != nullptr; ++kind) {
-            text += PlacesOf(name + ": " + kind->text, channel.*kind->finding);
+            if (kind->isLoss == isLoss) text += PlacesOf(name + ": " + kind->text, channel.*kind->finding);
         }
     }
-    text += "</ul>";
+    return text;
+}
+
+QString PageOf(ImportReport const& report) {
+    QString const summary = QString::fromStdString(ReportSummary(report)).section('\n', 0, 0);
+    QString text = Paragraph(QString::fromStdString(report.sourcePath)) + Paragraph(summary);
+    QString const losses = FindingsOf(report, true);
+    if (!losses.isEmpty()) {
+        text += "<h3 style=\"color: #c03030\">" + CReportWindow::tr("Lost or changed") + "</h3><ul>" + losses + "</ul>";
+    }
+    QString const marks = FindingsOf(report, false);
+    if (!marks.isEmpty()) text += "<h3>" + CReportWindow::tr("Nothing lost by") + "</h3><ul>" + marks + "</ul>";
     if (report.RepeatedLines() > 0) text += Paragraph(CReportWindow::tr("Some lines have the same name."));
     return text;
 }
@@ -65,6 +76,14 @@ CReportWindow::CReportWindow(ImportReport const& report, QWidget* parent)
     connect(m_text, &QTextBrowser::anchorClicked, this, &CReportWindow::OpenPlace);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     QPushButton* const save = buttons->addButton(tr("&Save as page..."), QDialogButtonBox::ActionRole);
+    if (report.LossCount() > 0) {
+        QPushButton* const again = buttons->addButton(tr("&Import again..."), QDialogButtonBox::ActionRole);
+        again->setToolTip(tr("With types and widths that hold for every row of the file"));
+        connect(again, &QPushButton::clicked, this, [this] {
+            hide();
+            emit ImportWished(QString::fromStdString(m_report.sourcePath));
+        });
+    }
     connect(save, &QPushButton::clicked, this, &CReportWindow::Save);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* const layout = new QVBoxLayout(this);

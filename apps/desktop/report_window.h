@@ -24,6 +24,10 @@ public:
     /// Null before a place was opened.
     CSourceView* Source() { return m_source; }
 
+signals:
+    /// The source is to be imported once more.
+    void ImportWished(QString const& path);
+
 private:
     void Save();
 

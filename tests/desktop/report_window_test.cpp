@@ -5,10 +5,41 @@
 #include <gtest/gtest.h>
 
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
 #include <QTextBrowser>
 #include <QUrl>
 
 namespace norva::test {
+
+TEST(ReportWindow, SaysLossesFirstAndOffersToImportAgain) {
+    ImportReport report;
+    report.sourcePath = "/surveys/in.csv";
+    report.mended = {2, {{7, 0, "a row"}}};
+    ReportChannel channel;
+    channel.settings.name = "Note";
+    channel.noData = {3, {}};
+    channel.cut = {4, {{55, 99, "dropout"}}};
+    report.channels = {channel};
+    auto const buttonOf = [](CReportWindow& window) -> QPushButton* {
+        for (QPushButton* const button : window.findChildren<QPushButton*>()) {
+            if (button->text().remove('&') == "Import again...") return button;
+        }
+        return nullptr;
+    };
+    CReportWindow window(report, nullptr);
+    QString const text = window.Text().toPlainText();
+    EXPECT_LT(text.indexOf("line 55, column 99 dropout"), text.indexOf("line 7 a row")) << text.toStdString();
+    QString again;
+    QObject::connect(&window, &CReportWindow::ImportWished, [&again](QString const& path) { again = path; });
+    ASSERT_NE(buttonOf(window), nullptr);
+    QTest::mouseClick(buttonOf(window), Qt::LeftButton);
+    EXPECT_EQ(again, "/surveys/in.csv");
+
+    report.channels.front().cut = {};
+    CReportWindow clean(report, nullptr);
+    EXPECT_EQ(buttonOf(clean), nullptr);
+}
 
 TEST(ReportWindow, PlacesOpenTheSourceAtTheirLine) {
     CTemporaryFolder const folder;
