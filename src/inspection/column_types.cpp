@@ -325,7 +325,7 @@ private:
             AddMissing();
             return true;
         }
-        if (isLatitude && largest > 90 && NameHas(name, {"LATITUDE"})) {
+        if (largest > 90 && (NameHas(name, {"LATITUDE"}) || ToUpper(name) == "LAT")) {
             Say("", "latitudes beyond 90 degrees: latitude and longitude may have changed places", true);
         }
         return false;

@@ -229,7 +229,7 @@ TEST(ImportRouting, TemporaryTextIsDeletedAfterItsImport) {
             WriteWholeFile(temporary = to, written == nullptr ? "half" : written);
             return written == nullptr ? Status::Failure("half of it").Silent() : Status();
         };
-        EXPECT_EQ(RunConvertedImport(job, "T_temp.xyz", convert).IsGood(), expected != 0);
+        EXPECT_EQ(RunConvertedImport(job, "T_temp.xyz", convert, convert).IsGood(), expected != 0);
         SetToolkit(nullptr);
         ASSERT_EQ(CUAC::GetUserNorvaToolTempDirectory(directory), 1);
         EXPECT_EQ(temporary, directory + "T_temp.xyz");
