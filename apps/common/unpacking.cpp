@@ -124,7 +124,7 @@ private:
         std::string const tail = BytesAt(m_in, size - tailSize, static_cast<std::size_t>(tailSize));
         std::size_t const end = tail.rfind(kZipEnd);
         if (end == std::string::npos || tail.size() - end < kZipEndSize)
-            Fail("is damaged: a zip without its list of files");
+            Fail("is a damaged ZIP archive: the list of its files is missing");
         std::uint32_t const count = NumberAt(tail, end + 10, 2);
         std::uint64_t const listSize = NumberAt(tail, end + 12, 4);
         std::uint64_t const listStart = NumberAt(tail, end + 16, 4);
@@ -155,7 +155,7 @@ private:
             files.push_back(std::move(entry));
         }
         if (files.size() != 1) {
-            Fail("is a zip of " + std::to_string(files.size()) +
+            Fail("is a ZIP archive of " + std::to_string(files.size()) +
                  " files; unpack it first, and give the one that is meant");
         }
         ZipEntry entry = std::move(files.front());
@@ -174,7 +174,7 @@ private:
         while (rest > 0) {
             m_in.read(block.data(), static_cast<std::streamsize>(std::min<std::uint64_t>(rest, block.size())));
             auto const got = static_cast<std::size_t>(m_in.gcount());
-            if (got == 0) Fail("is cut short");
+            if (got == 0) Fail("is cut short: its packed data end too early");
             rest -= got;
             Write(block.data(), got);
             m_crc = static_cast<std::uint32_t>(
@@ -219,7 +219,7 @@ private:
                 isWhole = result == Z_STREAM_END;
             } while (stream.avail_in > 0 || stream.avail_out == 0);
         }
-        if (!isWhole) Fail("is cut short");
+        if (!isWhole) Fail("is cut short: its packed data end too early");
     }
 
     std::string const& m_path;

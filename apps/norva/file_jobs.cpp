@@ -56,7 +56,10 @@ std::vector<std::string> InputsOf(std::vector<std::string> const& arguments) {
 }
 
 std::string StemOf(std::string const& input) {
-    return input == kStandardStream ? "stdin" : fs::path(input).stem().string();
+    if (input == kStandardStream) return "stdin";
+    fs::path name = fs::path(input).filename();
+    if (name.extension() == ".gz" || name.extension() == ".GZ") name.replace_extension();
+    return name.stem().string();
 }
 
 std::string WithStem(std::string pattern, std::string const& input) {

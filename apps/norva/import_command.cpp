@@ -34,7 +34,7 @@ std::string StoreOf(ImportCommand const& job, std::string const& input) {
     if (!job.folder.empty()) return (fs::path(job.folder) / (StemOf(input) + ".nvt")).string();
     if (!job.store.empty()) return WrittenPath(WithStem(job.store, input));
     if (input == kStandardStream) throw CommandError("import - needs -o STORE or --into FOLDER", kExitUsage);
-    return WrittenPath(fs::path(input).replace_extension("nvt").string());
+    return WrittenPath(fs::path(input).replace_filename(StemOf(input) + ".nvt").string());
 }
 
 /// True when something was lost or doubted.

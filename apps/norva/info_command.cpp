@@ -17,6 +17,7 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 namespace norva {
 
@@ -165,26 +166,26 @@ struct InfoJob {
     DescriptionSettings settings;
 };
 
-/// How 'norva import' would read a text, with the reasons. False: there is none.
-bool AddProposal(InfoJob const& job, std::string const& label, nlohmann::ordered_json& json) {
+/// How 'norva import' would read a text; none, with the reason, where it does not read as a table.
+std::optional<Inspection> FindProposal(InfoJob const& job, std::string const& label, std::string& problem) {
     ImportOptions options;
     if (!job.settings.format.empty()) options.format = label;
-    Inspection proposal;
     try {
-        proposal = ProposeImport(options, job.path, label);
+        return ProposeImport(options, job.path, label);
     } catch (CommandError const& error) {
-        if (!job.json) std::cout << "proposal: none, " << error.what() << "\n";
-        if (job.json) json["proposal"] = {{"problem", error.what()}};
-        return false;
+        problem = error.what();
+        return {};
     }
-    std::string const command = CommandLineOf(proposal, options, job.argument);
-    if (job.json) {
-        json["proposal"] = ProposalJson(proposal, command);
-        return true;
+}
+
+/// What the first rows alone say of rows, columns and lines would stand against the proposal.
+void Correct(FileDescription& description, Inspection const& proposal, bool keepsTables) {
+    if (!keepsTables) description.tables.resize(std::min<std::size_t>(description.tables.size(), 1));
+    if (proposal.isConverted) return;
+    auto const rows = static_cast<std::int64_t>(proposal.counts.rows);
+    for (auto& [name, value] : description.facts) {
+        if (name == "rows") value = rows;
     }
-    std::cout << "proposal for the import, from the whole file (? stands before a doubt)\n"
-              << proposal.Text() << "the import that makes these choices\n  " << command << "\n";
-    return true;
 }
 
 int PrintInfo(InfoJob const& job) {
@@ -208,12 +209,29 @@ int PrintInfo(InfoJob const& job) {
             description.problem = failure;
         }
         bool const isText = job.settings.record.empty() && IsProposed(FindFormat(description.format));
-        // What the first rows alone say of columns and lines would stand against the proposal.
-        if (isText && !job.json) description.tables.resize(std::min<std::size_t>(description.tables.size(), 1));
-        if (!job.json) PrintDescription(description);
-        if (job.json) json = DescriptionJson(description);
-        bool const isProposed = isText && AddProposal(job, description.format, json);
-        if (!description.problem.empty() && isText && !isProposed) throw CommandError(description.problem);
+        std::string problem;
+        std::optional<Inspection> const proposal =
+            isText ? FindProposal(job, description.format, problem) : std::optional<Inspection>();
+        if (isText && !proposal && !description.problem.empty()) throw CommandError(description.problem);
+        if (proposal) {
+            description.problem.clear();
+            Correct(description, *proposal, job.json);
+        }
+        ImportOptions options;
+        if (!job.settings.format.empty()) options.format = description.format;
+        std::string const command = proposal ? CommandLineOf(*proposal, options, job.argument) : std::string();
+        if (job.json) {
+            json = DescriptionJson(description);
+            if (proposal) json["proposal"] = ProposalJson(*proposal, command);
+            if (!problem.empty()) json["proposal"] = {{"problem", problem}};
+        } else {
+            PrintDescription(description);
+            if (!problem.empty()) std::cout << "proposal: none, " << problem << "\n";
+            if (proposal) {
+                std::cout << "proposal for the import, from the whole file (? stands before a doubt)\n"
+                          << proposal->Text() << "the import that makes these choices\n  " << command << "\n";
+            }
+        }
     }
     if (job.json) std::cout << json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
     return kExitDone;

@@ -1,5 +1,6 @@
 #include "input_file.h"
 
+#include "common/unpacking.h"
 #include "console.h"
 
 #include <unistd.h>
@@ -18,6 +19,11 @@ constexpr std::size_t kBlock = std::size_t{1} << 20;
 
 CInputFile::CInputFile(std::string const& argument) : m_path(argument), m_name(argument) {
     if (argument == kStandardStream) KeepStandardInput();
+    if (!IsPacked(m_path)) return;
+    if (!m_folder) m_folder.emplace();
+    std::filesystem::path const folder = m_folder->Path() / "unpacked";
+    std::filesystem::create_directory(folder);
+    m_path = WithName([&] { return Unpack(m_path, folder.string()); });
 }
 
 void CInputFile::KeepStandardInput() {

@@ -24,8 +24,8 @@ auto Naming(std::string const& path, std::string const& name, Work const& work) 
     }
 }
 
-/// What a command reads: a file where it stands, or for "-" standard input, in a temporary file that goes with this
-/// object. Throws CommandError when standard input cannot be read or kept.
+/// What a command reads: a file where it stands; for "-" standard input, and for a packed file what it holds, in a
+/// temporary file that goes with this object. Throws CommandError when that cannot be read or kept.
 class CInputFile {
 public:
     explicit CInputFile(std::string const& argument);

@@ -115,7 +115,10 @@ ImportOutcome RunImport(ImportTask const& task, CConsole& console) {
     request.checksum = task.hashesSource;
     request.places = task.places;
     ImportOutcome outcome = RunImport(std::move(request), NameOf(task), console);
-    if (NameOf(task) != task.input) outcome.report.sourcePath = task.name;
+    if (NameOf(task) != task.input) {
+        bool const isFile = std::filesystem::exists(task.name);
+        outcome.report.sourcePath = isFile ? FullPathOf(task.name) : task.name;
+    }
     outcome.columns = std::move(chosen.columns);
     if (proposal) outcome.doubts = proposal->Doubts();
     if (auto const* const text = std::get_if<ColumnTextSettings>(&outcome.settings); text != nullptr && !proposal) {

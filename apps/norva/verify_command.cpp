@@ -2,6 +2,7 @@
 #include "common/column_template.h"
 #include "common/settings_json.h"
 #include "common/store_values.h"
+#include "input_file.h"
 #include "jobs.h"
 #include "norva/import_export.h"
 #include "scratch_folder.h"
@@ -194,14 +195,15 @@ int RunVerify(VerifyJob const& job) {
         nlohmann::json const& told = report.at("source");
         std::string const source = job.source.empty() ? told.at("path").get<std::string>() : job.source;
         std::error_code error;
-        auto const size = fs::file_size(source, error);
+        CInputFile const input(source);
+        auto const size = fs::file_size(input.Path(), error);
         if (error) throw CommandError(source + ": " + error.message());
         if (size != told.at("size").get<std::uintmax_t>()) {
             differences.push_back(source + ": has " + std::to_string(size) + " bytes, the report says " +
                                   told.at("size").dump());
         }
         std::string digits;
-        if (GetFileSha256(source, digits) == 0) throw CommandError(source + ": " + GetLastErrorText());
+        if (GetFileSha256(input.Path(), digits) == 0) throw CommandError(source + ": " + GetLastErrorText());
         if (digits != told.at("sha256").get<std::string>()) {
             differences.push_back(source + ": has the SHA-256 " + digits + ", the report says " +
                                   told.at("sha256").get<std::string>());
@@ -209,7 +211,7 @@ int RunVerify(VerifyJob const& job) {
         CScratchFolder const scratch;
         std::string const again = scratch.StorePath("again.x");
         try {
-            ImportAgain(source, again, report);
+            ImportAgain(input.Path(), again, report);
         } catch (CommandError const& failure) {
             if (differences.empty()) throw;
             differences.push_back(failure.what());

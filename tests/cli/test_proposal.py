@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 """Imports of text by a proposal from the whole file: test_proposal.py NORVA SAMPLES."""
 
+import gzip
 import json
 import shlex
 import sys
 import unittest
+import zipfile
 
 from case import CSV, SAMPLES, XYZ, Case
 
@@ -113,6 +115,35 @@ class Proposal(Case):
         self.norva("import", "n.csv", "-o", "t.nvt", "--as-it-stands", "--header-line", 1, "--save-template", "t.json")
         self.norva("import", "n.csv", "-o", "u.nvt", "--template", "t.json", "--quiet")
         self.assertEqual((self.folder / "t.nvt").read_bytes(), (self.folder / "u.nvt").read_bytes())
+
+    def test_packed_files_are_read_as_what_they_hold(self):
+        text = "Fid,X,Mag\n1,450000.25,48000.5\n2,450001.50,48001.5\n"
+        self.write("plain.csv", text)
+        (self.folder / "survey.csv.gz").write_bytes(gzip.compress(text.encode()))
+        with zipfile.ZipFile(self.folder / "survey.zip", "w", zipfile.ZIP_DEFLATED) as packed:
+            packed.writestr("inner/data.csv", text)
+        self.norva("import", "plain.csv", "--quiet")
+        for name in ("survey.csv.gz", "survey.zip"):
+            with self.subTest(name=name):
+                self.norva("import", name, "--force", "--quiet", "--report", "r.json")
+                self.assertEqual((self.folder / "survey.nvt").read_bytes(), (self.folder / "plain.nvt").read_bytes())
+                self.norva("verify", "survey.nvt", "r.json")
+                self.assertIn(f"norva import {name} ", self.norva("info", name).stdout)
+                self.norva("convert", name, "o.xyz", "--force", "--quiet")
+                (self.folder / name).write_bytes((self.folder / name).read_bytes()[:-9])
+                done = self.norva("import", name, "-o", "n.nvt", status=1)
+                self.assertIn(name, done.stderr)
+                self.assertFalse((self.folder / "n.nvt").exists())
+
+    def test_info_speaks_of_the_whole_file(self):
+        (self.folder / "wide.csv").write_bytes("a;b\r\n1;2\r\n3;4\r\n".encode("utf-16"))
+        said = self.norva("info", "wide.csv").stdout
+        self.assertNotIn("problem", said)
+        self.assertIn("UTF-16", said)
+        self.write("two.csv", "a;b\n\n1;2\n3;4\n5;6\nthe end\n")
+        told = json.loads(self.norva("info", "two.csv", "--json").stdout)
+        self.assertEqual(told["rows"], 3)
+        self.assertEqual([line["number"] for line in told["first_lines"]], [1, 3, 4, 5, 6])
 
     def test_refusals(self):
         self.write("s.csv", "A,B\n1,2\n3,4\n")
