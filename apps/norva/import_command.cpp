@@ -1,8 +1,12 @@
+#include "ask.h"
 #include "commands.h"
 #include "common/command_error.h"
 #include "file_jobs.h"
+#include "import_settings.h"
 #include "input_file.h"
 #include "jobs.h"
+#include "norva/formats.h"
+#include "proposal.h"
 #include "reports.h"
 
 #include <algorithm>
@@ -25,6 +29,7 @@ struct ImportCommand {
     std::string report;  ///< may hold "{stem}"
     std::size_t places = ReportFinding::kUsualPlaces;
     bool strict = false;
+    bool asks = false;
     std::size_t jobs = 1;
     ImportOptions options;
     CLI::App const* command = nullptr;
@@ -37,6 +42,14 @@ std::string StoreOf(ImportCommand const& job, std::string const& input) {
     return WrittenPath(fs::path(input).replace_filename(StemOf(input) + ".nvt").string());
 }
 
+AnsweredOptions Ask(ImportCommand const& job, std::string const& path, AnsweredOptions given) {
+    std::string const label = job.options.format.empty() ? RecognizeImportFormat(path).label : job.options.format;
+    if (label.empty()) return given;  // the import says why
+    ImportFormatInfo const format = FindFormat(label);
+    if (!GoesByProposal(job.options, format)) return given;
+    return AskForDoubts(std::move(given), path, format.label);
+}
+
 /// True when something was lost or doubted.
 bool ImportOne(ImportCommand const& job, std::string const& input, std::string const& store, CConsole& console) {
     RequireFree(store, job.force, input);
@@ -45,7 +58,10 @@ bool ImportOne(ImportCommand const& job, std::string const& input, std::string c
     std::string const report = WithStem(job.report, input);
     if (!report.empty()) RequireReportPath(report, job.force, input);
     CInputFile const source(input);
-    ImportTask task{source.Path(), store, job.options, !templatePath.empty(), !report.empty(), job.places, job.strict};
+    AnsweredOptions answered{job.options, ImportOptionWords(*job.command)};
+    if (job.asks) answered = source.WithName([&] { return Ask(job, source.Path(), std::move(answered)); });
+    ImportTask task{source.Path(),   store,      answered.options, !templatePath.empty(),
+                    !report.empty(), job.places, job.strict};
     task.name = source.Name();
     ImportOutcome const outcome = source.WithName([&] { return RunImport(task, console); });
     console.Say(store + ": " + StoreSummary(store));
@@ -56,7 +72,7 @@ bool ImportOne(ImportCommand const& job, std::string const& input, std::string c
     }
     TellSummary(outcome.report, job.strict, console);
     if (!report.empty()) {
-        WriteReport(report, outcome, ImportOptionWords(*job.command));
+        WriteReport(report, outcome, answered.words);
         console.Say(report + ": written");
     }
     return HasLoss(outcome.report) || outcome.doubts > 0;
@@ -64,6 +80,7 @@ bool ImportOne(ImportCommand const& job, std::string const& input, std::string c
 
 void RequireOneOfEach(ImportCommand const& job, std::size_t inputs) {
     if (!job.store.empty() && !job.folder.empty()) throw CommandError("-o and --into exclude each other", kExitUsage);
+    if (job.asks && job.jobs > 1) throw CommandError("--ask and --jobs exclude each other", kExitUsage);
     if (inputs < 2) return;
     auto const isOne = [](std::string const& path) {
         return !path.empty() && path.find("{stem}") == std::string::npos;
@@ -137,6 +154,7 @@ void AddImportCommand(CCommands& commands) {
         "--strict", job->strict,
         "Exit with status " + std::to_string(kExitLoss) +
             " when anything was lost or changed, or the proposal has doubts; the store is made all the same");
+    command.add_flag("--ask", job->asks, "Ask about every doubt of the proposal, at a terminal");
     AddImportOptions(command, job->options);
     command
         .add_option("--save-template", job->saveTemplate,

@@ -3,12 +3,14 @@
 
 import gzip
 import json
+import os
 import shlex
+import subprocess
 import sys
 import unittest
 import zipfile
 
-from case import CSV, SAMPLES, XYZ, Case
+from case import CSV, NORVA, SAMPLES, XYZ, Case
 
 # File, text, names of the lines of the survey, (channel, first value, last value)...
 SHAPES = (
@@ -134,6 +136,24 @@ class Proposal(Case):
                 done = self.norva("import", name, "-o", "n.nvt", status=1)
                 self.assertIn(name, done.stderr)
                 self.assertFalse((self.folder / "n.nvt").exists())
+
+    def test_doubts_are_asked_at_a_terminal(self):
+        self.write("d.csv", "Day,G\n06/05/2024,1.5\n06/05/2024,1.6\n")
+        self.assertIn("needs a terminal", self.norva("import", "d.csv", "--ask", status=2).stderr)
+        # May 6th is day 127, June 5th day 157 of 366.
+        for answers, day in (("\n", 127), ("mdy\n", 157), ("nonsense\nmdy\n", 157), ("dmy\n", 127)):
+            with self.subTest(answers=answers):
+                ours, theirs = os.openpty()
+                os.write(ours, answers.encode())
+                done = subprocess.run([NORVA, "import", "d.csv", "--ask", "--force", "--report", "r.json"],
+                                      cwd=self.folder, stdin=theirs, stderr=theirs, stdout=subprocess.DEVNULL, timeout=60)
+                os.close(theirs)
+                said = os.read(ours, 100000).decode()
+                os.close(ours)
+                self.assertEqual(done.returncode, 0, said)
+                self.assertIn("--dates dmy|mdy", said)
+                self.assertAlmostEqual(self.values("d.nvt", "Day")[0], 2024 + day / 366)
+                self.norva("verify", "d.nvt", "r.json")
 
     def test_info_speaks_of_the_whole_file(self):
         (self.folder / "wide.csv").write_bytes("a;b\r\n1;2\r\n3;4\r\n".encode("utf-16"))

@@ -5,11 +5,13 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <map>
 
@@ -122,6 +124,36 @@ std::string FirstWrong(test::GeneratedTable const& table, Inspection const& prop
     return {};
 }
 
+char const* NameOf(test::TrueColumn::Kind kind) {
+    static constexpr char const* kNames[] = {"number", "text", "date", "time", "position"};
+    return kNames[static_cast<std::size_t>(kind)];
+}
+
+/// The table and what is in it, for other readers to be held against.
+void Keep(test::GeneratedTable const& table, std::string const& verdict, std::string const& stem) {
+    nlohmann::ordered_json columns = nlohmann::ordered_json::array();
+    for (test::TrueColumn const& column : table.columns) {
+        nlohmann::ordered_json cells = nlohmann::ordered_json::array();
+        for (test::TrueCell const& cell : column.cells) {
+            if (cell.isMissing) {
+                cells.push_back(nullptr);
+            } else if (cell.value) {
+                cells.push_back(*cell.value);
+            } else {
+                cells.push_back(cell.text);
+            }
+        }
+        columns.push_back({{"name", column.name}, {"kind", NameOf(column.kind)}, {"cells", std::move(cells)}});
+    }
+    nlohmann::ordered_json const truth = {{"layout", table.layout},
+                                          {"hard", table.isHard},
+                                          {"file", std::filesystem::path(stem + table.extension).filename().string()},
+                                          {"norva", verdict},
+                                          {"columns", std::move(columns)}};
+    test::WriteWholeFile(stem + table.extension, table.bytes);
+    test::WriteWholeFile(stem + ".json", truth.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
 struct Score {
     int right = 0;
     int told = 0;
@@ -132,11 +164,12 @@ struct Score {
 }  // namespace
 
 /// NORVA_TEST_TABLES tables (440 without it) from NORVA_TEST_SEED on, and how many of them would be stored as they are,
-/// without any option.
+/// without any option. In the folder NORVA_TEST_KEEP the tables stay, each with what is in it.
 TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
     test::CClassicLocale const classic;
     char const* const count = std::getenv("NORVA_TEST_TABLES");
     char const* const first = std::getenv("NORVA_TEST_SEED");
+    char const* const keep = std::getenv("NORVA_TEST_KEEP");
     int const tables = count != nullptr ? std::atoi(count) : 440;
     std::uint64_t const seed = first != nullptr ? std::strtoull(first, nullptr, 10) : 1;
     test::CTemporaryFolder const folder;
@@ -160,6 +193,13 @@ TEST(InspectionGenerated, TablesAreStoredAsTheyAre) {
         bool const isListed = std::any_of(proposal.lines.begin(), proposal.lines.end(),
                                           [&](InspectedLine const& told) { return line != 0 && told.line == line; });
         bool const isTold = isListed || proposal.Doubts() > 0 || proposal.lines.size() > table.rowsThatMayDiffer;
+        if (keep != nullptr) {
+            Keep(table,
+                 wrong.empty() ? "right"
+                 : isTold      ? "told"
+                               : "silent",
+                 std::string(keep) + "/" + std::to_string(seed) + "_" + std::to_string(i));
+        }
         Score& score = scores[table.layout];
         ++(wrong.empty() ? score.right : isTold ? score.told : score.silent);
         if (wrong.empty() && proposal.Doubts() > 0) ++score.doubted;
