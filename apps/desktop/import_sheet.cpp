@@ -51,7 +51,6 @@ CImportSheet::CImportSheet(QStringList const& paths, QWidget* parent)
       m_bar(new QProgressBar),
       m_progressText(new QLabel) {
     setAcceptDrops(true);
-    m_thread.setMaxThreadCount(1);
     m_files->setHeaderLabels({tr("File"), tr("Format"), tr("Contents"), tr("Store"), tr("State")});
     m_files->setRootIsDecorated(false);
     m_files->setUniformRowHeights(true);
@@ -135,24 +134,10 @@ CImportSheet::CImportSheet(QStringList const& paths, QWidget* parent)
     ShowProgress();
 }
 
-CImportSheet::~CImportSheet() {
-    m_isCancelled = true;
-    m_thread.clear();
-    m_thread.waitForDone();
-}
-
 void CImportSheet::Start(std::function<void()> work, std::function<void()> then) {
-    ++m_tasks;
-    m_thread.start([this, work = std::move(work), then = std::move(then)] {
-        work();
-        QMetaObject::invokeMethod(
-            this,
-            [this, then] {
-                --m_tasks;
-                then();
-                ShowButtons();
-            },
-            Qt::QueuedConnection);
+    m_background.Start(std::move(work), [this, then = std::move(then)] {
+        then();
+        ShowButtons();
     });
 }
 
@@ -262,7 +247,7 @@ void CImportSheet::ShowButtons() {
     auto const canRun = [](ImportItem const& one) {
         return one.state == ImportItem::State::Ready && (one.replaces || !one.WouldReplace());
     };
-    m_import->setEnabled(!m_isImporting && m_tasks == 0 && std::ranges::any_of(m_items, canRun));
+    m_import->setEnabled(!m_isImporting && !IsBusy() && std::ranges::any_of(m_items, canRun));
     m_cancel->setText(m_isImporting ? tr("Cancel") : tr("Close"));
 }
 
@@ -270,9 +255,8 @@ void CImportSheet::ShowProgress() {
     m_bar->setVisible(m_isImporting);
     m_progressText->setVisible(m_isImporting);
     if (!m_isImporting) return;
-    std::lock_guard const lock(m_mutex);
-    m_bar->setValue(m_percent);
-    m_progressText->setText(m_isCancelled ? tr("Stopping...") : m_step);
+    m_bar->setValue(m_background.Percent());
+    m_progressText->setText(m_background.IsCancelled() ? tr("Stopping...") : m_background.Step());
 }
 
 void CImportSheet::ReadAs(int index) {
@@ -326,7 +310,7 @@ void CImportSheet::Import() {
         item.state = ImportItem::State::Waiting;
         ShowRow(item);
     }
-    m_isCancelled = false;
+    m_background.Resume();
     m_isImporting = true;
     ShowCurrent();
     RunNext();
@@ -334,7 +318,7 @@ void CImportSheet::Import() {
 
 void CImportSheet::RunNext() {
     auto const next = std::ranges::find(m_items, ImportItem::State::Waiting, &ImportItem::state);
-    if (next == m_items.end() || m_isCancelled) {
+    if (next == m_items.end() || m_background.IsCancelled()) {
         AllFinished();
         return;
     }
@@ -347,12 +331,7 @@ void CImportSheet::RunNext() {
     };
     auto const outcome = std::make_shared<Outcome>();
     ImportRequest request = item.Request();
-    request.progress = [this](ExchangeProgress const& progress) {
-        std::lock_guard const lock(m_mutex);
-        m_step = ToQString(progress.channel.empty() ? progress.step : progress.channel);
-        m_percent = progress.percent;
-        return !m_isCancelled;
-    };
+    request.progress = m_background.Progress();
     Start([outcome, request] { outcome->status = ImportItem::Run(request, outcome->result); },
           [this, outcome, &item] { Finished(item, outcome->status, std::move(outcome->result)); });
 }
@@ -400,7 +379,7 @@ void CImportSheet::OpenRow() {
 
 void CImportSheet::reject() {
     if (m_isImporting) {
-        m_isCancelled = true;
+        m_background.Cancel();
         ShowProgress();
         return;
     }

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "background.h"
 #include "import_item.h"
 
 #include <QDialog>
-#include <QThreadPool>
 
-#include <atomic>
 #include <functional>
 #include <list>
-#include <mutex>
 
 class QCheckBox;
 class QComboBox;
@@ -32,14 +30,13 @@ class CImportSheet : public QDialog {
 public:
     /// Files and folders; of a folder, every file in it that can be read.
     explicit CImportSheet(QStringList const& paths, QWidget* parent);
-    ~CImportSheet() override;
 
     void Add(QStringList const& paths);
     /// The file to import through the library's own windows; "" for none. The sheet was closed for it.
     QString ByHand() const { return m_byHand; }
     /// The files that were imported, in order.
     std::vector<ImportItem const*> Imported() const;
-    bool IsBusy() const { return m_tasks > 0; }
+    bool IsBusy() const { return m_background.IsBusy(); }
 
     QTreeWidget& Files() { return *m_files; }
     CProposalView& Proposal() { return *m_proposal; }
@@ -75,7 +72,6 @@ private:
     void AllFinished();
     void TakeByHand();
     void OpenRow();
-    /// Runs `work` on the other thread, then `then` on this one.
     void Start(std::function<void()> work, std::function<void()> then);
 
     std::list<ImportItem> m_items;  ///< in the order of the rows; views point to them
@@ -93,14 +89,8 @@ private:
     QPushButton* m_import;
     QPushButton* m_cancel;
     QString m_byHand;
-    int m_tasks = 0;
     bool m_isImporting = false;
-
-    std::atomic<bool> m_isCancelled{false};
-    std::mutex m_mutex;
-    QString m_step;  ///< of the running import
-    int m_percent = 0;
-    QThreadPool m_thread;  ///< of one thread; goes first, and waits for its work
+    CBackground m_background;  ///< goes first, and waits for its work
 };
 
 }  // namespace norva

@@ -40,7 +40,8 @@ public:
     void ImportFiles(QStringList const& paths);
     /// Runs Import_Data_File with its windows; with `path`, format and file are chosen already. Opens the new store.
     void Import(QString const& path = {});
-    void Export();
+    /// Asks what is written and where; `byDialogs`: runs Export_Data_File with its windows, as a recorded run does.
+    void Export(bool byDialogs = false);
     /// Writes the marks into the store; false when that failed.
     bool SaveMarks();
 
@@ -91,6 +92,8 @@ private:
     void MarkSelection(bool deleted);
     void ToggleLine();
     void SaveCurrentPlot();
+    void ExportByDialogs();
+    void ShowExported(QString const& path, QString const& summary);
     void Reload();
     /// Asks what becomes of unsaved marks; false when the person wants to stay.
     bool MayLeave();

@@ -2,7 +2,9 @@
 
 #include "main_window.h"
 
+#include "common/report_text.h"
 #include "control_views.h"
+#include "export_window.h"
 #include "file_choice.h"
 #include "import_sheet.h"
 #include "norva/formats.h"
@@ -32,8 +34,8 @@ namespace norva {
 namespace {
 
 /// "Open folder", where the export went.
-QString FolderLink(std::string const& path) {
-    QUrl const folder = QUrl::fromLocalFile(QFileInfo(ToQString(path)).absolutePath());
+QString FolderLink(QString const& path) {
+    QUrl const folder = QUrl::fromLocalFile(QFileInfo(path).absolutePath());
     return QString("<a href=\"%1\">%2</a>").arg(QString::fromUtf8(folder.toEncoded()), CMainWindow::tr("Open folder"));
 }
 
@@ -133,7 +135,7 @@ void CMainWindow::ShowReport(ImportReport const& report) {
     m_report->show();
 }
 
-void CMainWindow::Export() {
+void CMainWindow::Export(bool byDialogs) {
     if (!m_document.IsOpen() || m_job.IsRunning()) return;
     if (m_document.HasChanges()) {
         QMessageBox box(QMessageBox::Question, tr("Norva Exchange"),
@@ -141,6 +143,23 @@ void CMainWindow::Export() {
                         QMessageBox::Save | QMessageBox::Cancel, this);
         if (box.exec() != QMessageBox::Save || !SaveMarks()) return;
     }
+    if (byDialogs || !m_recordTo.isEmpty()) {
+        ExportByDialogs();
+        return;
+    }
+    CExportWindow window(m_document, this);
+    if (window.exec() == QDialog::Accepted) ShowExported(window.Path(), ToQString(ReportSummary(window.Report())));
+}
+
+void CMainWindow::ShowExported(QString const& path, QString const& summary) {
+    m_exported->setText(FolderLink(path));
+    m_exported->show();
+    statusBar()->showMessage(tr("Exported to %1. %2").arg(path, summary.section('\n', 0, 0)));
+    // Losses are said by name, not only counted.
+    if (summary.contains('\n')) Complain(summary);
+}
+
+void CMainWindow::ExportByDialogs() {
     QString proposed = m_document.Path();
     proposed.replace(proposed.lastIndexOf('.'), proposed.size(), ".xyz");
     std::string const path = m_document.Path().toStdString();
@@ -151,11 +170,11 @@ void CMainWindow::Export() {
         if (store.SetFileName(path, kReopenStore, nullptr) == 0) return 0;
         return Export_Data_File(&store, proposed.toStdString(), newName, m_owner.get());
     });
-    if (result == 1) m_exported->setText(FolderLink(newName));
-    m_exported->setVisible(result == 1);
-    statusBar()->showMessage(result == 1           ? tr("Exported to %1").arg(ToQString(newName))
-                             : m_job.IsCancelled() ? tr("The export was stopped")
-                                                   : tr("Nothing was exported"));
+    if (result == 1) {
+        ShowExported(ToQString(newName), {});
+    } else {
+        statusBar()->showMessage(m_job.IsCancelled() ? tr("The export was stopped") : tr("Nothing was exported"));
+    }
     if (m_isLeaving) close();
 }
 

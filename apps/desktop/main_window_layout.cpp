@@ -158,6 +158,7 @@ void CMainWindow::BuildFileMenu() {
     file->addAction(tr("Import by &format..."), this, [this] { Import(); });
     m_storeActions.push_back(
         file->addAction(tr("&Export..."), QKeySequence(Qt::CTRL | Qt::Key_E), this, [this] { Export(); }));
+    m_storeActions.push_back(file->addAction(tr("Export by the &dialogs..."), this, [this] { Export(true); }));
     m_storeActions.push_back(
         file->addAction(tr("Save p&lot..."), QKeySequence(Qt::CTRL | Qt::Key_P), this, [this] { SaveCurrentPlot(); }));
     m_record = file->addAction(tr("Re&cord the next import or export..."), this, [this] {

@@ -1,6 +1,7 @@
 // Takes the pictures of docs/screenshots: the sample survey imported and exported through real windows.
 
 #include "common/script_json.h"
+#include "export_window.h"
 #include "import_sheet.h"
 #include "main_window.h"
 #include "proposal_view.h"
@@ -10,6 +11,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QSettings>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -129,6 +131,10 @@ void TakeAll(QString const& survey, QDir const& folder) {
     window.ChooseChannels({ChannelOf(window.Document(), "Mag"), ChannelOf(window.Document(), "Alt")}, kAgainstDistance);
     window.Table().ShowLocation(24);
     Save(window, folder.filePath("profile.png"));
+    CExportWindow write(window.Document(), nullptr);
+    write.File().setText("/surveys/survey.csv");
+    write.show();
+    Save(write, folder.filePath("write.png"));
     window.Tabs().setCurrentIndex(1);
     QApplication::processEvents();
     window.Map().WaitUntilDrawn();
