@@ -1,7 +1,7 @@
 #include "map_data.h"
 
+#include "common/store_column.h"
 #include "gaps.h"
-#include "store_column.h"
 
 #include <algorithm>
 #include <cmath>

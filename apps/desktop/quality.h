@@ -1,43 +1,13 @@
 #pragma once
 
+#include "common/line_quality.h"
 #include "map_data.h"
-
-#include <functional>
 
 namespace norva {
 
-/// What the values of one channel along one line are like. Deleted locations count as deleted alone.
-struct QualityRow {
-    int line = 0;
-    int channel = 0;  ///< index
-    long count = 0;
-    long noData = 0;
-    long deleted = 0;
-    double minimum = 0;  ///< these four only where there are values
-    double maximum = 0;
-    double mean = 0;
-    double deviation = 0;
-    long spikes = 0;       ///< values far off the median of their neighbours, measured by how far values usually are
-    long gaps = 0;         ///< stretches of no-data between values
-    long duplicates = -1;  ///< positions or times as at the location before; -1 for other channels
-    long reversals = -1;   ///< times before that of the location before; -1 for other channels
-    long place = -1;       ///< the first location with any of these four, else that of the lowest value
-};
-
-/// The channels of the positions, by index; -1 for none.
-struct QualityKeys {
-    int x = -1;
-    int y = -1;
-};
-
-/// Looks at all values of a store, on any thread. `progress` is told how much of 1 is done and stops the work with
-/// false; no rows then, nor when the store cannot be read.
+/// LookAtQuality() of a store file with changes that are not saved, on any thread. No rows when it was stopped, nor
+/// when the store cannot be read.
 std::vector<QualityRow> LookAtQuality(QString const& path, StoreChanges const& changes, QualityKeys const& keys,
                                       std::function<bool(double)> const& progress);
-
-/// What the values of one line are like, NaN for no-data; `deleted` may be empty. Without line and channel, and without
-/// the duplicates of positions.
-QualityRow LookAtValues(std::vector<double> const& values, std::vector<bool> const& deleted, bool isNumber,
-                        bool isTime);
 
 }  // namespace norva

@@ -1,7 +1,7 @@
 #include "store_document.h"
 
+#include "common/store_column.h"
 #include "norva/import_export.h"
-#include "store_column.h"
 
 #include <QFileInfo>
 

@@ -38,6 +38,7 @@ void AddShowCommand(CCommands& commands);
 void AddMarkCommand(CCommands& commands);
 void AddPlayCommand(CCommands& commands);
 void AddPlotCommands(CCommands& commands);
+void AddStatsCommand(CCommands& commands);
 void AddTemplateCommand(CCommands& commands);
 void AddVerifyCommand(CCommands& commands);
 

@@ -79,6 +79,7 @@ int main(int argc, char** argv) {
     norva::AddConvertCommand(commands);
     norva::AddInfoCommand(commands);
     norva::AddShowCommand(commands);
+    norva::AddStatsCommand(commands);
     norva::AddMarkCommand(commands);
     norva::AddPlayCommand(commands);
     norva::AddPlotCommands(commands);

@@ -29,41 +29,87 @@ LineInfo LineOf(CNorvaFileUtil& store, int profile) {
 struct ShowJob {
     std::string store;
     bool json = false;
+    bool csv = false;
     bool fullDigits = false;
     std::vector<std::string> lines;
     std::vector<std::string> channels;
 };
 
+/// The rows of "show" as one of its forms.
+class CShownRows {
+public:
+    CShownRows(CNorvaFileUtil& store, ShowJob const& job, std::vector<int> channels)
+        : m_job(job),
+          m_channels(std::move(channels)),
+          m_printer(store, job.fullDigits ? ValueDigits::Full : ValueDigits::AsFormatted) {}
+
+    void AppendHeader(std::string& out, CNorvaFileUtil& store) const {
+        if (m_job.csv) {
+            out += "Line,Location,Deleted";
+            for (int const channel : m_channels) {
+                std::string const units = store.GetChannelUnits(channel);
+                out += ',';
+                AppendCsvCell(out, store.GetChannelName(channel) + (units.empty() ? "" : " [" + units + "]"));
+            }
+            out += "\r\n";
+        } else if (!m_job.json) {
+            for (int const channel : m_channels) m_printer.AppendTitle(out, channel);
+            out += '\n';
+        }
+    }
+
+    void AppendLine(std::string& out, std::string const& name) {
+        m_name.clear();
+        AppendCsvCell(m_name, name);
+        if (!m_job.json && !m_job.csv) out += "LINE " + name + '\n';
+    }
+
+    void AppendRow(std::string& out, int line, long location, bool isDeleted) {
+        if (m_job.json) {
+            out += "{\"line\": " + std::to_string(line) + ", \"location\": " + std::to_string(location) +
+                   ", \"deleted\": " + (isDeleted ? "true" : "false") + ", \"values\": [";
+            for (std::size_t i = 0; i < m_channels.size(); ++i) {
+                if (i > 0) out += ", ";
+                m_printer.AppendJson(out, m_channels[i], line, location);
+            }
+            out += "]}\n";
+        } else if (m_job.csv) {
+            out += m_name + ',' + std::to_string(location) + (isDeleted ? ",1" : ",0");
+            for (std::size_t i = 0; i < m_channels.size(); ++i) {
+                std::string const& text = m_printer.CellText(m_channels[i], line, location);
+                out += ',';
+                if (text != "*") AppendCsvCell(out, text);
+            }
+            out += "\r\n";
+        } else {
+            for (int const channel : m_channels) m_printer.AppendCell(out, channel, line, location);
+            out += isDeleted ? "  (deleted)\n" : "\n";
+        }
+    }
+
+private:
+    ShowJob const& m_job;
+    std::vector<int> m_channels;
+    CValuePrinter m_printer;
+    std::string m_name;
+};
+
 int RunShow(ShowJob const& job) {
+    if (job.json && job.csv) throw CommandError("--json and --csv exclude each other", kExitUsage);
     CNorvaFileUtil store;
     OpenStore(store, job.store);
     std::vector<int> const lines = FindListed(LineNames(store), job.lines, 0, "line");
     std::vector<int> channels = FindListed(ChannelNames(store), job.channels, 0, "channel");
     for (int& channel : channels) channel = store.GetFileChanIndex(channel);
 
-    CValuePrinter printer(store, job.fullDigits ? ValueDigits::Full : ValueDigits::AsFormatted);
+    CShownRows rows(store, job, std::move(channels));
     std::string out;
-    if (!job.json) {
-        for (int const channel : channels) printer.AppendTitle(out, channel);
-        out += '\n';
-    }
+    rows.AppendHeader(out, store);
     for (int const line : lines) {
         LineInfo const info = LineOf(store, line);
-        if (!job.json) out += "LINE " + info.name + '\n';
+        rows.AppendLine(out, info.name);
         for (long location = 0; location < info.locations; ++location) {
-            bool const deleted = store.IsLocMarkedToDelete(line, location) != 0;
-            if (job.json) {
-                out += "{\"line\": " + std::to_string(line) + ", \"location\": " + std::to_string(location) +
-                       ", \"deleted\": " + (deleted ? "true" : "false") + ", \"values\": [";
-                for (std::size_t i = 0; i < channels.size(); ++i) {
-                    if (i > 0) out += ", ";
-                    printer.AppendJson(out, channels[i], line, location);
-                }
-                out += "]}\n";
-            } else {
-                for (int const channel : channels) printer.AppendCell(out, channel, line, location);
-                out += deleted ? "  (deleted)\n" : "\n";
-            }
+            rows.AppendRow(out, line, location, store.IsLocMarkedToDelete(line, location) != 0);
             if (out.size() > 64 * 1024) {
                 ThrowIfInterrupted();
                 std::cout.write(out.data(), static_cast<std::streamsize>(out.size()));
@@ -129,6 +175,7 @@ void AddShowCommand(CCommands& commands) {
                      "norva show survey.nvt --line 1000 --channel Mag --channel Time", [job] { return RunShow(*job); });
     command.add_option("STORE", job->store, "Store to look at")->required();
     command.add_flag("--json", job->json, "Print one JSON object per location");
+    command.add_flag("--csv", job->csv, "Print comma-separated values, the line's name first; no-data is empty");
     command.add_flag("--full-digits", job->fullDigits, "Print every digit that a number needs to read back the same");
     command.add_option("--line", job->lines, "Name or number (from 0) of a line (repeatable; default: all)")
         ->expected(1)

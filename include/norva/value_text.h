@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <string>
+#include <string_view>
 
 /// How the values of a store become text, the same for every writer and for what programs show.
 namespace norva {
@@ -53,6 +54,10 @@ struct NORVA_API ValueFormat {
                displayFormat == DisplayFormat::kGeographic;
     }
 };
+
+/// Appends a cell of comma-separated values (RFC 4180): in quotes where a comma, a quote, a line break or an outer
+/// blank asks for them.
+NORVA_API void AppendCsvCell(std::string& out, std::string_view text);
 
 /// How many digits of a number are written.
 enum class ValueDigits {

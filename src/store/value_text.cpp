@@ -107,6 +107,21 @@ ValueFormat ValueFormat::Of(CNorvaFileUtil& store, int index) {
             store.GetChannelNumDecPlaces(index)};
 }
 
+void AppendCsvCell(std::string& out, std::string_view text) {
+    bool const isPlain = text.find_first_of(",\"\r\n") == std::string_view::npos &&
+                         (text.empty() || (text.front() != ' ' && text.back() != ' '));
+    if (isPlain) {
+        out += text;
+        return;
+    }
+    out += '"';
+    for (char const c : text) {
+        if (c == '"') out += '"';
+        out += c;
+    }
+    out += '"';
+}
+
 void CValueText::AppendTextForm(std::string& out, ValueFormat const& format, double value) {
     switch (format.displayFormat) {
         case DisplayFormat::kDate:

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Drives the program norva as a person would: test_cli.py NORVA SAMPLES."""
 
+import csv
 import hashlib
 import json
 import os
@@ -401,6 +402,49 @@ class Play(Case):
         self.assertIn("Import Formats", self.play(mismatch, status=3).stderr)
         self.assertIn("Hello", self.play(left_over, *setting, status=3).stderr)
         self.play({"operation": "import", "answers": []}, "--defaults", status=1)
+
+
+
+class Statistics(Case):
+    def setUp(self):
+        super().setUp()
+        rows = ["Line,X [m],Y [m],Time,Mag [nT],Note"]
+        for n in range(20):
+            still, back = n == 7, n == 9
+            rows.append(f"L{n // 12},{500 + n - still},{900 + 2 * (n - still)},12:00:{n - 2 * back:02},"
+                        f"{'' if n == 3 else 54000.1 + n},{'a;b' if n % 2 else ''}")
+        self.write("s.csv", "\n".join(rows) + "\n")
+        self.norva("import", "s.csv", "--quiet")
+        self.norva("mark", "s.nvt", "--line", "L1", "--rows", "7", "--delete")
+
+    def test_stats(self):
+        rows = {(row["line"], row["channel"]): row for row in json.loads(self.norva("stats", "s.nvt", "--json").stdout)}
+        self.assertEqual(len(rows), 12)
+        mag = rows["L0", "Mag"]
+        values = [54000.1 + n for n in range(12) if n != 3]
+        mean = sum(values) / 11
+        self.assertEqual((mag["values"], mag["no_data"], mag["minimum"], mag["maximum"]), (11, 1, 54000.1, 54011.1))
+        self.assertAlmostEqual(mag["mean"], mean, 2)
+        self.assertAlmostEqual(mag["deviation"], (sum((value - mean) ** 2 for value in values) / 11) ** 0.5, 2)
+        self.assertEqual((rows["L1", "Mag"]["deleted"], rows["L1", "Mag"]["maximum"]), (1, 54018.1))
+        self.assertEqual([rows["L0", name]["duplicates"] for name in ("X", "Y", "Time", "Mag")], [1, 1, 0, None])
+        self.assertEqual([rows[line, "Time"]["reversals"] for line in ("L0", "L1")], [1, 0])
+        self.assertEqual((rows["L0", "Note"]["no_data"], rows["L0", "Note"]["mean"]), (6, None))
+        named = json.loads(self.norva("stats", "s.nvt", "--json", "--x", "X", "--y", "Mag").stdout)
+        self.assertEqual([row["duplicates"] for row in named if row["channel"] == "Y"], [None, None])
+        table = self.norva("stats", "s.nvt").stdout.splitlines()
+        self.assertEqual(len(table), 13)
+        self.assertEqual(table[0].split()[:4], ["line", "channel", "values", "no"])
+        self.assertIn("go together", self.norva("stats", "s.nvt", "--x", "X", status=2).stderr)
+
+    def test_show_as_csv(self):
+        shown = self.norva("show", "s.nvt", "--csv", "--line", "L1", "--channel", "Mag", "--channel", "Note").stdout
+        rows = list(csv.reader(shown.splitlines()))
+        self.assertEqual(rows[0], ["Line", "Location", "Deleted", "Mag [nT]", "Note"])
+        self.assertEqual(rows[2], ["L1", "1", "0", "54013.1", "a;b"])
+        self.assertEqual([row[2] for row in rows[1:]], ["0"] * 7 + ["1"])
+        self.assertEqual(rows[1][4], "")
+        self.assertIn("exclude", self.norva("show", "s.nvt", "--csv", "--json", status=2).stderr)
 
 
 if __name__ == "__main__":

@@ -17,21 +17,6 @@ constexpr std::string_view kNoDataText = "*";
 constexpr int kIsoDate = 6;    ///< template YYYY-MM-DD
 constexpr int kClockTime = 0;  ///< template HH:MM:SS, with decimals as far as needed
 
-void AppendCell(std::string& row, std::string_view text) {
-    bool const isPlain = text.find_first_of(",\"\r\n") == std::string_view::npos &&
-                         (text.empty() || (text.front() != ' ' && text.back() != ' '));
-    if (isPlain) {
-        row += text;
-        return;
-    }
-    row += '"';
-    for (char const c : text) {
-        if (c == '"') row += '"';
-        row += c;
-    }
-    row += '"';
-}
-
 class CCsvExport : public CExporterBase {
 public:
     explicit CCsvExport(ExportJob& job) : CExporterBase(job.store, job.outputPath, job.owner), m_job(job) {}
@@ -91,7 +76,7 @@ public:
 
     bool StartLine(ExportLine const& line) {
         m_name.clear();
-        AppendCell(m_name, line.name);
+        AppendCsvCell(m_name, line.name);
         return true;
     }
 
@@ -104,7 +89,7 @@ public:
         GoTo(channel.number + 1);
         if (value.dataType == DataType::kText) {
             if (value.text.empty()) ++channel.report->splitTexts;
-            if (value.text != kNoDataText) AppendCell(m_row, value.text);
+            if (value.text != kNoDataText) AppendCsvCell(m_row, value.text);
         } else if (value.IsMissing()) {
             return;
         } else if (!value.IsFloating()) {
@@ -169,9 +154,9 @@ void CCsvExport::WriteHeader(std::vector<ExportChannel> const& channels) {
         std::string title = m_store->GetChannelName(channel.index);
         if (m_job.settings.units && !hasRow && !units.empty()) title += " [" + units + "]";
         names += ',';
-        AppendCell(names, title);
+        AppendCsvCell(names, title);
         unitRow += ',';
-        AppendCell(unitRow, units);
+        AppendCsvCell(unitRow, units);
     }
     Write(names.append(kLineEnd));
     if (hasRow) Write(unitRow.append(kLineEnd));

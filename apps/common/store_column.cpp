@@ -1,4 +1,4 @@
-#include "store_column.h"
+#include "common/store_column.h"
 
 #include <algorithm>
 #include <bit>
