@@ -15,20 +15,32 @@ CRowReport::CRowReport(std::vector<NorvaChannelStruct> const& columns)
 }
 
 void CRowReport::EndLine() {
-    if (!m_report.lines.empty()) m_report.lines.back().locations = m_rowsOfLine;
+    if (m_lineCount > 0) m_report.lines[m_lineCount - 1].locations = m_rowsOfLine;
     m_rowsOfLine = 0;
 }
 
 void CRowReport::StartLine(std::string name, std::uint64_t number) {
-    EndLine();
     m_report.lines.push_back({std::move(name), 0, number, false});
+    StartNextLine(number);
+}
+
+void CRowReport::ExpectLines(std::vector<ReportLine> lines) {
+    m_report.lines = std::move(lines);
+}
+
+ReportLine const* CRowReport::StartNextLine(std::uint64_t number) {
+    if (m_lineCount == m_report.lines.size()) return nullptr;
+    EndLine();
+    ReportLine& line = m_report.lines[m_lineCount++];
+    line.sourceLine = number;
+    return &line;
 }
 
 void CRowReport::MarkRepeatedLines() {
     std::vector<ReportLine>& lines = m_report.lines;
-    std::vector<std::size_t> order(lines.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::sort(order, [&lines](std::size_t a, std::size_t b) {
+    std::vector<std::uint32_t> order(lines.size());  // a store has fewer lines than that
+    std::iota(order.begin(), order.end(), 0U);
+    std::ranges::sort(order, [&lines](std::uint32_t a, std::uint32_t b) {
         int const compared = lines[a].name.compare(lines[b].name);
         return compared != 0 ? compared < 0 : a < b;
     });
@@ -54,6 +66,7 @@ void CRowReport::AddPart(std::string name, std::uint64_t count, std::uint64_t by
 ImportReport CRowReport::Take(std::string unit, std::uint64_t unitsRead, std::uint64_t bytesRead,
                               std::uint64_t sourceSize) {
     EndLine();
+    m_report.lines.resize(m_lineCount);
     MarkRepeatedLines();
     std::uint64_t const locations = m_report.LocationCount();
     for (ReportChannel& channel : m_channels) {

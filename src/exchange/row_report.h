@@ -36,6 +36,13 @@ public:
     }
     /// The rows from now on belong to a line of that name. `number` is that of its first row.
     void StartLine(std::string name, std::uint64_t number);
+    /// Where lines are known before their rows: names and numbers of locations, for StartNextLine. The report keeps
+    /// those that were started.
+    void ExpectLines(std::vector<ReportLine> lines);
+    /// As StartLine, for the next of them; null when there is none.
+    ReportLine const* StartNextLine(std::uint64_t number);
+    /// Lines that were started.
+    std::size_t LineCount() const { return m_lineCount; }
 
     /// A value that is no part of the row stands at its end.
     void Note(ReportFinding& finding, std::string_view value);
@@ -60,6 +67,7 @@ private:
     std::string_view m_line;
     std::uint64_t m_number = 0;
     std::uint64_t m_rowsOfLine = 0;
+    std::size_t m_lineCount = 0;
     std::vector<ReportChannel> m_channels;  ///< one a column
     ImportReport m_report;
 };

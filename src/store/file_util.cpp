@@ -294,12 +294,12 @@ int CNorvaFileUtil::GetProfileInfo(int profile, std::string& name, long& locatio
 long CNorvaFileUtil::GetProfileLocationNum(int profile, int which) {
     StoreProfile const* const found = m_impl->Profile(profile);
     if (found == nullptr) return 0;
-    return found->locations - (which == 1 ? found->deletedCount : 0);
+    return found->locations - (which == 1 ? found->deleted.Count() : 0);
 }
 
 int CNorvaFileUtil::IsLocMarkedToDelete(int profile, long location) {
     StoreProfile const* const found = m_impl->ProfileAt(profile, location);
-    return found != nullptr && found->IsDeleted(location) ? 1 : 0;
+    return found != nullptr && found->deleted.Has(location) ? 1 : 0;
 }
 
 int CNorvaFileUtil::GetFileChanIndex(int n) {
@@ -446,9 +446,9 @@ int CNorvaFileUtil::MarkLocToDelete(int profile, long location, int deleted) {
     m_impl->Begin();
     StoreProfile* const line = m_impl->ProfileAt(profile, location);
     if (line == nullptr) return m_impl->FailChanging("there is no such location to mark");
-    if (line->IsDeleted(location) == (deleted != 0)) return 1;
+    if (line->deleted.Has(location) == (deleted != 0)) return 1;
     try {
-        line->Mark(location, deleted != 0);
+        line->deleted.Mark(location, deleted != 0, line->locations);
     } catch (std::bad_alloc const&) {
         return m_impl->FailChanging("not enough memory for the marks");
     }

@@ -185,12 +185,12 @@ bool ReadMarks(CStoreScanner& scanner, StoreProfile& profile, std::uint64_t coun
     auto const locations = static_cast<std::uint64_t>(profile.locations);
     std::uint64_t const size = (locations + 7) / 8;
     if (count > locations || size > scanner.Left()) return false;
-    profile.deleted.resize(static_cast<std::size_t>(size));
-    if (!scanner.Bytes(profile.deleted.data(), profile.deleted.size())) return false;
+    std::vector<std::uint8_t> bits(static_cast<std::size_t>(size));
+    if (!scanner.Bytes(bits.data(), bits.size())) return false;
     std::uint64_t marked = 0;
-    for (std::uint8_t byte : profile.deleted) marked += static_cast<std::uint64_t>(std::popcount(byte));
-    bool const tidyEnd = locations % 8 == 0 || profile.deleted.back() >> (locations % 8) == 0;
-    profile.deletedCount = static_cast<std::int64_t>(count);
+    for (std::uint8_t byte : bits) marked += static_cast<std::uint64_t>(std::popcount(byte));
+    bool const tidyEnd = locations % 8 == 0 || bits.back() >> (locations % 8) == 0;
+    profile.deleted.Set(std::move(bits), static_cast<std::int64_t>(count));
     return marked == count && tidyEnd;
 }
 

@@ -93,10 +93,9 @@ bool WriteStoreTable(CStoreStructure const& structure, StoreSink const& sink) {
     for (StoreProfile const& profile : structure.profiles) {
         AppendCounted(piece, profile.name);
         AppendLittle32(piece, static_cast<std::uint32_t>(profile.flag));
-        AppendLittle64(piece, static_cast<std::uint64_t>(profile.deletedCount));
-        if (profile.deletedCount > 0) {
-            auto const* marks = reinterpret_cast<char const*>(profile.deleted.data());
-            if (!PassOn(piece, sink, 1) || !sink({marks, profile.deleted.size()})) return false;
+        AppendLittle64(piece, static_cast<std::uint64_t>(profile.deleted.Count()));
+        if (profile.deleted.Count() > 0) {
+            if (!PassOn(piece, sink, 1) || !sink(profile.deleted.Bytes())) return false;
         }
         if (!PassOn(piece, sink)) return false;
     }

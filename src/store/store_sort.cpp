@@ -122,10 +122,10 @@ bool CStoreRewriter::Copy(std::string const& path) {
 }
 
 void CStoreRewriter::MoveMarks(StoreProfile& profile, Order const& order) {
-    if (profile.deleted.empty()) return;
-    StoreProfile const before = profile;
+    CDeletedMarks const before = profile.deleted;
+    if (before.Count() == 0) return;
     for (std::size_t at = 0; at < order.size(); ++at) {
-        profile.Mark(static_cast<std::int64_t>(at), before.IsDeleted(order[at]));
+        profile.deleted.Mark(static_cast<std::int64_t>(at), before.Has(order[at]), profile.locations);
     }
 }
 

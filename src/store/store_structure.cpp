@@ -3,6 +3,7 @@
 #include "store/value_rules.h"
 
 #include <limits>
+#include <utility>
 
 namespace norva {
 
@@ -38,12 +39,19 @@ double StoredNumber(int dataType, char const* bytes) {
     }
 }
 
-void StoreProfile::Mark(std::int64_t location, bool isDeleted) {
-    if (IsDeleted(location) == isDeleted) return;
-    if (deleted.empty()) deleted.resize(static_cast<std::size_t>((locations + 7) / 8));
-    deleted[static_cast<std::size_t>(location >> 3)] ^= static_cast<std::uint8_t>(1U << (location & 7));
-    deletedCount += isDeleted ? 1 : -1;
-    if (deletedCount == 0) deleted = {};
+void CDeletedMarks::Set(std::vector<std::uint8_t> bits, std::int64_t count) {
+    m_marks = count == 0 ? nullptr : std::make_unique<Marks>(Marks{std::move(bits), count});
+}
+
+void CDeletedMarks::Mark(std::int64_t location, bool isDeleted, std::int64_t locations) {
+    if (Has(location) == isDeleted) return;
+    if (m_marks == nullptr) {
+        auto const size = static_cast<std::size_t>((locations + 7) / 8);
+        m_marks = std::make_unique<Marks>(Marks{std::vector<std::uint8_t>(size), 0});
+    }
+    m_marks->bits[static_cast<std::size_t>(location >> 3)] ^= static_cast<std::uint8_t>(1U << (location & 7));
+    m_marks->count += isDeleted ? 1 : -1;
+    if (m_marks->count == 0) m_marks.reset();
 }
 
 bool CStoreStructure::AddProfile(std::string name, std::int64_t locations, std::string& reason) {

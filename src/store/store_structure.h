@@ -2,25 +2,60 @@
 
 #include "norva/values.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace norva {
+
+/// Which locations of a profile are marked deleted. A store may have millions of profiles, hardly any of them with
+/// marks, and without any this is one pointer.
+class CDeletedMarks {
+public:
+    CDeletedMarks() = default;
+    CDeletedMarks(CDeletedMarks&&) noexcept = default;
+    CDeletedMarks& operator=(CDeletedMarks&&) noexcept = default;
+    CDeletedMarks(CDeletedMarks const& other) { *this = other; }
+    CDeletedMarks& operator=(CDeletedMarks const& other) {
+        m_marks = other.m_marks == nullptr ? nullptr : std::make_unique<Marks>(*other.m_marks);
+        return *this;
+    }
+    ~CDeletedMarks() = default;
+
+    /// `bits` holds a bit per location, lowest first, of which `count` are set.
+    void Set(std::vector<std::uint8_t> bits, std::int64_t count);
+    /// Marks a location, one of `locations`, or takes its mark back.
+    void Mark(std::int64_t location, bool isDeleted, std::int64_t locations);
+
+    bool Has(std::int64_t location) const {
+        return m_marks != nullptr &&
+               (m_marks->bits[static_cast<std::size_t>(location >> 3)] >> (location & 7) & 1) != 0;
+    }
+    std::int64_t Count() const { return m_marks == nullptr ? 0 : m_marks->count; }
+    /// A bit per location; none while nothing is marked.
+    std::string_view Bytes() const {
+        if (m_marks == nullptr) return {};
+        return {reinterpret_cast<char const*>(m_marks->bits.data()), m_marks->bits.size()};
+    }
+
+private:
+    struct Marks {
+        std::vector<std::uint8_t> bits;
+        std::int64_t count = 0;
+    };
+    std::unique_ptr<Marks> m_marks;
+};
 
 /// One survey line of a store.
 struct StoreProfile {
     std::string name;
     std::int64_t locations = 0;
     std::int64_t first = 0;  ///< locations of the profiles before this one
-    std::int64_t deletedCount = 0;
-    std::vector<std::uint8_t> deleted;  ///< a bit a location, lowest first; empty while none is marked
+    CDeletedMarks deleted;
     std::int32_t flag = 0;
-
-    bool IsDeleted(std::int64_t location) const {
-        return !deleted.empty() && (deleted[static_cast<std::size_t>(location >> 3)] >> (location & 7) & 1) != 0;
-    }
-    void Mark(std::int64_t location, bool isDeleted);
 };
 
 /// One channel of a store with its place in the file. A column holds the channel's values of all profiles, packed.

@@ -71,8 +71,8 @@ Status CAsciiFileImport::Run(std::string const& textPath) {
 
     CProgressWindow window("Loading data from the file");
     if (Status status = FindProfiles(window); !status) return Shown(std::move(status));
-    for (ProfileRecord const& profile : m_profiles) {
-        m_job.store->AddProfileToStructure(profile.name, profile.rowCount);
+    for (ReportLine const& profile : m_profiles) {
+        m_job.store->AddProfileToStructure(profile.name, static_cast<long>(profile.locations));
     }
     if (Status status = StartWriting(window, textPath, m_settings.columns, *m_job.store); !status) return status;
     CColumnFiles files;
@@ -123,8 +123,8 @@ Status CAsciiFileImport::ConvertRows(CProgressWindow& window, CColumnFiles& file
     CRowConverter converter(m_settings.columns, RowDelimiters(m_preview.isCsv), CRowConverter::Forms(), m_dateTime,
                             m_geographic, files, report);
     std::array<ReportPart, 4> parts{{{"empty", 0, 0}, {"comments", 0, 0}, {"markers", 0, 0}, {"data rows", 0, 0}}};
-    std::size_t profile = 0;
-    long rowsLeft = 0;
+    std::uint64_t rowsLeft = 0;
+    report.ExpectLines(std::move(m_profiles));
 
     std::uint64_t const skipped = ReadSkippedLines(converter, report);
     int const label = m_settings.labelColumn;
@@ -144,10 +144,11 @@ Status CAsciiFileImport::ConvertRows(CProgressWindow& window, CColumnFiles& file
         report.GoTo(whole, number);
         if (kind == LineKind::Marker) NoteMarker(line, report);
         if (kind != LineKind::Data) continue;
-        for (; rowsLeft == 0 && profile < m_profiles.size(); ++profile) {
-            if (Contains(m_profiles[profile].name, "\"")) report.NoteRow(&ImportReport::doubtfulNames);
-            rowsLeft = m_profiles[profile].rowCount;
-            report.StartLine(std::move(m_profiles[profile].name), number);
+        while (rowsLeft == 0) {
+            ReportLine const* const profile = report.StartNextLine(number);
+            if (profile == nullptr) break;
+            if (Contains(profile->name, "\"")) report.NoteRow(&ImportReport::doubtfulNames);
+            rowsLeft = profile->locations;
             converter.StartLine();
         }
         --rowsLeft;

@@ -43,7 +43,7 @@ private:
     TextPreview m_preview;
     ColumnTextSettings m_settings;
     std::uint64_t m_dataStart = 0;
-    std::vector<ProfileRecord> m_profiles;
+    std::vector<ReportLine> m_profiles;
     CNorvaDateTime m_dateTime;
     CNorvaGeographic m_geographic;
 };

@@ -24,6 +24,19 @@ bool IsUpperCaseOf(std::string_view upper, std::string_view text) {
     });
 }
 
+/// Adds a profile that ends where `file` stands. Where they are many, the list is made as long as the file so far lets
+/// expect: one that doubles would leave its former halves as holes in the memory.
+void Append(std::vector<ReportLine>& profiles, std::string const& name, std::uint64_t rows, CLineReader const& file) {
+    constexpr std::size_t kMany = 4096;
+    constexpr double kMostExpected = 4e6;
+    if (profiles.size() == kMany) {
+        auto const read = static_cast<double>(std::max<std::uint64_t>(file.Offset(), 1));
+        auto const expected = 1.1 * static_cast<double>(kMany) * static_cast<double>(file.Length()) / read;
+        profiles.reserve(static_cast<std::size_t>(std::min(expected, kMostExpected)));
+    }
+    profiles.push_back({name, rows});
+}
+
 }  // namespace
 
 std::string GetLineName(std::string_view markerLine) {
@@ -36,17 +49,17 @@ std::string GetLineName(std::string_view markerLine) {
     return {};
 }
 
-std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress) {
-    std::vector<ProfileRecord> profiles;
+std::vector<ReportLine> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress) {
+    std::vector<ReportLine> profiles;
     file.Rewind();
     std::string pendingName;
-    long rowCount = 0;
+    std::uint64_t rowCount = 0;
     bool atBoundary = true;
     int automaticNumber = 1;
     std::uint64_t lineOffset = 0;
 
     auto const append = [&] {
-        profiles.push_back({pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount});
+        Append(profiles, pendingName.empty() ? AutomaticName(automaticNumber++) : pendingName, rowCount, file);
     };
 
     std::string_view line;
@@ -71,12 +84,12 @@ std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t
     return profiles;
 }
 
-std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
-                                               CScanProgress* progress) {
-    std::vector<ProfileRecord> profiles;
+std::vector<ReportLine> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
+                                            CScanProgress* progress) {
+    std::vector<ReportLine> profiles;
     file.Rewind();
     std::string currentLabel;
-    long rowCount = 0;
+    std::uint64_t rowCount = 0;
     std::uint64_t lineOffset = 0;
 
     std::string_view line;
@@ -95,7 +108,7 @@ std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t 
         }
         bool const continues = label == "*" || IsUpperCaseOf(currentLabel, label);
         if (!continues && !currentLabel.empty() && rowCount > 0) {
-            profiles.push_back({currentLabel, rowCount});
+            Append(profiles, currentLabel, rowCount, file);
             ToUpper(label, currentLabel);
             rowCount = 1;
         } else if (counts) {
@@ -103,7 +116,7 @@ std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t 
             if (!continues) ToUpper(label, currentLabel);
         }
     }
-    if (rowCount > 0) profiles.push_back({currentLabel, rowCount});
+    if (rowCount > 0) Append(profiles, currentLabel, rowCount, file);
     return profiles;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "norva/import_report.h"
 #include "platform/line_reader.h"
 
 #include <cstdint>
@@ -11,21 +12,15 @@ namespace norva {
 
 class CScanProgress;
 
-/// A line of the survey as a text file gives it.
-struct ProfileRecord {
-    std::string name;
-    long rowCount = 0;
-};
-
 /// The profile name that a marker line gives; empty for none.
 std::string GetLineName(std::string_view markerLine);
 
-/// Finds the profiles of a text by marker and comment lines; rows before `dataStart` do not count. A read error is left
-/// in `file`. `progress` may be null.
-std::vector<ProfileRecord> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress);
+/// Finds the profiles of a text, with their names and numbers of rows, by marker and comment lines; rows before
+/// `dataStart` do not count. A read error is left in `file`. `progress` may be null.
+std::vector<ReportLine> FindProfilesByMarker(CLineReader& file, std::uint64_t dataStart, CScanProgress* progress);
 /// Finds the profiles by the changes of a column's value. A row without that column belongs to the profile around it,
 /// so that the profiles' rows add up to the rows of the file.
-std::vector<ProfileRecord> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
-                                               CScanProgress* progress);
+std::vector<ReportLine> FindProfilesByLabel(CLineReader& file, std::uint64_t dataStart, int labelColumn,
+                                            CScanProgress* progress);
 
 }  // namespace norva

@@ -65,7 +65,9 @@ public:
         if (Status status = CreateColumnFiles(m_files, textPath, m_settings.columns.size()); !status) return status;
         if (Status status = ReadRows(window, lines, textPath); !status) return status;
 
-        for (Profile const& profile : m_profiles) m_job.store->AddProfileToStructure(profile.name, profile.rows);
+        for (ReportLine const& profile : m_job.report.lines) {
+            m_job.store->AddProfileToStructure(profile.name, static_cast<long>(profile.locations));
+        }
         if (Status status = StartWriting(window, textPath, m_settings.columns, *m_job.store); !status) return status;
         if (Status status = HandOverColumns(window, m_files, m_settings.columns, *m_job.store); !status) return status;
         m_job.settings = std::move(m_settings);
@@ -73,10 +75,6 @@ public:
     }
 
 private:
-    struct Profile {
-        std::string name;
-        long rows = 0;
-    };
     struct Part {
         char const* name;
         std::uint64_t lines = 0;
@@ -98,7 +96,7 @@ private:
         if (goesOn) adaptor.Finish();
         if (Status status = lines.Result(textPath); !status) return status;
         if (m_files.Failed()) return Shown(m_files.Error());
-        if (m_profiles.empty()) return Status::Failure("There are no data rows in the file", textPath);
+        if (m_report.LineCount() == 0) return Status::Failure("There are no data rows in the file", textPath);
         m_converter.Finish();
         FinishReport(lines.Length(), lines.Number());
         return {};
@@ -109,8 +107,7 @@ private:
             m_label = row.label;
             m_startsLine = true;
         }
-        if (m_startsLine || m_profiles.empty()) StartProfile(row.number);
-        ++m_profiles.back().rows;
+        if (m_startsLine || m_report.LineCount() == 0) StartProfile(row.number);
         m_report.StartRow(row.source, row.number);
         bool const isJoined = row.mend.how == RowMend::How::NextLines;
         if (!isJoined && row.mend.how != RowMend::How::None) m_report.NoteRow(&ImportReport::mended);
@@ -151,7 +148,6 @@ private:
     void StartProfile(std::uint64_t number) {
         m_startsLine = false;
         std::string const name = m_label.empty() ? "LINE" + std::to_string(++m_unnamed) : m_label;
-        m_profiles.push_back({name, 0});
         m_report.StartLine(name, number);
         m_converter.StartLine();
     }
@@ -209,7 +205,6 @@ private:
     CRowReport m_report;
     CRowConverter m_converter;
     CLineBytes m_bytes;
-    std::vector<Profile> m_profiles;
     std::string m_label;
     bool m_startsLine = false;
     int m_unnamed = 0;

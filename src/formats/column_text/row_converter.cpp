@@ -25,7 +25,7 @@ bool HoldsHalfAQuote(std::string_view token) {
 
 /// Whether commas look like decimal marks: no point, but numbers with one comma between the blanks.
 bool HoldsDecimalCommas(std::string_view line) {
-    if (Contains(line, ".") || !Contains(line, ",")) return false;
+    if (line.find('.') != std::string_view::npos || line.find(',') == std::string_view::npos) return false;
     static constexpr CDelimiters blanks{" \t"};
     CTokenCursor cursor(line, blanks);
     std::size_t values = 0;
@@ -126,15 +126,17 @@ bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
     char const* next = line.data();
     char const* const end = next + line.size();
     bool isShifted = beginsEmpty;
-    m_isSplit = HoldsDecimalCommas(line);
+    int marks = 0;  // separators that are no blanks
+    m_isSplit = false;
     for (std::size_t i = 0; i < m_rowPlans; ++i) {
         Plan& plan = m_plans[i];
         char const* const gap = next;
         int separators = i == 0 ? 1 : 0;  // those at the start stand behind an empty cell
         for (; next != end && m_delimiters.Has(*next); ++next) separators += *next != ' ' ? 1 : 0;
+        marks += separators;
         if (separators > 1 && next != end) isShifted = isShifted || i == 0 || HoldsEmptyCell(gap, next);
         if (next == end) {
-            NoteRow(isShifted);
+            NoteRow(line, marks > 1, isShifted);
             m_report.NoteRow(&ImportReport::fewerValues);
             for (; i < m_rowPlans; ++i) {
                 if (!PutAbsent(m_plans[i])) return false;
@@ -157,13 +159,13 @@ bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
         if (!PutToken(plan, {begin, static_cast<std::size_t>(next - begin)})) return false;
     }
     if (next != end || m_rowPlans != m_plans.size()) CheckRowEnd(next, end);
-    NoteRow(isShifted);
+    NoteRow(line, marks > 1 || next != end, isShifted);
     return true;
 }
 
-void CRowConverter::NoteRow(bool isShifted) {
+void CRowConverter::NoteRow(std::string_view line, bool mayHoldCommas, bool isShifted) {
     if (isShifted) m_report.NoteRow(&ImportReport::shifted);
-    if (m_isSplit) m_report.NoteRow(&ImportReport::split);
+    if (m_isSplit || (mayHoldCommas && HoldsDecimalCommas(line))) m_report.NoteRow(&ImportReport::split);
 }
 
 bool CRowConverter::ReadsAsRow(std::string_view line) const {
@@ -175,10 +177,24 @@ bool CRowConverter::ReadsAsRow(std::string_view line) const {
 }
 
 /// Notes a number that its channel does not hold to the last digit that the source wrote.
-void CRowConverter::CheckRounding(Plan const& plan, PlainDecimal const& number, std::string_view token) {
-    bool const isExact = plan.kind == Kind::Float ? HasWrittenDigits(static_cast<float>(number.value), number, token)
-                                                  : HasWrittenDigits(number.value, token);
-    if (!isExact) m_report.Note(m_report.Channel(plan.column).rounded, token);
+void CRowConverter::CheckRounding(Plan& plan, PlainDecimal const& number, std::string_view token) {
+    auto const stored = static_cast<float>(number.value);
+    if (plan.kind == Kind::Float) {
+        double const off = WrittenDigitsOff(stored, number);
+        bool const isClear = std::fabs(off - 0.5) > 0.01;
+        if (isClear && !plan.keepsPlaces) {
+            // Without a branch: in many files every other coordinate is rounded.
+            plan.rounded += off > 0.5 ? 1 : 0;
+            return;
+        }
+        if (isClear && off < 0.5) return;
+    }
+    bool const isFloat = plan.kind == Kind::Float;
+    if (HasWrittenDigits(isFloat ? static_cast<double>(stored) : number.value, token)) return;
+    ReportFinding& finding = m_report.Channel(plan.column).rounded;
+    std::size_t const places = finding.places.size();
+    m_report.Note(finding, token);
+    plan.keepsPlaces = finding.places.size() > places;
 }
 
 /// Notes a row whose rest is not exactly the values of the last columns, which are skipped.
@@ -237,8 +253,9 @@ void CRowConverter::StartLine() {
 
 void CRowConverter::Finish() {
     for (Plan const& plan : m_plans) {
-        if (plan.minimum > plan.maximum) continue;
         ReportChannel& channel = m_report.Channel(plan.column);
+        channel.rounded.count += plan.rounded;
+        if (plan.minimum > plan.maximum) continue;
         channel.hasRange = true;
         channel.minimum = plan.minimum;
         channel.maximum = plan.maximum;

@@ -66,7 +66,9 @@ private:
         std::size_t width = 0;   ///< of a text, in characters
         bool isOrdered = false;  ///< values below the one before are to be noted
         std::uint64_t exactDigits = std::numeric_limits<std::uint64_t>::max();  ///< below, no digit is rounded
-        double range = 0;  ///< the largest value that is not too large, which stands for no-data
+        std::uint64_t rounded = 0;  ///< values without a place of their own in the report
+        bool keepsPlaces = true;    ///< of rounded values
+        double range = 0;           ///< the largest value that is not too large, which stands for no-data
         double previous = -std::numeric_limits<double>::infinity();
         double minimum = std::numeric_limits<double>::infinity();
         double maximum = -std::numeric_limits<double>::infinity();
@@ -82,7 +84,7 @@ private:
 
     bool PutToken(Plan& plan, std::string_view token);
     bool PutScanned(Plan& plan, std::string_view token, std::string_view written);
-    void CheckRounding(Plan const& plan, PlainDecimal const& number, std::string_view token);
+    void CheckRounding(Plan& plan, PlainDecimal const& number, std::string_view token);
     bool PutConverted(Plan& plan, bool isRead, double value, std::string_view token);
     bool PutNumber(Plan& plan, double value, std::string_view token);
     bool Store(Plan const& plan, double value, std::string_view token);
@@ -95,7 +97,8 @@ private:
     /// Notes what is to be said of a value outside what was seen so far.
     void Examine(Plan& plan, double value, std::string_view token);
     void CheckRowEnd(char const* next, char const* end);
-    void NoteRow(bool isShifted);
+    /// `mayHoldCommas` is false for a row that blanks alone separate.
+    void NoteRow(std::string_view line, bool mayHoldCommas, bool isShifted);
 
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped

@@ -37,9 +37,9 @@ Status DescribeTextFile(DescribeJob const& job, FileDescription& description) {
     if (Status status = OpenText(file, job.inputPath); !status) return status;
     std::int64_t rows = 0;
     FileDescription::Table lines{"lines", {"name", "rows"}, {}};
-    for (ProfileRecord const& profile : FindProfilesByMarker(file, DataStart(preview, settings.skip), nullptr)) {
-        lines.rows.push_back({profile.name, std::int64_t{profile.rowCount}});
-        rows += profile.rowCount;
+    for (ReportLine const& profile : FindProfilesByMarker(file, DataStart(preview, settings.skip), nullptr)) {
+        lines.rows.push_back({profile.name, static_cast<std::int64_t>(profile.locations)});
+        rows += static_cast<std::int64_t>(profile.locations);
     }
     if (file.Error() != 0) return Status::FileFailure("read", job.inputPath, file.Error());
     description.AddFact("rows", rows);

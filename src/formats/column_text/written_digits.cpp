@@ -58,17 +58,4 @@ bool HasWrittenDigits(double stored, std::string_view text) {
     return back.digits == source.digits && back.exponent == source.exponent;
 }
 
-bool HasWrittenDigits(float stored, PlainDecimal const& number, std::string_view text) {
-    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13};
-    // Below this the product is right to a hundredth of the last digit.
-    constexpr std::uint64_t largest = std::uint64_t{1} << 46;
-    if (number.digits < largest && number.decimals < static_cast<int>(std::size(powers))) {
-        double const scaled = std::fabs(static_cast<double>(stored)) * powers[number.decimals];
-        double const off = std::fabs(scaled - static_cast<double>(number.digits));
-        if (off < 0.49) return true;
-        if (off > 0.51) return false;
-    }
-    return HasWrittenDigits(static_cast<double>(stored), text);
-}
-
 }  // namespace norva

@@ -52,7 +52,7 @@ Status CWholeStoreWriter::Describe(ExportJob const& job) {
         added.flag = flag;
         if (m_store.GetProfileLocationNum(profile, 1) == locations) continue;
         for (long location = 0; location < locations; ++location) {
-            added.Mark(location, m_store.IsLocMarkedToDelete(profile, location) != 0);
+            added.deleted.Mark(location, m_store.IsLocMarkedToDelete(profile, location) != 0, locations);
         }
     }
     // A file without the elements of its arrays gives the first ones alone.

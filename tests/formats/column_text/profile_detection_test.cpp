@@ -10,10 +10,10 @@ namespace norva {
 namespace {
 
 /// The profile list as "name:rows name:rows".
-std::string Text(std::vector<ProfileRecord> const& profiles) {
+std::string Text(std::vector<ReportLine> const& profiles) {
     std::string list;
-    for (ProfileRecord const& profile : profiles) {
-        list += (list.empty() ? "" : " ") + profile.name + ":" + std::to_string(profile.rowCount);
+    for (ReportLine const& profile : profiles) {
+        list += (list.empty() ? "" : " ") + profile.name + ":" + std::to_string(profile.locations);
     }
     return list;
 }

