@@ -130,13 +130,18 @@ bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
     m_isSplit = false;
     for (std::size_t i = 0; i < m_rowPlans; ++i) {
         Plan& plan = m_plans[i];
-        char const* const gap = next;
-        int separators = i == 0 ? 1 : 0;  // those at the start stand behind an empty cell
-        for (; next != end && m_delimiters.Has(*next); ++next) separators += *next != ' ' ? 1 : 0;
-        marks += separators;
-        if (separators > 1 && next != end) isShifted = isShifted || i == 0 || HoldsEmptyCell(gap, next);
+        if (next != end && m_delimiters.Has(*next)) {
+            char const* const gap = next;
+            int separators = 0;
+            do {
+                separators += *next != ' ' ? 1 : 0;
+            } while (++next != end && m_delimiters.Has(*next));
+            marks += separators;
+            // One at the start stands behind an empty cell.
+            if (separators > (i == 0 ? 0 : 1) && next != end) isShifted |= i == 0 || HoldsEmptyCell(gap, next);
+        }
         if (next == end) {
-            NoteRow(line, marks > 1, isShifted);
+            if (isShifted || m_isSplit || marks > 0) NoteRow(line, isShifted);
             m_report.NoteRow(&ImportReport::fewerValues);
             for (; i < m_rowPlans; ++i) {
                 if (!PutAbsent(m_plans[i])) return false;
@@ -148,9 +153,24 @@ bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
             char const* const after = ReadPlainDecimal(next, end, number);
             if (after != nullptr && (after == end || m_delimiters.Has(*after))) {
                 std::string_view const token(next, static_cast<std::size_t>(after - next));
-                if (number.digits >= plan.exactDigits) CheckRounding(plan, number, token);
-                if (!PutNumber(plan, number.value, token)) return false;
+                if (number.digits >= plan.exactDigits) {
+                    double const off =
+                        plan.keepsPlaces ? 0.5 : WrittenDigitsOff(static_cast<float>(number.value), number);
+                    if (std::fabs(off - 0.5) > 0.01) {
+                        // Without a branch: in many files every other coordinate is rounded.
+                        plan.rounded += off > 0.5 ? 1 : 0;
+                    } else {
+                        CheckRounding(plan, number, token);
+                    }
+                }
                 next = after;
+                if (plan.kind == Kind::Float && number.value >= plan.low && number.value <= plan.high) {
+                    char* const out = m_files.Append(plan.column, 4);
+                    if (out == nullptr) return false;
+                    StoreFloat(out, static_cast<float>(number.value));
+                } else if (!PutNumber(plan, number.value, token)) {
+                    return false;
+                }
                 continue;
             }
         }
@@ -159,13 +179,14 @@ bool CRowConverter::Row(std::string_view line, bool beginsEmpty) {
         if (!PutToken(plan, {begin, static_cast<std::size_t>(next - begin)})) return false;
     }
     if (next != end || m_rowPlans != m_plans.size()) CheckRowEnd(next, end);
-    NoteRow(line, marks > 1 || next != end, isShifted);
+    // A row that blanks alone separate holds no commas.
+    if (isShifted || m_isSplit || marks > 0 || next != end) NoteRow(line, isShifted);
     return true;
 }
 
-void CRowConverter::NoteRow(std::string_view line, bool mayHoldCommas, bool isShifted) {
+void CRowConverter::NoteRow(std::string_view line, bool isShifted) {
     if (isShifted) m_report.NoteRow(&ImportReport::shifted);
-    if (m_isSplit || (mayHoldCommas && HoldsDecimalCommas(line))) m_report.NoteRow(&ImportReport::split);
+    if (m_isSplit || HoldsDecimalCommas(line)) m_report.NoteRow(&ImportReport::split);
 }
 
 bool CRowConverter::ReadsAsRow(std::string_view line) const {
@@ -178,23 +199,17 @@ bool CRowConverter::ReadsAsRow(std::string_view line) const {
 
 /// Notes a number that its channel does not hold to the last digit that the source wrote.
 void CRowConverter::CheckRounding(Plan& plan, PlainDecimal const& number, std::string_view token) {
-    auto const stored = static_cast<float>(number.value);
+    double stored = number.value;
     if (plan.kind == Kind::Float) {
-        double const off = WrittenDigitsOff(stored, number);
-        bool const isClear = std::fabs(off - 0.5) > 0.01;
-        if (isClear && !plan.keepsPlaces) {
-            // Without a branch: in many files every other coordinate is rounded.
-            plan.rounded += off > 0.5 ? 1 : 0;
-            return;
-        }
-        if (isClear && off < 0.5) return;
+        auto const single = static_cast<float>(number.value);
+        if (WrittenDigitsOff(single, number) < 0.49) return;
+        stored = static_cast<double>(single);
     }
-    bool const isFloat = plan.kind == Kind::Float;
-    if (HasWrittenDigits(isFloat ? static_cast<double>(stored) : number.value, token)) return;
+    if (HasWrittenDigits(stored, token)) return;
     ReportFinding& finding = m_report.Channel(plan.column).rounded;
     std::size_t const places = finding.places.size();
     m_report.Note(finding, token);
-    plan.keepsPlaces = finding.places.size() > places;
+    plan.keepsPlaces = plan.kind != Kind::Float || finding.places.size() > places;
 }
 
 /// Notes a row whose rest is not exactly the values of the last columns, which are skipped.

@@ -97,8 +97,7 @@ private:
     /// Notes what is to be said of a value outside what was seen so far.
     void Examine(Plan& plan, double value, std::string_view token);
     void CheckRowEnd(char const* next, char const* end);
-    /// `mayHoldCommas` is false for a row that blanks alone separate.
-    void NoteRow(std::string_view line, bool mayHoldCommas, bool isShifted);
+    void NoteRow(std::string_view line, bool isShifted);
 
     std::vector<Plan> m_plans;
     std::size_t m_rowPlans = 0;  ///< plans up to the last column that is not skipped
