@@ -190,6 +190,19 @@ class Verify(Case):
                 self.norva("import", name, "-o", "n.nvt", "--report", "r.json", "--force", *options)
                 self.norva("verify", "n.nvt", "r.json")
 
+    def test_every_seed_that_imports_agrees(self):
+        corpus = SAMPLES.parent / "fuzz" / "corpus"
+        agreed = 0
+        for seed in sorted(path for name in ("text", "seaspy", "gpx", "cg3", "ipr12", "gbn", "tki")
+                           for path in (corpus / name).iterdir()):
+            with self.subTest(seed=seed.name):
+                made = self.norva("import", seed, "-o", "n.nvt", "--report", "r.json", "--force", status=None)
+                if made.returncode != 0:
+                    continue
+                self.norva("verify", "n.nvt", "r.json")
+                agreed += 1
+        self.assertGreaterEqual(agreed, 20)
+
     def test_nothing_is_written_beside_the_source(self):
         for name, options in (("cg3.dmp", []), ("base.bin", RECORD), ("survey.gbn", [])):
             folder = self.folder / "source"

@@ -30,7 +30,8 @@ Status DescribeTextFile(DescribeJob const& job, FileDescription& description) {
     if (Status status = PreviewTextFile(job.inputPath, preview); !status) return status;
     FileDescription::Table start{"first lines", {"number", "text"}, {}};
     for (std::size_t i = 0; i < std::min(preview.lines.size(), kShownLines); ++i) {
-        start.rows.push_back({static_cast<std::int64_t>(preview.lines[i].number), preview.lines[i].text.substr(0, kShownCharacters)});
+        start.rows.push_back(
+            {static_cast<std::int64_t>(preview.lines[i].number), preview.lines[i].text.substr(0, kShownCharacters)});
     }
     ColumnTextSettings const settings = GuessColumnText(preview);
     CLineReader file;
