@@ -1,8 +1,10 @@
 #include "formats/gpx/gpx_converter.h"
 #include "formats/gpx/gpx_format.h"
 #include "formats/gpx/gpx_layout.h"
+#include "formats/gpx/gpx_table.h"
 #include "harness.h"
 #include "norva/converters.h"
+#include "norva/inspection.h"
 
 using namespace norva;
 
@@ -21,6 +23,20 @@ std::vector<std::string> Lines(std::string const& path, std::size_t bufferSize) 
 
 NORVA_FUZZ_TARGET(gpx) {
     if (fuzz::Import({.format = kGpxFormat, .fileName = "in.gpx"}, bytes)) fuzz::CleanUp({fuzz::kStoreName});
+}
+
+/// A proposal has a row for every point that the table has, or says why there is none.
+NORVA_FUZZ_TARGET(gpx_table) {
+    std::string const path = fuzz::Folder() / "in.gpx";
+    test::WriteWholeFile(path, bytes);
+    ConvertedSource source;
+    bool const isMade = ConvertBy<CGpxTable>(path, fuzz::Folder() / "table.csv", source).IsGood();
+    Inspection found;
+    Status const status = InspectFile(path, std::string(kGpxFormat.label), {}, found);
+    if (status.IsGood() != isMade) fuzz::Broken("a proposal for what becomes a table");
+    if (!status && status.Text().empty()) fuzz::Broken("a refusal in silence");
+    if (isMade && found.counts.rows != source.rows) fuzz::Broken("a row for every point");
+    fuzz::CleanUp({"in.gpx", "table.csv"});
 }
 
 /// How the text falls into the buffer makes no difference, and every row that is written holds five values.

@@ -2,6 +2,7 @@
 
 #include "exchange/exception_guard.h"
 #include "formats/gpx/gpx_markup.h"
+#include "inspection/number_text.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -37,7 +38,9 @@ void AppendQuoted(std::string& row, std::string_view text) {
 
 /// A number as it stands, or nothing where it is none: the text is not to break the row.
 std::string_view NumberOrNothing(std::string_view text) {
-    return text.find_first_not_of("+-.0123456789eE") == std::string_view::npos ? text : std::string_view();
+    NumberText number;
+    bool const isNumber = ScanNumberText(text, DecimalMarks::Point, number) && number.length == text.size();
+    return isNumber ? text : std::string_view();
 }
 
 }  // namespace
