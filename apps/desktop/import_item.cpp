@@ -143,7 +143,10 @@ ColumnEdit& ImportItem::EditOf(int channel) {
     for (ColumnEdit& edit : edits) {
         if (edit.source == source && edit.part == part) return edit;
     }
-    return edits.emplace_back(ColumnEdit{source, part});
+    ColumnEdit& edit = edits.emplace_back();
+    edit.source = source;
+    edit.part = part;
+    return edit;
 }
 
 Status ImportItem::ApplyEdits() {

@@ -25,7 +25,7 @@ ReducedLine ReduceForPixels(std::vector<double> const& x, std::vector<double> co
     if (count == 0 || pixels < 1 || !(upper > lower)) return line;
     double const perUnit = pixels / (upper - lower);
     auto const at = [&x](std::size_t i) { return x.empty() ? static_cast<double>(i) : x[i]; };
-    auto const emit = [&](std::size_t i) {
+    auto const take = [&](std::size_t i) {
         line.x.push_back(at(i));
         line.y.push_back(y[i]);
     };
@@ -38,9 +38,9 @@ ReducedLine ReduceForPixels(std::vector<double> const& x, std::vector<double> co
     auto const flush = [&](Run const& run) {
         std::size_t points[] = {run.first, run.lowest, run.highest, run.last};
         std::sort(std::begin(points), std::end(points));
-        emit(points[0]);
+        take(points[0]);
         for (int i = 1; i < 4; ++i) {
-            if (points[i] != points[i - 1]) emit(points[i]);
+            if (points[i] != points[i - 1]) take(points[i]);
         }
     };
 

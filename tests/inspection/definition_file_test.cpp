@@ -1,10 +1,12 @@
 #include "inspection/definition_file.h"
+#include "support/classic_locale.h"
 
 #include <gtest/gtest.h>
 
 using namespace norva;
 
 TEST(DefinitionFile, GivesTheFieldsOfDataRecords) {
+    test::CClassicLocale const classic;
     struct Case {
         char const* line;
         char const* fields;
