@@ -91,8 +91,8 @@ int CProfilePlot::PanelFor(QString const& units, int line, ChannelEntry const& c
     rect->axis(QCPAxis::atRight)->setVisible(false);
     x->setTicker(TickerFor(m_document.FindChannel(m_choice.against)));
     y->setTicker(TickerFor(&channel));
-    rect->setRangeDragAxes({x}, {y});
-    rect->setRangeZoomAxes({x}, {y});
+    rect->setRangeDragAxes(x, y);
+    rect->setRangeZoomAxes(x, y);
     connect(x, qOverload<QCPRange const&>(&QCPAxis::rangeChanged), this, [this, x] { ShareRange(x); });
     auto* const cursor = new QCPItemStraightLine(this);
     cursor->setClipAxisRect(rect);

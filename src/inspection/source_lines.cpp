@@ -129,7 +129,9 @@ bool CSourceLines::FillWide() {
     m_wideRead += got;
     bool const isLittle = m_encoding == TextReading::Encoding::Utf16Little;
     for (std::size_t i = 0; i + 1 < got; i += 2) {
-        std::uint32_t const unit = isLittle ? m_bytes[i] | m_bytes[i + 1] << 8U : m_bytes[i] << 8U | m_bytes[i + 1];
+        std::uint32_t const low = m_bytes[isLittle ? i : i + 1];
+        std::uint32_t const high = m_bytes[isLittle ? i + 1 : i];
+        std::uint32_t const unit = high << 8U | low;
         bool const isLowHalf = unit >= 0xDC00 && unit < 0xE000;
         if (m_half != 0 && isLowHalf) {
             AppendUtf8(m_text, 0x10000 + ((m_half - 0xD800) << 10) + (unit - 0xDC00));

@@ -193,10 +193,7 @@ private:
             "fence", "power line", "ok",           "gate, open", "road 12", "noise \"high\"", "sand; wet",
             "NA",    "-",          "Line 7 start", "near 5,5",   "rock",    "see note 3",     ""};
         if (m_latin) {
-            static constexpr char const* kLatin[] = {"caf\xE9", "\xD6l", "ok",
-                                                     "Stra\xDF"
-                                                     "e 5",
-                                                     "ni\xF1o"};
+            static constexpr char const* kLatin[] = {"caf\xE9", "\xD6l", "ok", "Stra\xDFte 5", "ni\xF1o"};
             return m_dice.Of(kLatin);
         }
         std::string text = m_dice.Of(kWords);

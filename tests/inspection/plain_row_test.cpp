@@ -159,8 +159,8 @@ TEST(PlainRows, AreReadAsSplittingAndReadingWould) {
     int rows = 0;
     rc::check([&] {
         std::vector<Kind> const kinds = *rc::gen::container<std::vector<Kind>>(
-            *rc::gen::inRange(1, 6), rc::gen::element(Kind::Number, Kind::Number, Kind::Number, Kind::Text, Kind::Date,
-                                                      Kind::Time, Kind::Position));
+            *rc::gen::inRange<std::size_t>(1, 6), rc::gen::element(Kind::Number, Kind::Number, Kind::Number, Kind::Text,
+                                                                   Kind::Date, Kind::Time, Kind::Position));
         PlainTable table(*rc::gen::element(',', ';', '\t', '|', ' ', '\0', '.'), kinds);
         table.reading.trailingSeparator = *rc::gen::element(false, true);
         table.looks[0].suffix = *rc::gen::element(std::string(), std::string("m"));
@@ -213,7 +213,7 @@ TEST(PlainNumbers, AreScannedAsCloselyScannedOnes) {
     test::CClassicLocale const classic;
     rc::check([] {
         auto const digits = [] {
-            return *rc::gen::container<std::string>(*rc::gen::inRange(0, 12),
+            return *rc::gen::container<std::string>(*rc::gen::inRange<std::size_t>(0, 12),
                                                     rc::gen::element('0', '0', '1', '5', '9'));
         };
         std::string const text = *rc::gen::element(std::string(), std::string("-"), std::string("+")) + digits() +

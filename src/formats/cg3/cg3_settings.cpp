@@ -54,8 +54,7 @@ Status CompleteCg3Settings(Cg3Settings& settings, std::string const& path, std::
         }
     }
     std::ranges::sort(*settings.columns);
-    auto const repeated = std::ranges::unique(*settings.columns);
-    settings.columns->erase(repeated.begin(), repeated.end());
+    settings.columns->erase(std::unique(settings.columns->begin(), settings.columns->end()), settings.columns->end());
     if (settings.columns->empty()) return fail("No column is chosen to be imported.");
     CNorvaDateTime const converter;
     std::vector<std::string> names;

@@ -18,8 +18,8 @@ void ConvertAll(char const* in, std::size_t stride, std::size_t count, char* out
 
 /// Whether what is stored says all of the source: each value is the same number, but for rounding, and no-data stays.
 template <typename From, typename To>
-constexpr bool kSaysAll = std::is_same_v<From, To> || std::is_integral_v<From>&& std::is_floating_point_v<To> ||
-                          std::is_same_v<From, std::int16_t>&& std::is_same_v<To, std::int32_t>;
+constexpr bool kSaysAll = std::is_same_v<From, To> || (std::is_integral_v<From> && std::is_floating_point_v<To>) ||
+                          (std::is_same_v<From, std::int16_t> && std::is_same_v<To, std::int32_t>);
 
 template <typename From, typename To>
 void TallyAll(char const* in, std::size_t stride, std::size_t count, char const* out, ValueTally& tally) {
