@@ -231,14 +231,7 @@ void CGpxConverter::NoteJoined(GpxElement const& point) {
 
 ConvertedSource CGpxConverter::TakeSource() {
     ImportReport& report = m_source.report;
-    std::uint64_t const cut = m_points - m_source.rows - m_pointsLeftOut;
-    report.unit = "points";
-    report.unitsRead = m_points;
-    report.parts = {{"points", m_source.rows, report.bytesRead},
-                    {"points without coordinates or end", m_pointsLeftOut, 0},
-                    {"points that the file ends in", cut, 0}};
-    report.leftOut.count = m_pointsLeftOut;
-    report.cutRecords.count = cut;
+    ReportPoints(m_points, m_source.rows, m_pointsLeftOut, report);
     m_leftOut.Report(report);
     return std::move(m_source);
 }

@@ -32,4 +32,15 @@ std::string CLeftOutValues::Names() const {
     return text;
 }
 
+void ReportPoints(std::uint64_t points, std::uint64_t rows, std::uint64_t leftOut, ImportReport& report) {
+    std::uint64_t const cut = points - rows - leftOut;
+    report.unit = "points";
+    report.unitsRead = points;
+    report.parts = {{"points", rows, report.bytesRead},
+                    {"points without coordinates or end", leftOut, 0},
+                    {"points that the file ends in", cut, 0}};
+    report.leftOut.count = leftOut;
+    report.cutRecords.count = cut;
+}
+
 }  // namespace norva

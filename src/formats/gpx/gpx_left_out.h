@@ -24,4 +24,7 @@ private:
     std::vector<std::pair<std::string, std::uint64_t>> m_names;
 };
 
+/// Accounts for every point of a source: those written as rows, those left out, and those that the file ends in.
+void ReportPoints(std::uint64_t points, std::uint64_t rows, std::uint64_t leftOut, ImportReport& report);
+
 }  // namespace norva

@@ -197,14 +197,7 @@ void CGpxTable::StartLine() {
 
 ConvertedSource CGpxTable::TakeSource() {
     ImportReport& report = m_source.report;
-    std::uint64_t const cut = m_points - m_source.rows - m_pointsLeftOut;
-    report.unit = "points";
-    report.unitsRead = m_points;
-    report.parts = {{"points", m_source.rows, report.bytesRead},
-                    {"points without coordinates or end", m_pointsLeftOut, 0},
-                    {"points that the file ends in", cut, 0}};
-    report.leftOut.count = m_pointsLeftOut;
-    report.cutRecords.count = cut;
+    ReportPoints(m_points, m_source.rows, m_pointsLeftOut, report);
     m_leftOut.Report(report);
     std::string evidence = "tracks, routes and runs of waypoints, by their names";
     if (m_unnamed > 0) evidence += "; " + std::to_string(m_unnamed) + " without a name";
